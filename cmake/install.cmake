@@ -1,0 +1,20 @@
+# What `cmake --install` lays down: library, header, the package configuration for find_package(tornwalzen)
+# and the pkg-config file.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS tornwalzen EXPORT tornwalzenTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES include/tornwalzen.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT tornwalzenTargets NAMESPACE tornwalzen::
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
+configure_package_config_file(cmake/tornwalzenConfig.cmake.in ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/tornwalzenConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+configure_file(cmake/tornwalzen.pc.in ${CMAKE_BINARY_DIR}/tornwalzen.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake ${CMAKE_BINARY_DIR}/tornwalzenConfigVersion.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
+install(FILES ${CMAKE_BINARY_DIR}/tornwalzen.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+if(TARGET tornwalzen_host)
+  install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()

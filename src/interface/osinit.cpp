@@ -1,0 +1,90 @@
+// OSINIT: structure set-up in three modes. Mode 1 takes the mesh and builds the pattern of the global matrix,
+// mode 2 orders its equations, mode 3 lays out the factor; each reports the work lengths that the next step needs.
+#include "interface/run_state.hpp"
+#include "interface/subscript_check.hpp"
+#include "sparse/loeini.hpp"
+#include "sparse/loesys.hpp"
+#include "tornwalzen.h"
+
+namespace tornwalzen {
+
+namespace {
+
+enum SolverStep : Int { sizing = 11, ordering = 12, symbolic = 13 };
+
+// The solver's step on the host's arrays; steps 11 to 13 read neither values nor vectors.
+void solverStep(SolverStep step, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK,
+                Vector<double> RWORK) {
+  loesys(step, COLS, ROWI, WORK, RWORK, {"RR", nullptr, 0}, {"RB", nullptr, 0}, {"SYSM", nullptr, 0},
+         {"WRHS", nullptr, 0});
+}
+
+// Node by node and element by element, as the host holds them, into columns.
+void takeMesh(const double* knots, const int32_t* inzi, Table<Int> INTA, Table<double> KNG) {
+  const Vector<const double> KNOTS("KNOTS", knots, 3 * Int64{run.nkno});
+  const Vector<const Int> INZI("INZI", inzi, 3 * Int64{run.nele});
+  for (Int64 i = 1; i <= run.nkno; ++i)
+    for (Int64 c = 1; c <= 3; ++c) KNG(i, c) = KNOTS(3 * (i - 1) + c);
+  for (Int64 e = 1; e <= run.nele; ++e)
+    for (Int64 c = 1; c <= 3; ++c) INTA(e, c) = INZI(3 * (e - 1) + c);
+}
+
+}  // namespace
+
+}  // namespace tornwalzen
+
+using namespace tornwalzen;
+
+extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* NELE, const int32_t* NEQ,
+                       int32_t* MNSYSM, int32_t* NIWOR, int32_t* NRK, const double* KNOTS, const int32_t* INZI,
+                       int32_t* INTA, int32_t*, int32_t* COLS, int32_t* ROWI, int32_t* WORK, double* RWORK,
+                       double*, double*, double*, double*, double* KNG, double*, double*, double*, double*, double*,
+                       double*, int32_t* ISTAT) {
+  if (ISTAT == nullptr) return;
+  *ISTAT = 0;
+  run.lunout = 6;
+  run.ierrso = 0;
+  if (MODE == nullptr) return;
+
+  if (*MODE == 1) {
+    run.solver = SolverProtocol{};   // a mesh that is refused must not leave the last one's solver usable
+    if (!meshCountsUsable(*NKNO, *NELE, *NEQ, *MNSYSM)) {
+      *ISTAT = -1;
+      return;
+    }
+    run.nkno = run.maxkno = *NKNO;
+    run.nele = run.maxele = *NELE;
+    run.neq = run.maxsys = *NEQ;
+    run.mnsysm = *MNSYSM;
+    const Table<Int> incidences("INTA", INTA, run.maxele, 3);
+    takeMesh(KNOTS, INZI, incidences, {"KNG", KNG, run.maxkno, 3});
+    const Vector<Int> columns("COLS", COLS, Int64{run.maxsys} + 1), rows("ROWI", ROWI, run.mnsysm);
+    loeini(incidences, columns, rows);
+    if (failed(run.ierrso)) {
+      *ISTAT = -1;
+      return;
+    }
+    run.mnsysm = run.nsysm;
+    *MNSYSM = run.mnsysm;
+    solverStep(sizing, columns, {"ROWI", ROWI, run.mnsysm}, {"WORK", nullptr, 0}, {"RWORK", nullptr, 0});
+    if (failed(run.ierrso)) {
+      *ISTAT = -1;
+      return;
+    }
+    run.niwor = run.niwreq;
+    *NIWOR = run.niwor;
+    return;
+  }
+  if (*MODE != 2 && *MODE != 3) return;
+
+  solverStep(*MODE == 2 ? ordering : symbolic, {"COLS", COLS, Int64{run.maxsys} + 1}, {"ROWI", ROWI, run.mnsysm},
+             {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk});
+  if (failed(run.ierrso)) {
+    *ISTAT = -1;
+    return;
+  }
+  run.niwor = run.niwreq;
+  run.nrk = run.nrkreq;
+  *NIWOR = run.niwor;
+  *NRK = run.nrk;
+}

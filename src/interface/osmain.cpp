@@ -1,0 +1,41 @@
+// OSMAIN: the inverse analysis. Loads the material, checks the host's index arrays, runs the driver.
+#include "driver/inverse_driver.hpp"
+#include "interface/material_setup.hpp"
+#include "interface/run_state.hpp"
+#include "interface/subscript_check.hpp"
+#include "tornwalzen.h"
+
+using namespace tornwalzen;
+
+extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, const int32_t* ROWI, int32_t* WORK,
+                       double* RWORK, double* RR, double* RB, double* RX, double* TEMP, const double* KNG,
+                       double* KNZ, double* KNA, double* ELG, double* SYSM, double* RXA, double* WRHS,
+                       const int32_t* ICTRL, double* EVAL, int32_t* ISTAT) {
+  if (ISTAT == nullptr) return;
+  *ISTAT = 0;
+  materialSetup(*ICTRL, flowCurve());
+  run.istat = (*ICTRL == 0 || *ICTRL == 1 || *ICTRL == 2) ? 1 : 0;
+
+  const Int64 nodes = run.maxkno, elements = run.maxele, equations = run.neq, entries = run.mnsysm;
+  const DriverArrays arrays{{"INTA", INTA, elements, 3},
+                            {"ARFA", ARFA, equations},
+                            {"COLS", COLS, equations + 1},
+                            {"ROWI", ROWI, entries},
+                            {"WORK", WORK, run.niwor},
+                            {"RWORK", RWORK, run.nrk},
+                            {"RR", RR, equations},
+                            {"RB", RB, equations},
+                            {"RX", RX, equations},
+                            {"TEMP", TEMP, equations},
+                            {"KNG", KNG, nodes, 3},
+                            {"KNZ", KNZ, nodes, 3},
+                            {"KNA", KNA, nodes, 3},
+                            {"ELG", ELG, elements, 5},
+                            {"SYSM", SYSM, entries},
+                            {"RXA", RXA, equations},
+                            {"WRHS", WRHS, equations}};
+  const bool usable = incidencesInside(arrays.INTA, run.nkno) &&
+                      (run.neq == 0 || patternInside(arrays.COLS, arrays.ROWI, run.neq));
+  if (usable) inverseDriver(arrays, {"EVAL", EVAL, 5 * elements});
+  *ISTAT = failed(run.ierrso) ? -1 : run.istat;
+}

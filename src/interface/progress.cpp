@@ -1,0 +1,74 @@
+// The progress channel: fractions, information lines and the processor time go to the host's handler.
+#include "interface/progress.hpp"
+
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+#include "interface/run_state.hpp"
+
+namespace {
+
+struct ProgressState {
+  TornwalzenProgressHandler handler = nullptr;
+  void* userdata = nullptr;
+  double pStart = 0.0, pEnd = 0.0, pRange = 0.0;
+  bool firstCall = false;
+  char information[tornwalzen::messageLength] = {};
+  char time[48] = {};
+} progress;
+
+void report(double value, int32_t kind, const char* text) {
+  const TornwalzenProgress record{value, kind, text};
+  progress.handler(progress.userdata, &record);
+}
+
+}  // namespace
+
+extern "C" {
+
+void PlivaneSetProgressHdlr(TornwalzenProgressHandler handler, void* userdata) {
+  progress.handler = handler;
+  progress.userdata = userdata;
+}
+
+void inipgr(const double* end) {
+  progress.pEnd = *end;
+  progress.pStart = 0.0;
+  progress.firstCall = true;
+}
+
+void progre(const double* x) {
+  if (progress.handler == nullptr) return;
+  if (progress.firstCall) {
+    progress.pStart = *x;
+    progress.pRange = progress.pEnd - *x;
+    progress.firstCall = false;
+    report(0.0, 0, nullptr);
+  } else {
+    report(1.0 - (progress.pEnd - *x) / progress.pRange, 0, nullptr);
+  }
+}
+
+void proinf(const char* text, int32_t) {
+  if (progress.handler == nullptr) return;
+  std::size_t length = 0;
+  while (length + 1 < sizeof progress.information && text[length] != '\0') ++length;
+  std::memcpy(progress.information, text, length);
+  progress.information[length] = '\0';
+  report(0.0, 1, progress.information);
+}
+
+void procpu(void) {
+  if (progress.handler == nullptr) return;
+  const long long milliseconds = static_cast<long long>(std::clock()) / (CLOCKS_PER_SEC / 1000);
+  const int seconds = static_cast<int>(milliseconds / 1000);
+  const int minutes = seconds / 60;
+  if (minutes != 0)
+    std::snprintf(progress.time, sizeof progress.time, "TIME: %dmin %ds", minutes, seconds % 60);
+  else
+    std::snprintf(progress.time, sizeof progress.time, "TIME: %dsec", seconds % 60);
+  report(0.0, 1, progress.time);
+}
+
+}  // extern "C"

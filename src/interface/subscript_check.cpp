@@ -1,0 +1,66 @@
+// Range checks of host indices and the subscript message.
+#include "interface/subscript_check.hpp"
+
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
+
+#include "interface/run_state.hpp"
+
+namespace tornwalzen {
+
+void reportSubscript(const char* name, int position, Int64 value, Int64 upper) {
+  if (value > upper)
+    std::fprintf(stderr,
+                 "fort: (2): Subscript #%d of the array %s has value %" PRId64
+                 " which is greater than the upper bound of %" PRId64 "\n",
+                 position, name, value, upper);
+  else
+    std::fprintf(stderr,
+                 "fort: (3): Subscript #%d of the array %s has value %" PRId64
+                 " which is less than the lower bound of %" PRId64 "\n",
+                 position, name, value, Int64{1});
+  std::fflush(stderr);
+}
+
+void subscriptAbort(const char* name, int position, Int64 value, Int64 upper) {
+  reportSubscript(name, position, value, upper);
+  std::abort();
+}
+
+namespace {
+
+bool violation(const char* indexed, Int64 value, Int64 upper) {
+  reportSubscript(indexed, 1, value, upper);
+  run.ierrso = errorSet;
+  return false;
+}
+
+}  // namespace
+
+bool subscriptsInside(Vector<const Int> indices, const char* indexed, Int64 upper) {
+  for (Int64 i = 1; i <= indices.length(); ++i)
+    if (indices(i) < 1 || indices(i) > upper) return violation(indexed, indices(i), upper);
+  return true;
+}
+
+bool incidencesInside(Table<const Int> INTA, Int nkno) {
+  return subscriptsInside({INTA.name(), INTA.data(), 3 * INTA.rows()}, "KNG", nkno);
+}
+
+bool patternInside(Vector<const Int> COLS, Vector<const Int> ROWI, Int neq) {
+  const Int64 capacity = ROWI.length();
+  if (COLS(1) != 1) return violation(ROWI.name(), COLS(1) < 1 ? COLS(1) : 0, capacity);
+  for (Int64 j = 1; j <= neq; ++j) {
+    const Int64 first = COLS(j), last = Int64{COLS(j + 1)} - 1;
+    if (last < first) return violation(ROWI.name(), 0, capacity);
+    if (last > capacity) return violation(ROWI.name(), last, capacity);
+    for (Int64 k = first; k <= last; ++k) {
+      if (ROWI(k) > neq) return violation("TEMP", ROWI(k), neq);
+      if (ROWI(k) < j) return violation("TEMP", ROWI(k) < 1 ? ROWI(k) : 0, neq);
+    }
+  }
+  return true;
+}
+
+}  // namespace tornwalzen
