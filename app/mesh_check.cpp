@@ -29,16 +29,6 @@ std::string edgeName(const Mesh& mesh, const Side& side) {
          nodeName(mesh, static_cast<std::size_t>(side.high));
 }
 
-// The library counts in 32 bits: two unknowns per node, three corners per triangle, and at most 3 entries of
-// the matrix per node and 4 for each of the 3 edges of a triangle.
-void checkCounts(const Mesh& mesh) {
-  constexpr std::uint64_t most = std::numeric_limits<std::int32_t>::max();
-  const std::uint64_t nodes = mesh.nodes(), elements = mesh.elements();
-  if (nodes > most / 3 || elements > most / 12 || 4 * (nodes + 3 * elements) - nodes > most)
-    throw Failure(mesh.file + ": " + std::to_string(nodes) + " nodes and " + std::to_string(elements) +
-                  " triangles are too many: the matrix would have more than 2147483647 entries");
-}
-
 void checkNumbers(const Mesh& mesh) {
   const auto nodes = static_cast<std::int64_t>(mesh.nodes());
   for (std::size_t k = 0; k < mesh.corners.size(); ++k)
@@ -226,8 +216,15 @@ double longestBoxSide(const Part& part) {
 
 }  // namespace
 
+void checkCounts(const std::string& file, std::uint64_t nodes, std::uint64_t elements) {
+  constexpr std::uint64_t most = std::numeric_limits<std::int32_t>::max();
+  if (nodes > most / 3 || elements > most / 12 || 4 * (nodes + 3 * elements) - nodes > most)
+    throw Failure(file + ": " + std::to_string(nodes) + " nodes and " + std::to_string(elements) +
+                  " triangles are too many: the matrix could have more than 2147483647 entries");
+}
+
 Part checkMesh(const Mesh& mesh, bool largest) {
-  checkCounts(mesh);
+  checkCounts(mesh.file, mesh.nodes(), mesh.elements());
   checkNumbers(mesh);
   Part part;
   part.file = mesh.file;

@@ -34,6 +34,11 @@ struct Part {
   }
 };
 
+// The library counts in 32 bits: two unknowns and three coordinates per node, three corners per triangle, and
+// up to 3 entries of the matrix per node and 4 for each of the 3 node pairs of a triangle. Throws Failure if
+// that does not fit.
+void checkCounts(const std::string& file, std::uint64_t nodes, std::uint64_t elements);
+
 // mesh: as read. largest: take the piece with the most triangles (the first of equals) instead of refusing a
 // mesh of several pieces. Pieces hang together by edges; a single shared node does not join them.
 // Throws Failure, naming element, node or edge by the file's numbers: too many nodes or elements for 32 bits,

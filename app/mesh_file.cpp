@@ -43,8 +43,8 @@ Mesh readMeshFile(const std::string& path) {
   // Some writers begin the title of a binary file with "solid": the exact length decides first.
   if (looksLikeStlBinary(content)) return readStlBinary(content, path);
   if (looksLikeStlText(content)) return readStlText(content, path);
-  if (isNamedStl(path)) return readStlBinary(content, path);  // says what is wrong with the length
   if (looksLikeObj(content)) return readObj(content, path);
+  if (isNamedStl(path)) return readStlBinary(content, path);  // says what is wrong with the length
   throw Failure(path + ": neither a Wavefront OBJ nor an STL file");
 }
 

@@ -11,8 +11,8 @@ using testing::ElementsAre;
 
 namespace {
 
-// A plate of nx by ny squares of side 1, moved by (x0, y0); nodes row by row from the lower left. One more node
-// that no triangle uses stands at the end, on both planes.
+// A plate of nx by ny squares of side 1, moved by (x0, y0); nodes row by row from the lower left. One more
+// node that no triangle uses stands at the end, on both planes.
 Part plate(int nx, int ny, double x0, double y0) {
   Mesh mesh;
   mesh.file = "plate";
@@ -109,7 +109,8 @@ TEST(HoldFile, NamesTheLineThatIsWrong) {
 }
 
 TEST(HoldFile, SaysThatTheFileIsMissing) {
-  EXPECT_EQ(refused(plate(2, 2, 0.0, 0.0), "nowhere/held"), "cannot read nowhere/held: No such file or directory");
+  EXPECT_EQ(refused(plate(2, 2, 0.0, 0.0), "nowhere/held"),
+            "cannot read nowhere/held: No such file or directory");
 }
 
 TEST(Hold, RefusesABlankThatCanStillMove) {
@@ -119,7 +120,8 @@ TEST(Hold, RefusesABlankThatCanStillMove) {
                     onePoint = folder.write("p", "1\n2\n"), line = folder.write("l", "1\n3\n2\n8\n");
   EXPECT_EQ(refused(part, onlyV), "--hold " + onlyV + ": the blank can still move in x; no u is held");
   EXPECT_EQ(refused(part, onlyU), "--hold " + onlyU + ": the blank can still move in y; no v is held");
-  const std::string rotates = ": the blank can still rotate; all held u have the same y and all held v the same x";
+  const std::string rotates =
+      ": the blank can still rotate; all held u have the same y and all held v the same x";
   EXPECT_EQ(refused(part, onePoint), "--hold " + onePoint + rotates);
   EXPECT_EQ(refused(part, line), "--hold " + line + rotates);  // u along one row, v along one column
 }

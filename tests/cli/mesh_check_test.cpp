@@ -24,7 +24,9 @@ Mesh makeMesh(const std::vector<double>& points, const std::vector<std::int64_t>
 
 // A unit square of two triangles, nodes 1 to 4 counter-clockwise.
 const std::vector<double> square{0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
-Mesh squareMesh() { return makeMesh(square, {1, 2, 3, 1, 3, 4}); }
+Mesh squareMesh() {
+  return makeMesh(square, {1, 2, 3, 1, 3, 4});
+}
 
 std::string refused(const Mesh& mesh, bool largest = false) {
   return refusal([&] { checkMesh(mesh, largest); });
@@ -38,7 +40,8 @@ Mesh ring(int n, bool twisted) {
     const double turn = 2.0 * pi * k / n, tilt = twisted ? 0.5 * turn : 0.0;
     for (const double side : {-0.3, 0.3}) {
       const double radius = 1.0 + side * std::sin(tilt);
-      mesh.points.insert(mesh.points.end(), {radius * std::cos(turn), radius * std::sin(turn), side * std::cos(tilt)});
+      mesh.points.insert(mesh.points.end(),
+                         {radius * std::cos(turn), radius * std::sin(turn), side * std::cos(tilt)});
     }
   }
   for (int k = 0; k < n; ++k) {
@@ -63,7 +66,8 @@ TEST(MeshCheck, PassesASoundMeshUnchanged) {
 TEST(MeshCheck, RefusesANodeNumberOutOfRange) {
   EXPECT_EQ(refused(makeMesh(square, {1, 2, 3, 1, 3, 5})),
             "part: element 2 names node 5, but the nodes run from 1 to 4");
-  EXPECT_EQ(refused(makeMesh(square, {0, 2, 3})), "part: element 1 names node 0, but the nodes run from 1 to 4");
+  EXPECT_EQ(refused(makeMesh(square, {0, 2, 3})),
+            "part: element 1 names node 0, but the nodes run from 1 to 4");
 }
 
 TEST(MeshCheck, RefusesACoordinateThatIsNotFinite) {
@@ -92,7 +96,8 @@ TEST(MeshCheck, RefusesAnEdgeWithThreeTriangles) {
   std::vector<double> points = square;
   points.insert(points.end(), {0.5, 0.5, 1});
   EXPECT_EQ(refused(makeMesh(points, {1, 2, 3, 1, 3, 4, 3, 1, 5})),
-            "part: the edge between node 1 (0, 0, 0) and node 3 (1, 1, 0) belongs to 3 triangles (elements 1, 2, 3)");
+            "part: the edge between node 1 (0, 0, 0) and node 3 (1, 1, 0) belongs to 3 triangles (elements "
+            "1, 2, 3)");
 }
 
 TEST(MeshCheck, RefusesSeveralPiecesAndSaysHowMany) {
@@ -100,7 +105,8 @@ TEST(MeshCheck, RefusesSeveralPiecesAndSaysHowMany) {
   points.insert(points.end(), {5, 0, 0, 6, 0, 0, 5, 1, 0});
   const Mesh mesh = makeMesh(points, {5, 6, 7, 1, 2, 3, 1, 3, 4});
   EXPECT_EQ(refused(mesh),
-            "part: the mesh has 2 pieces that no edge joins; the largest has 2 of 3 triangles and contains element 2 "
+            "part: the mesh has 2 pieces that no edge joins; the largest has 2 of 3 triangles and contains "
+            "element 2 "
             "(--largest takes it alone)");
 }
 
@@ -146,14 +152,16 @@ TEST(MeshCheck, RandomlyTurnedTrianglesComeOutConsistent) {
     for (std::int64_t f = e + 1; f <= part.elements(); ++f)
       for (int j = 0; j < 3; ++j)
         for (int k = 0; k < 3; ++k)
-          EXPECT_FALSE(part.corner(e, j) == part.corner(f, k) && part.corner(e, (j + 1) % 3) == part.corner(f, (k + 1) % 3));
+          EXPECT_FALSE(part.corner(e, j) == part.corner(f, k) &&
+                       part.corner(e, (j + 1) % 3) == part.corner(f, (k + 1) % 3));
 }
 
 TEST(MeshCheck, RefusesAOneSidedSurface) {
   EXPECT_EQ(refused(ring(20, false)), "(not refused)");
   EXPECT_THAT(refused(ring(20, true)),
-              testing::StartsWith("part: the triangles cannot be turned to one orientation (a one-sided surface); the "
-                                  "edge between node "));
+              testing::StartsWith(
+                  "part: the triangles cannot be turned to one orientation (a one-sided surface); the "
+                  "edge between node "));
 }
 
 TEST(MeshCheck, RefusesAClosedSurface) {
@@ -163,8 +171,11 @@ TEST(MeshCheck, RefusesAClosedSurface) {
 }
 
 TEST(MeshCheck, RefusesSizesPast32Bits) {
-  Mesh mesh = squareMesh();
-  mesh.corners.assign(3 * 178956971u, 1);  // 12 entries of the matrix for each: 2^31 + 4 in all
-  EXPECT_EQ(refused(mesh),
-            "part: 4 nodes and 178956971 triangles are too many: the matrix would have more than 2147483647 entries");
+  // 3 entries per node and 12 per triangle: 3 + 12 * 178956970 is 2^31 - 5
+  EXPECT_EQ(refusal([] { checkCounts("part", 1, 178956970); }), "(not refused)");
+  EXPECT_EQ(refusal([] { checkCounts("part", 3, 178956970); }),
+            "part: 3 nodes and 178956970 triangles are too many: the matrix could have more than 2147483647 "
+            "entries");
+  EXPECT_NE(refusal([] { checkCounts("part", 1u << 31, 1); }), "(not refused)");
+  EXPECT_NE(refusal([] { checkCounts("part", 1, std::uint64_t{1} << 62); }), "(not refused)");
 }

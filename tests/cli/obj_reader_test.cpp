@@ -61,7 +61,8 @@ TEST(ObjReader, RefusesAQuadrilateralByElement) {
 }
 
 TEST(ObjReader, RefusesAFaceOfTwoCorners) {
-  EXPECT_EQ(refused(threeNodes + "f 1 2\n"), "part.obj, line 4: element 1 has 2 corners; only triangles are taken");
+  EXPECT_EQ(refused(threeNodes + "f 1 2\n"),
+            "part.obj, line 4: element 1 has 2 corners; only triangles are taken");
 }
 
 TEST(ObjReader, RefusesACoordinateThatIsNoNumber) {
@@ -81,4 +82,6 @@ TEST(ObjReader, RefusesANodeNumberThatWouldWrapInto32Bits) {
             "part.obj, line 4: element 1: node number 4294967297 is out of range");
 }
 
-TEST(ObjReader, RefusesAFileWithoutFaces) { EXPECT_EQ(refused(threeNodes), "part.obj: no face (f line) in the file"); }
+TEST(ObjReader, RefusesAFileWithoutFaces) {
+  EXPECT_EQ(refused(threeNodes), "part.obj: no face (f line) in the file");
+}

@@ -18,7 +18,8 @@ namespace {
 const std::string facetA =
     "facet normal 0 0 1\n outer loop\n  vertex 0 0 0\n  vertex 1 0 0\n  vertex 0 1 0\n endloop\nendfacet\n";
 const std::string facetB =
-    "facet normal 0 0 1\n outer loop\n  vertex 1 0 0\n  vertex 1.1 1 0\n  vertex -0 1 0\n endloop\nendfacet\n";
+    "facet normal 0 0 1\n outer loop\n  vertex 1 0 0\n  vertex 1.1 1 0\n  vertex -0 1 0\n "
+    "endloop\nendfacet\n";
 const std::string twoTriangles = "solid sheet of steel\n" + facetA + facetB + "endsolid sheet of steel\n";
 
 void append32(std::string& bytes, std::uint32_t value) {
@@ -54,12 +55,15 @@ TEST(StlText, MergesEqualPointsInOrderOfAppearanceAndKeepsDoublePrecision) {
 
 TEST(StlText, DoesNotMergePointsThatDifferInTheLastDigit) {
   std::string content = twoTriangles;
-  content.replace(content.find("vertex 1 0 0", content.find("vertex 0 1 0")), 12, "vertex 1.0000000000000002 0 0");
+  content.replace(content.find("vertex 1 0 0", content.find("vertex 0 1 0")), 12,
+                  "vertex 1.0000000000000002 0 0");
   EXPECT_EQ(readStlText(content, "part.stl").nodes(), 5u);
 }
 
 TEST(StlText, TakesCapitalsAndSeveralSolids) {
-  EXPECT_EQ(readStlText("SOLID a\n" + facetA + "ENDSOLID\nsolid b\n" + facetB + "endsolid b", "part.stl").elements(), 2u);
+  EXPECT_EQ(readStlText("SOLID a\n" + facetA + "ENDSOLID\nsolid b\n" + facetB + "endsolid b", "part.stl")
+                .elements(),
+            2u);
 }
 
 TEST(StlText, RefusesACutOffFile) {
@@ -72,7 +76,8 @@ TEST(StlText, RefusesACutOffFile) {
 TEST(StlText, RefusesAFacetOfFourCorners) {
   std::string content = twoTriangles;
   content.replace(content.find(" endloop"), 8, "  vertex 2 2 2\n endloop");
-  EXPECT_EQ(refusedText(content), "part.stl, line 7: element 1 has more than three corners; only triangles are taken");
+  EXPECT_EQ(refusedText(content),
+            "part.stl, line 7: element 1 has more than three corners; only triangles are taken");
 }
 
 TEST(StlText, RefusesAWordInPlaceOfACoordinate) {
@@ -81,7 +86,9 @@ TEST(StlText, RefusesAWordInPlaceOfACoordinate) {
   EXPECT_EQ(refusedText(content), "part.stl, line 12: a coordinate expected, found \"1,1\"");
 }
 
-TEST(StlText, RefusesAnEmptySolid) { EXPECT_EQ(refusedText("solid a\nendsolid a\n"), "part.stl: no triangle in the file"); }
+TEST(StlText, RefusesAnEmptySolid) {
+  EXPECT_EQ(refusedText("solid a\nendsolid a\n"), "part.stl: no triangle in the file");
+}
 
 TEST(StlBinary, ReadsWhatTheTextFileHolds) {
   const Mesh mesh = readStlBinary(binaryStl(2), "part.stl");
@@ -97,7 +104,8 @@ TEST(StlBinary, RefusesALengthThatDoesNotFit) {
 }
 
 TEST(StlBinary, RefusesNoTriangles) {
-  EXPECT_EQ(refusal([] { readStlBinary(binaryStl(0).substr(0, 84), "part.stl"); }), "part.stl: no triangle in the file");
+  EXPECT_EQ(refusal([] { readStlBinary(binaryStl(0).substr(0, 84), "part.stl"); }),
+            "part.stl: no triangle in the file");
 }
 
 TEST(MeshFile, RecognisesFormatsByContentNotByName) {
@@ -124,5 +132,6 @@ TEST(MeshFile, SaysWhyAFileCannotBeRead) {
   const ScratchFolder folder;
   EXPECT_EQ(refusal([&] { readMeshFile(folder.file("none.obj")); }),
             "cannot read " + folder.file("none.obj") + ": No such file or directory");
-  EXPECT_EQ(refusal([&] { readMeshFile(folder.path()); }), "cannot read " + folder.path() + ": Is a directory");
+  EXPECT_EQ(refusal([&] { readMeshFile(folder.path()); }),
+            "cannot read " + folder.path() + ": Is a directory");
 }

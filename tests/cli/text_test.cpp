@@ -57,7 +57,8 @@ TEST(ReadReal, ReadsNanAndInfinityForTheCallerToRefuse) {
 }
 
 TEST(ReadReal, RefusesWhatIsOnlyPartlyANumber) {
-  for (const char* word : {"", "+", "-", "1.5x", "1,5", "+-1", "++1", "x", "0x10", "1e"}) EXPECT_FALSE(isReal(word)) << word;
+  for (const char* word : {"", "+", "-", "1.5x", "1,5", "+-1", "++1", "x", "0x10", "1e"})
+    EXPECT_FALSE(isReal(word)) << word;
 }
 
 TEST(ReadInteger, TakesTheWholeWordOnly) {
@@ -66,7 +67,8 @@ TEST(ReadInteger, TakesTheWholeWordOnly) {
   EXPECT_EQ(value, 12);
   EXPECT_TRUE(readInteger("-3", value));
   EXPECT_EQ(value, -3);
-  for (const char* word : {"", "1.0", "1/2", "+-1", "99999999999999999999"}) EXPECT_FALSE(readInteger(word, value)) << word;
+  for (const char* word : {"", "1.0", "1/2", "+-1", "99999999999999999999"})
+    EXPECT_FALSE(readInteger(word, value)) << word;
   EXPECT_EQ(value, -3);
 }
 
@@ -81,7 +83,8 @@ TEST(NextLine, KeepsTheLastLineWithoutAnEnd) {
 TEST(NextWord, SeparatesAtBlanksTabsAndCarriageReturns) {
   std::size_t position = 0;
   std::string words;
-  for (std::string_view word = nextWord(" a\tbc \r", position); !word.empty(); word = nextWord(" a\tbc \r", position))
+  for (std::string_view word = nextWord(" a\tbc \r", position); !word.empty();
+       word = nextWord(" a\tbc \r", position))
     words += "<" + std::string(word) + ">";
   EXPECT_EQ(words, "<a><bc>");
 }
