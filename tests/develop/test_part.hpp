@@ -89,11 +89,11 @@ inline std::vector<std::vector<Int>> gridTriangles(Int columns, Int rows) {
   return triangles;
 }
 
-/// A flat plate of `columns` × `rows` squares of side 10 mm at height z.
-inline TestPart flatPlate(Int columns, Int rows, double z = 0.0) {
+/// A flat plate of `columns` × `rows` squares of side `edge` (mm) at height z.
+inline TestPart flatPlate(Int columns, Int rows, double z = 0.0, double edge = 10.0) {
   std::vector<Point> nodes;
   for (Int r = 0; r <= rows; ++r)
-    for (Int c = 0; c <= columns; ++c) nodes.push_back({10.0 * c, 10.0 * r, z});
+    for (Int c = 0; c <= columns; ++c) nodes.push_back({edge * c, edge * r, z});
   return {nodes, gridTriangles(columns, rows)};
 }
 
