@@ -59,7 +59,7 @@ Stress flowStress(const FlowCurve& CURVE, double strain) {
   while (j < CURVE.npkt && FC(j, 1) < strain) ++j;
   const Int k = j - 1;
   const double A = FC(k, 4), B = FC(k, 5), C = FC(k, 6), D = FC(k, 7);
-  return {CURVE.WORK[k - 1] + segmentWork(FC, k, FC(k, 1), strain),
+  return {CURVE.WFULL[k - 1] + segmentWork(FC, k, FC(k, 1), strain),
           ((A * strain + B) * strain + C) * strain + D, (3.0 * A * strain + 2.0 * B) * strain + C};
 }
 

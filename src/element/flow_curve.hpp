@@ -20,14 +20,14 @@ inline double segmentWork(Table<const double> FC, Int k, double a, double b) {
 struct FlowCurve {
   /// FC: the table, 50 × 7, columns 3 to 7 prepared; run.npkt: its rows in use, 0..50.
   FlowCurve(Table<const double> table) : FC(table), npkt(run.npkt) {
-    WORK[0] = 0.0;
-    for (Int k = 1; k < npkt; ++k) WORK[k] = WORK[k - 1] + segmentWork(FC, k, FC(k, 1), FC(k + 1, 1));
+    WFULL[0] = 0.0;
+    for (Int k = 1; k < npkt; ++k) WFULL[k] = WFULL[k - 1] + segmentWork(FC, k, FC(k, 1), FC(k + 1, 1));
   }
   FlowCurve(Table<double> table) : FlowCurve(Table<const double>(table)) {}
 
   Table<const double> FC;
   Int npkt;
-  double WORK[curveRows];  // [k]: work from the first strain to the end of segment k
+  double WFULL[curveRows];  // [k]: work from the first strain to the end of segment k
 };
 
 }  // namespace tornwalzen

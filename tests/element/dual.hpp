@@ -1,5 +1,5 @@
-// Forward differentiation for the reference solutions: a value with its derivative along one direction. Nested
-// once, Dual<Dual<R>> carries the exact second derivative along two directions.
+// Forward differentiation for the reference solutions: a value with its derivative along one direction.
+// Nested once, Dual<Dual<R>> carries the exact second derivative along two directions.
 #pragma once
 
 #include <cmath>
@@ -32,8 +32,12 @@ struct Dual {
   }
 };
 
-inline long double plain(double a) { return a; }
-inline long double plain(long double a) { return a; }
+inline long double plain(double a) {
+  return a;
+}
+inline long double plain(long double a) {
+  return a;
+}
 template <class T>
 long double plain(const Dual<T>& a) {
   return plain(a.value);

@@ -1,6 +1,7 @@
-// The element potential once more, written from its definition over the six blank coordinates, without branches:
-// eigenvalues of the metric, logarithms, integral of the flow curve. Any number type serves, so it is
-// differentiated by dual numbers or evaluated in long double; nothing is shared with the library but the table FC.
+// The element potential once more, written from its definition over the six blank coordinates, without
+// branches: eigenvalues of the metric, logarithms, integral of the flow curve. Any number type serves, so it
+// is differentiated by dual numbers or evaluated in long double; nothing is shared with the library but the
+// table FC.
 #pragma once
 
 #include <algorithm>
@@ -106,7 +107,7 @@ inline Part partOfMetric(const Blank& blank, double C11, double C22, double C12,
                          const double (&place)[3]) {
   using L = long double;
   const L ax = std::sqrt(L(C11)), bx = C12 / ax, by = std::sqrt(C22 - bx * bx);
-  L frame[2][3];   // two orthonormal vectors
+  L frame[2][3];  // two orthonormal vectors
   const L c0 = std::cos(L(turn[0])), s0 = std::sin(L(turn[0])), c1 = std::cos(L(turn[1]));
   const L s1 = std::sin(L(turn[1])), c2 = std::cos(L(turn[2])), s2 = std::sin(L(turn[2]));
   const L first[3] = {c0 * c1, s0 * c1, -s1};
@@ -122,7 +123,8 @@ inline Part partOfMetric(const Blank& blank, double C11, double C22, double C12,
   return part;
 }
 
-/// Random blanks with corners within `size` mm and a height of at least a tenth of it, turned the right way round.
+/// Random blanks with corners within `size` mm and a height of at least a tenth of it, turned the right way
+/// round.
 class RandomTriangles {
  public:
   explicit RandomTriangles(unsigned seed) : engine_(seed) {}
