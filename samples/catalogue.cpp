@@ -133,8 +133,8 @@ Sheet makeBySize(const Entry& entry, const Dimensions& dims, MeshChoice choice, 
 
 /// The count goes with 1/size², but for the least numbers of rows and columns: correct the size by the root
 /// of the ratio, and keep the best of a few tries.
-Sheet makeByCount(const Entry& entry, const Dimensions& dims, const MeshChoice& choice) {
-  double size = 10.0;
+Sheet makeByCount(const Entry& entry, const Dimensions& dims, const MeshChoice& choice, double largest) {
+  double size = 0.1 * largest;
   Sheet best;
   for (int tries = 0; tries < 8; ++tries) {
     Sheet sheet = makeBySize(entry, dims, choice, size);
@@ -144,7 +144,7 @@ Sheet makeByCount(const Entry& entry, const Dimensions& dims, const MeshChoice& 
       best = std::move(sheet);
     }
     if (std::abs(ratio - 1.0) < 0.005) break;
-    size *= std::clamp(std::sqrt(ratio), 0.02, 3.0);
+    size = std::min(size * std::sqrt(ratio), largest / 6.0);
   }
   return best;
 }
@@ -195,11 +195,11 @@ Sheet makeShape(std::string_view name, const MeshChoice& choice, const std::vect
     throw std::invalid_argument("the mesh size must be positive");
   }
   const Dimensions dims(values);
+  double largest = 0.0;
+  for (const Dimension& d : values) largest = std::max(largest, std::abs(d.value));
   if (choice.size != 0.0) {
     // No shape of the catalogue's kind has less room for triangles than this; a slip of the unit ends here,
     // not in the machine's memory.
-    double largest = 0.0;
-    for (const Dimension& d : values) largest = std::max(largest, std::abs(d.value));
     if (largest * largest / (choice.size * choice.size) > mostTriangles) {
       throw std::invalid_argument("the mesh size is too small for the part");
     }
@@ -208,7 +208,7 @@ Sheet makeShape(std::string_view name, const MeshChoice& choice, const std::vect
   if (choice.triangles < 1 || choice.triangles > mostTriangles) {
     throw std::invalid_argument("the number of triangles must lie in 1..20000000");
   }
-  return makeByCount(*entry, dims, choice);
+  return makeByCount(*entry, dims, choice, largest);
 }
 
 }  // namespace shapes

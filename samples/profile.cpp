@@ -28,6 +28,10 @@ Point2 unitVector(double degrees) {
     constexpr double cosine[4] = {1.0, 0.0, -1.0, 0.0};
     return {cosine[k], cosine[(k + 3) % 4]};
   }
+  if (2.0 * quarters == std::floor(2.0 * quarters)) {  // on a diagonal both are the same to the last bit
+    const Point2 side = unitVector(degrees - 45.0), next = unitVector(degrees + 45.0);
+    return {std::numbers::sqrt2 / 2.0 * (side.x + next.x), std::numbers::sqrt2 / 2.0 * (side.y + next.y)};
+  }
   return {std::cos(degrees * degree), std::sin(degrees * degree)};
 }
 

@@ -10,7 +10,8 @@ struct Point2 {
   double x = 0.0, y = 0.0;
 };
 
-/// Cosine and sine of an angle in degrees, exact at the multiples of 90: walls that shall be vertical are.
+/// Cosine and sine of an angle in degrees, exact at the multiples of 90: walls that shall be vertical are. On
+/// the diagonals both are equal to the bit.
 Point2 unitVector(double degrees);
 
 /// Divides `length` > 0 into cells of at most about `size`, finer towards an end where a smaller size is

@@ -46,7 +46,8 @@ Point2 drawnEdge(const Columns& c, double onAxis, double onDiagonal, double t) {
   const double w = 2.0 * t / c.count();
   const double slope = std::min(1.0, 0.5 * c.side * c.count() / (std::max(1, c.straight) * onDiagonal));
   const double y = slope * w + (1.0 - slope) * w * w;
-  return {onAxis + (onDiagonal - onAxis) * y * y, onDiagonal * y};
+  const double bow = unitVector(90.0 * y).y;
+  return {onAxis + (onDiagonal - onAxis) * bow * bow, onDiagonal * y};
 }
 
 /// Where the ray at the angle of column t leaves the square of half width `half`.
@@ -213,6 +214,9 @@ Sheet makeCup(const Cup& cup, const MeshChoice& choice) {
   const Profile section = cupSection(cup);
   const double h = choice.size, flat = cup.halfWidth - cup.punchRadius, foot = section.end().x;
   if (cup.edgeOnAxis <= foot) throw std::invalid_argument("the sheet's edge lies inside the die radius");
+  if (cup.bowed && cup.edgeOnDiagonal < cup.edgeOnAxis) {
+    throw std::invalid_argument("edge_on_diagonal must not be less than edge_on_axis");
+  }
   Columns columns{cup.halfWidth - cup.corner, 0, 0};
   if (columns.side > 0.0)
     columns.straight = std::max(1, static_cast<int>(std::ceil(columns.side / h - 1e-9)));
@@ -226,7 +230,7 @@ Sheet makeCup(const Cup& cup, const MeshChoice& choice) {
   const double lastArc = std::min(h, cup.dieRadius * 15.0 * degree);
   const std::vector<double> bottom = fractionsOf(gradedDivision(flat - half, h, h, firstArc));
   const double diagonal = (cup.edgeOnDiagonal - columns.side) / unitVector(45.0).x - (foot - columns.side);
-  const double width = cup.bowed ? 0.5 * (cup.edgeOnAxis - foot + diagonal) : cup.edgeOnAxis - foot;
+  const double width = cup.bowed ? std::sqrt((cup.edgeOnAxis - foot) * diagonal) : cup.edgeOnAxis - foot;
   const std::vector<double> flange = fractionsOf(gradedDivision(width, lastArc, h, h));
 
   return quarterOrWhole(choice, [&](std::uint64_t seed) {

@@ -30,7 +30,7 @@ struct Sheet {
 /// How to mesh a shape.
 struct MeshChoice {
   double size = 0.0;              // wanted edge length (mm); 0: chosen to meet `triangles`
-  std::int32_t triangles = 5000;  // wanted number of triangles, met to a few per cent; read where size is 0
+  std::int32_t triangles = 5000;  // wanted number, met to a tenth or better; read where size is 0
   std::uint64_t seed = 0;  // 0: regular mesh with alternating diagonals; else nodes moved by up to a fifth of
                            // a cell within the sheet and diagonals drawn at random, reproducible by the seed
   bool quarter = false;    // only the quarter x ≥ 0, y ≥ 0 of a shape with two planes of symmetry
