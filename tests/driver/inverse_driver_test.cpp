@@ -157,6 +157,46 @@ TEST(InverseDriver, StepFollowsTheIterationsOfTheIncrementBefore) {
   EXPECT_GT(kept, 0);
 }
 
+// The handler is called between the saving of the blank and the first iteration: it sees what the attempt
+// starts from.
+TEST(InverseDriver, RepeatedIncrementStartsFromTheBlankItStartedFromBefore) {
+  struct Watch {
+    TestPart* part;
+    std::vector<std::vector<double>> starts;
+    static void take(void* self, const TornwalzenProgress* record) {
+      auto& watch = *static_cast<Watch*>(self);
+      if (record->kind == 1 && std::string(record->text).rfind(" Tornwalzen - Inverse", 0) == 0)
+        watch.starts.push_back(watch.part->RX);
+    }
+  };
+  TestPart part = heldDome(60.0);
+  Watch watch{&part, {}};
+  prepareSolver(part);
+  selectMaterial(10);
+  std::vector<double> EVAL(5 * static_cast<std::size_t>(part.nele));
+  PlivaneSetProgressHdlr(&Watch::take, &watch);
+  testing::internal::CaptureStdout();
+  inverseDriver(part.arrays(), {"EVAL", EVAL.data(), static_cast<Int64>(EVAL.size())});
+  const auto lines = linesOf(testing::internal::GetCapturedStdout());
+  PlivaneSetProgressHdlr(nullptr, nullptr);
+  std::size_t attempt = 0;
+  int moved = 0;
+  bool iterated = false;
+  for (const std::string& line : lines) {
+    if (line.rfind(" START INKRMEMENT ", 0) == 0) {
+      ++attempt;
+      iterated = false;
+    } else if (line.rfind("MAX.GRAD", 0) == 0) {
+      iterated = iterated || line.substr(33, 13) != " 0.000000E+00";
+    } else if (line == "INKREMENT WIRD WIEDERHOLT @") {
+      ASSERT_LT(attempt, watch.starts.size());
+      EXPECT_EQ(watch.starts[attempt], watch.starts[attempt - 1]);
+      moved += iterated;
+    }
+  }
+  EXPECT_GT(moved, 0) << "no attempt moved the blank before it failed: the part shows nothing";
+}
+
 TEST(InverseDriver, ResultsAreTheElementTableOfTheConvergedEnd) {
   TestPart part = heldDome(15.0);
   const WholeRun whole(part, 1);
