@@ -3,6 +3,7 @@
 // supernode step.
 #include "sparse/ordering.hpp"
 
+#include <initializer_list>
 #include <limits>
 
 #include "interface/subscript_check.hpp"

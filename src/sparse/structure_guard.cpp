@@ -1,6 +1,8 @@
 // Fletcher's sums in eight independent lanes, so that they run at the speed of memory.
 #include "sparse/structure_guard.hpp"
 
+#include <initializer_list>
+
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
