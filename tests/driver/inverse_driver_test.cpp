@@ -153,7 +153,7 @@ TEST(InverseDriver, ResultsAreTheElementTableOfTheConvergedEnd) {
   for (std::size_t i = 0; i < part.KNG.size(); ++i) EXPECT_EQ(part.KNZ[i], part.KNG[i]);
 }
 
-// A symmetric part keeps its symmetry: mirror images about the plane x = 0 through the held centre would
+// Mirror images about the plane x = 0 through the held centre would
 // demand a mirrored mesh, so the half turn about z is tested, which maps this mesh onto itself.
 TEST(InverseDriver, HalfTurnOfTheDomeMapsTheBlankOntoItself) {
   TestPart part = heldDome(15.0);
@@ -163,9 +163,9 @@ TEST(InverseDriver, HalfTurnOfTheDomeMapsTheBlankOntoItself) {
   for (Int n = 1; n <= part.nkno; ++n) {
     const std::size_t i = static_cast<std::size_t>(2 * n - 2),
                       o = static_cast<std::size_t>(2 * (part.nkno + 1 - n) - 2);
-    // the Newton iteration stops at a residual of 0.01 mm with stiffnesses of order 1
-    EXPECT_NEAR(part.RX[i], -part.RX[o], 1e-3 * size);
-    EXPECT_NEAR(part.RX[i + 1], -part.RX[o + 1], 1e-3 * size);
+    // The iteration stops at a residual below 0.01 mm, with stiffnesses of order 1; Newton leaves far less.
+    EXPECT_NEAR(part.RX[i], -part.RX[o], 1e-5 * size);
+    EXPECT_NEAR(part.RX[i + 1], -part.RX[o + 1], 1e-5 * size);
   }
 }
 
