@@ -11,6 +11,9 @@ configure_package_config_file(cmake/tornwalzenConfig.cmake.in ${CMAKE_BINARY_DIR
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/tornwalzenConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
+# The pkg-config file finds the prefix from its own place, so that an installed tree may be moved.
+file(RELATIVE_PATH TORNWALZEN_PREFIX_FROM_PC
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/tornwalzen.pc.in ${CMAKE_BINARY_DIR}/tornwalzen.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake ${CMAKE_BINARY_DIR}/tornwalzenConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)

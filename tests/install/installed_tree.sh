@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Installs the build to a temporary prefix, moves that tree elsewhere, and builds and runs the C host against it:
+# through find_package and through pkg-config.
+# usage: installed_tree.sh CMAKE BUILD_FOLDER C_COMPILER C_HOST_FOLDER [SANITIZERS]
+set -euo pipefail
+cmake=$1 build=$2 cc=$3 source=$4 sanitizers=${5:-}
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+"$cmake" --install "$build" --prefix "$scratch/first" >"$scratch/install.log"
+prefix="$scratch/moved tree"     # an installed tree works where it is put, blanks in the path included
+mv "$scratch/first" "$prefix"
+
+flags=${sanitizers:+-fsanitize=$sanitizers}
+echo '--- find_package'
+"$cmake" -S "$source/host_project" -B "$scratch/by-cmake" -DCMAKE_C_COMPILER="$cc" -DCMAKE_C_FLAGS="$flags" \
+  -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/configure.log"
+"$cmake" --build "$scratch/by-cmake" >"$scratch/build.log" || { cat "$scratch/build.log"; exit 1; }
+byCmake=$("$scratch/by-cmake/c_host" | tail -n 1)
+echo "$byCmake"
+
+echo '--- pkg-config'
+pc=$(find "$prefix" -name tornwalzen.pc)
+libdir=$(dirname "$(dirname "$pc")")
+export PKG_CONFIG_PATH=$(dirname "$pc")
+eval "options=($(pkg-config --cflags --libs tornwalzen))"
+"$cc" -std=c11 -Wall -Wextra -Wpedantic -Werror $flags -o "$scratch/c_host" "$source/c_host.c" "${options[@]}" -lm
+byPkgConfig=$(LD_LIBRARY_PATH=$libdir "$scratch/c_host" | tail -n 1)
+echo "$byPkgConfig"
+
+[ "$byCmake" = "$byPkgConfig" ] || { echo 'the two hosts differ'; exit 1; }
+[ -e "$libdir/libtornwalzen.so" ] && [ -e "$prefix/include/tornwalzen.h" ]
