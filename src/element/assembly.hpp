@@ -5,18 +5,18 @@
 
 namespace tornwalzen {
 
-constexpr Int residualAndMatrix = 1;   // assembly mode: everything
-constexpr Int residualOnly = 0;        // assembly mode: SYSM and TEMP stay as they are
+constexpr Int residualAndMatrix = 1;  // assembly mode: everything
+constexpr Int residualOnly = 0;       // assembly mode: SYSM and TEMP stay as they are
 
 /// One pass over all triangles in order.
 ///
 /// mode: in, residualAndMatrix or residualOnly. a.INTA, a.ARFA, a.COLS, a.ROWI, a.RX, a.KNZ, FC: in.
-/// a.RR: out, neq, minus the gradient of the total potential. a.SYSM: out in mode 1, its Hessian, lower triangle
-/// in the pattern of COLS, ROWI. a.TEMP: scratch in mode 1, all zero afterwards.
-/// Run state: maxgrad = largest |RR(i)| over the unknowns with ARFA(i) = 1, NaN if one of them is NaN.
+/// a.RR: out, neq, minus the gradient of the total potential. a.SYSM: out in mode 1, its Hessian, lower
+/// triangle in the pattern of COLS, ROWI. a.TEMP: scratch in mode 1, all zero afterwards. Run state: maxgrad
+/// = largest |RR(i)| over the unknowns with ARFA(i) = 1, NaN if one of them is NaN.
 ///
-/// Stops at the first degenerate element with `ierrel` = -1; RR and SYSM are then partly assembled and maxgrad
-/// keeps its old value.
+/// Stops at the first degenerate element with `ierrel` = -1; RR and SYSM are then partly assembled and
+/// maxgrad keeps its old value.
 void assemble(Int mode, const DriverArrays& a, Table<const double> FC);
 
 }  // namespace tornwalzen

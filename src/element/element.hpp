@@ -1,8 +1,9 @@
-// One membrane triangle: its potential Π = D·φ over the blank coordinates of its corners, with the exact gradient
-// and Hessian. D is twice the blank area (mm²), φ the density (dimensionless) that the run status selects:
-// istat = 0 the Green-Lagrange density E11² + E22² + E12², otherwise ½·W(ε̄)² of the flow curve.
+// One membrane triangle: its potential Π = D·φ over the blank coordinates of its corners, with the exact
+// gradient and Hessian. D is twice the blank area (mm²), φ the density (dimensionless) that the run status
+// selects: istat = 0 the Green-Lagrange density E11² + E22² + E12², otherwise ½·W(ε̄)² of the flow curve.
 #pragma once
 
+#include "element/flow_curve.hpp"
 #include "interface/array_view.hpp"
 
 namespace tornwalzen {
@@ -11,18 +12,19 @@ namespace tornwalzen {
 ///
 /// e: in, element, 1..nele. mode: in; 1 = with Hessian, anything else = without (HESSIAN is then untouched).
 /// INTA: in, NE × 3 incidences. RX: in, blank positions (mm), u of node n at 2n-1, v at 2n.
-/// KNZ: in, target positions (mm), maxkno × 3. FC: in, flow curve, 50 × 7, run.npkt rows in use (istat ≠ 0).
-/// POTENTIAL: out (mm²). GRADIENT: out, 6 (mm), order u1 v1 u2 v2 u3 v3 of the corners in incidence order.
-/// HESSIAN: out in mode 1, 6 × 6 column-major (dimensionless), both triangles filled.
+/// KNZ: in, target positions (mm), maxkno × 3. CURVE: in, the flow curve (used when istat ≠ 0); a pass over
+/// many elements makes it once, a single call may give the table FC. POTENTIAL: out (mm²). GRADIENT: out, 6
+/// (mm), order u1 v1 u2 v2 u3 v3 of the corners in incidence order. HESSIAN: out in mode 1, 6 × 6
+/// column-major (dimensionless), both triangles filled.
 ///
 /// A blank triangle with D ≤ 0 is degenerate: `ierrel` = -1, outputs untouched, no message. A NaN D is not.
 void elementRoutine(Int e, Int mode, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
-                    Table<const double> FC, double& POTENTIAL, double (&GRADIENT)[6], double (&HESSIAN)[36]);
+                    const FlowCurve& CURVE, double& POTENTIAL, double (&GRADIENT)[6], double (&HESSIAN)[36]);
 
-/// Potential of one triangle and its two result columns ELG(e,1) = -(E11 + E22), ELG(e,2) = φ; arguments as above.
-/// POTENTIAL is the same to the bit as elementRoutine's.
-/// A degenerate triangle prints " DEGENERIERTES ELEMENT ", sets `ierrel` = -1 and leaves the outputs untouched.
+/// Potential of one triangle and its two result columns ELG(e,1) = -(E11 + E22), ELG(e,2) = φ; arguments as
+/// above. POTENTIAL is the same to the bit as elementRoutine's. A degenerate triangle prints " DEGENERIERTES
+/// ELEMENT ", sets `ierrel` = -1 and leaves the outputs untouched.
 void elementMeasure(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
-                    Table<const double> FC, double& POTENTIAL, Table<double> ELG);
+                    const FlowCurve& CURVE, double& POTENTIAL, Table<double> ELG);
 
 }  // namespace tornwalzen

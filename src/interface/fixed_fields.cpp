@@ -24,7 +24,8 @@ void place(char* out, const char* text, int length, int width) {
 void placeNonFinite(char* out, double value, int width) {
   if (std::isnan(value)) return place(out, "NaN", 3, width);
   const bool negative = std::signbit(value);
-  if (width >= (negative ? 9 : 8)) return negative ? place(out, "-Infinity", 9, width) : place(out, "Infinity", 8, width);
+  if (width >= (negative ? 9 : 8))
+    return negative ? place(out, "-Infinity", 9, width) : place(out, "Infinity", 8, width);
   negative ? place(out, "-Inf", 4, width) : place(out, "Inf", 3, width);
 }
 
@@ -37,9 +38,9 @@ void integerField(char* out, std::int64_t value, int width) {
 
 void fixedField(char* out, double value, int width, int decimals) {
   if (!std::isfinite(value)) return placeNonFinite(out, value, width);
-  char text[400];   // 309 digits before the point, the point, 63 decimals, the sign
-  int length = std::snprintf(text, sizeof text, "%.*f", decimals, value);
-  if (length > width) {   // the zero before the point is optional
+  char text[400];  // 309 digits before the point, the point, 63 decimals, the sign
+  int length = std::snprintf(text, sizeof text, "%#.*f", decimals, value);  // with its point always
+  if (length > width) {  // the zero before the point is optional
     char* zero = text + (text[0] == '-' ? 1 : 0);
     if (zero[0] == '0' && zero[1] == '.' && decimals > 0) {
       std::memmove(zero, zero + 1, std::strlen(zero));
@@ -51,7 +52,7 @@ void fixedField(char* out, double value, int width, int decimals) {
 
 void exponentField(char* out, double value, int width, int digits) {
   if (!std::isfinite(value)) return placeNonFinite(out, value, width);
-  char scientific[40];   // d.ddddde±xx: the same digits, the point one place further right
+  char scientific[40];  // d.ddddde±xx: the same digits, the point one place further right
   std::snprintf(scientific, sizeof scientific, "%.*e", digits - 1, value);
   const char* p = scientific;
   char text[48];
@@ -64,7 +65,7 @@ void exponentField(char* out, double value, int width, int digits) {
   const int exponent = value == 0.0 ? 0 : std::atoi(p + 1) + 1;
   length += std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length),
                           std::abs(exponent) > 99 ? "%+04d" : "E%+03d", exponent);
-  if (length == width + 1) {   // the zero before the point is optional
+  if (length == width + 1) {  // the zero before the point is optional
     char* zero = text + (text[0] == '-' ? 1 : 0);
     std::memmove(zero, zero + 1, static_cast<std::size_t>(length - (zero - text) - 1));
     --length;

@@ -15,7 +15,7 @@ struct ProgressState {
   double pStart = 0.0, pEnd = 0.0, pRange = 0.0;
   bool firstCall = false;
   char information[tornwalzen::messageLength] = {};
-  char time[48] = {};
+  char time[tornwalzen::timeTextLength] = {};
 } progress;
 
 void report(double value, int32_t kind, const char* text) {
@@ -24,6 +24,14 @@ void report(double value, int32_t kind, const char* text) {
 }
 
 }  // namespace
+
+void tornwalzen::processorTimeText(char* out, Int64 milliseconds) {
+  const long long seconds = milliseconds / 1000, minutes = seconds / 60;
+  if (minutes != 0)
+    std::snprintf(out, timeTextLength, "TIME: %lldmin %llds", minutes, seconds % 60);
+  else
+    std::snprintf(out, timeTextLength, "TIME: %lldsec", seconds % 60);
+}
 
 extern "C" {
 
@@ -61,13 +69,9 @@ void proinf(const char* text, int32_t) {
 
 void procpu(void) {
   if (progress.handler == nullptr) return;
-  const long long milliseconds = static_cast<long long>(std::clock()) / (CLOCKS_PER_SEC / 1000);
-  const int seconds = static_cast<int>(milliseconds / 1000);
-  const int minutes = seconds / 60;
-  if (minutes != 0)
-    std::snprintf(progress.time, sizeof progress.time, "TIME: %dmin %ds", minutes, seconds % 60);
-  else
-    std::snprintf(progress.time, sizeof progress.time, "TIME: %dsec", seconds % 60);
+  const tornwalzen::Int64 ticksPerMillisecond = CLOCKS_PER_SEC / 1000;
+  tornwalzen::processorTimeText(progress.time,
+                                static_cast<tornwalzen::Int64>(std::clock()) / ticksPerMillisecond);
   report(0.0, 1, progress.time);
 }
 

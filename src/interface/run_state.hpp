@@ -17,6 +17,7 @@ struct SolverProtocol {
   std::uint64_t structureSum[3] = {0, 0, 0};  // checksum of the fixed part of WORK after phases 1, 2, 3
   bool factorized[2] = {false, false};  // has the numeric phase run since the sizing step? (one flag per matrix)
   bool factorValid = false;         // did the last numeric factorization end without an error?
+  bool factorFailed = false;        // did it end with one? (neither: there was none yet)
   Int supernodes = 0;               // m: supernodes, kept between steps 12 and 13
   Int partialRequirement = 0;       // P of step 12: integer length behind the dropped adjacency
 };

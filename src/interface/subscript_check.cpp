@@ -1,37 +1,14 @@
-// Range checks of host indices and the subscript message.
+// Range checks of host indices.
 #include "interface/subscript_check.hpp"
-
-#include <cinttypes>
-#include <cstdio>
-#include <cstdlib>
 
 #include "interface/run_state.hpp"
 
 namespace tornwalzen {
 
-void reportSubscript(const char* name, int position, Int64 value, Int64 upper) {
-  if (value > upper)
-    std::fprintf(stderr,
-                 "fort: (2): Subscript #%d of the array %s has value %" PRId64
-                 " which is greater than the upper bound of %" PRId64 "\n",
-                 position, name, value, upper);
-  else
-    std::fprintf(stderr,
-                 "fort: (3): Subscript #%d of the array %s has value %" PRId64
-                 " which is less than the lower bound of %" PRId64 "\n",
-                 position, name, value, Int64{1});
-  std::fflush(stderr);
-}
-
-void subscriptAbort(const char* name, int position, Int64 value, Int64 upper) {
-  reportSubscript(name, position, value, upper);
-  std::abort();
-}
-
 namespace {
 
-bool violation(const char* indexed, Int64 value, Int64 upper) {
-  reportSubscript(indexed, 1, value, upper);
+bool violation(const char* indexed, Int64 value, Int64 upper, Int64 lower) {
+  reportSubscript(indexed, 1, value, upper, lower);
   run.ierrso = errorSet;
   return false;
 }
@@ -40,7 +17,7 @@ bool violation(const char* indexed, Int64 value, Int64 upper) {
 
 bool subscriptsInside(Vector<const Int> indices, const char* indexed, Int64 upper) {
   for (Int64 i = 1; i <= indices.length(); ++i)
-    if (indices(i) < 1 || indices(i) > upper) return violation(indexed, indices(i), upper);
+    if (indices(i) < 1 || indices(i) > upper) return violation(indexed, indices(i), upper, 1);
   return true;
 }
 
@@ -50,15 +27,12 @@ bool incidencesInside(Table<const Int> INTA, Int nkno) {
 
 bool patternInside(Vector<const Int> COLS, Vector<const Int> ROWI, Int neq) {
   const Int64 capacity = ROWI.length();
-  if (COLS(1) != 1) return violation(ROWI.name(), COLS(1) < 1 ? COLS(1) : 0, capacity);
+  if (COLS(1) != 1) return violation(ROWI.name(), COLS(1), 1, 1);
   for (Int64 j = 1; j <= neq; ++j) {
     const Int64 first = COLS(j), last = Int64{COLS(j + 1)} - 1;
-    if (last < first) return violation(ROWI.name(), 0, capacity);
-    if (last > capacity) return violation(ROWI.name(), last, capacity);
-    for (Int64 k = first; k <= last; ++k) {
-      if (ROWI(k) > neq) return violation("TEMP", ROWI(k), neq);
-      if (ROWI(k) < j) return violation("TEMP", ROWI(k) < 1 ? ROWI(k) : 0, neq);
-    }
+    if (last < first || last > capacity) return violation(ROWI.name(), last, capacity, first);
+    for (Int64 k = first; k <= last; ++k)
+      if (ROWI(k) < j || ROWI(k) > neq) return violation("TEMP", ROWI(k), neq, j);
   }
   return true;
 }

@@ -1,0 +1,36 @@
+// The edges of a triangle mesh: which triangles meet at each.
+#ifndef TORNWALZEN_APP_EDGES_HPP
+#define TORNWALZEN_APP_EDGES_HPP
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace host {
+
+// One side of one triangle.
+struct Side {
+  std::int32_t low, high;  // the two node numbers, low < high
+  std::int32_t element;    // from 1
+  bool rising;             // the triangle runs along it from the lower number to the higher
+};
+
+// The sides of all triangles, sorted by edge, then by element. corners: three node numbers per triangle.
+std::vector<Side> sortedSides(const std::vector<std::int32_t>& corners);
+
+// Calls visit(first, last) with the range of sides of each edge, in ascending order of the edges.
+template <class Visit>
+void forEachEdge(const std::vector<Side>& sides, Visit visit) {
+  for (std::size_t first = 0; first < sides.size();) {
+    std::size_t last = first + 1;
+    while (last < sides.size() && sides[last].low == sides[first].low &&
+           sides[last].high == sides[first].high)
+      ++last;
+    visit(&sides[first], sides.data() + last);
+    first = last;
+  }
+}
+
+}  // namespace host
+
+#endif

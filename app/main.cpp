@@ -1,0 +1,42 @@
+// The host program `tornwalzen`: reads a part, drives the library, writes the blank and the results.
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <new>
+
+#include "arguments.hpp"
+#include "failure.hpp"
+#include "process.hpp"
+#include "solve.hpp"
+
+namespace {
+
+int complain(const char* sentence, int status) {
+  std::fflush(stdout);
+  std::fprintf(stderr, "tornwalzen: %s\n", sentence);
+  return status;
+}
+
+int runCommand(const host::Arguments& arguments) {
+  try {
+    return host::solve(arguments.solve);
+  } catch (const host::Failure& failure) {
+    return complain(failure.what(), failure.status());
+  } catch (const std::bad_alloc&) {
+    return complain("not enough memory", host::exitRefused);
+  } catch (const std::exception& problem) {
+    return complain(problem.what(), host::exitRefused);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  host::prepareProcess();
+  const host::Arguments arguments = host::readArguments(argc, argv);
+  const int status = arguments.done ? arguments.status : runCommand(arguments);
+  // Somebody who closed the pipe does not want the rest; a full disk behind standard output must be told.
+  if (std::fflush(stdout) != 0 && errno != EPIPE) return complain(std::strerror(errno), host::exitRefused);
+  return status;
+}

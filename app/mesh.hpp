@@ -1,0 +1,24 @@
+// The triangle mesh as a file gives it: nodes and elements in the file's order, numbered from 1.
+#ifndef TORNWALZEN_APP_MESH_HPP
+#define TORNWALZEN_APP_MESH_HPP
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace host {
+
+struct Mesh {
+  std::string file;                   // name for messages
+  std::vector<double> points;         // mm: x, y, z of node 1, of node 2, ...
+  std::vector<std::int64_t> corners;  // the three node numbers of element 1, of element 2, ...; unchecked
+
+  std::size_t nodes() const { return points.size() / 3; }
+  std::size_t elements() const { return corners.size() / 3; }
+};
+
+}  // namespace host
+
+#endif

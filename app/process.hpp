@@ -1,0 +1,34 @@
+// What the process as a whole needs: usable standard streams, and an end by signal that leaves no
+// half-written files.
+#ifndef TORNWALZEN_APP_PROCESS_HPP
+#define TORNWALZEN_APP_PROCESS_HPP
+
+#include <string>
+
+namespace host {
+
+// To be called first. Standard streams that the caller closed are opened on /dev/null, so that no result file
+// takes their number; a closed pipe and a full quota become write errors instead of signals; SIGINT, SIGTERM
+// and SIGHUP remove the unfinished files named below, say so, and then end the process as they would have.
+void prepareProcess();
+
+// An unfinished file that a signal shall remove. At most 16 at a time, paths shorter than 4096 bytes; returns
+// false (and does nothing) beyond that.
+bool removeOnSignal(const std::string& path);
+void keepOnSignal(const std::string& path);
+
+// While one lives, the three signals wait.
+class SignalsHeldBack {
+ public:
+  SignalsHeldBack();
+  ~SignalsHeldBack();
+  SignalsHeldBack(const SignalsHeldBack&) = delete;
+  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+};
+
+// From now on the three signals end the process without a word: the results are in place.
+void endQuietlyOnSignal();
+
+}  // namespace host
+
+#endif

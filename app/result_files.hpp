@@ -1,0 +1,63 @@
+// The result files of a run: each is written beside its place under a name of its own, and all are renamed
+// into place at the end. A run that fails, fills the disk or is interrupted leaves earlier results as they
+// were.
+#ifndef TORNWALZEN_APP_RESULT_FILES_HPP
+#define TORNWALZEN_APP_RESULT_FILES_HPP
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+// Buffered writing to one file. Every call throws Failure with the system's reason if the bytes cannot be
+// written.
+class FileWriter {
+ public:
+  // Creates or empties the file `path`; `shownPath` is the name for messages.
+  FileWriter(const std::string& path, std::string shownPath);
+  ~FileWriter();
+  FileWriter(const FileWriter&) = delete;
+  FileWriter& operator=(const FileWriter&) = delete;
+
+  void write(std::string_view bytes);
+  // Brings everything onto the disk and closes the file.
+  void finish();
+
+ private:
+  void flush();
+  [[noreturn]] void fail(int error) const;
+  std::string shownPath_, buffer_;
+  int fd_;
+};
+
+class ResultFiles {
+ public:
+  // folder: exists. Throws nothing.
+  explicit ResultFiles(std::string folder) : folder_(std::move(folder)) {}
+  ~ResultFiles();  // removes what was not put into place
+  ResultFiles(const ResultFiles&) = delete;
+  ResultFiles& operator=(const ResultFiles&) = delete;
+
+  // Writes folder/name beside its place with the bytes that `content` hands to the writer.
+  void add(const std::string& name, const std::function<void(FileWriter&)>& content);
+
+  // Renames all files into place; signals wait meanwhile.
+  void putIntoPlace();
+
+ private:
+  struct Entry {
+    std::string unfinished, place;
+  };
+  std::string folder_;
+  std::vector<Entry> entries_;
+};
+
+// Makes the folder, and those above it, where absent. Throws Failure: not a folder, not permitted, ...
+void makeFolder(const std::string& folder);
+
+}  // namespace host
+
+#endif

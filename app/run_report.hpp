@@ -1,0 +1,30 @@
+// All that a run leaves for its result files and the screen.
+#ifndef TORNWALZEN_APP_RUN_REPORT_HPP
+#define TORNWALZEN_APP_RUN_REPORT_HPP
+
+#include <string>
+
+#include "hold.hpp"
+#include "library_run.hpp"
+#include "mesh_check.hpp"
+#include "results.hpp"
+#include "run_log.hpp"
+#include "verdict.hpp"
+
+namespace host {
+
+struct RunReport {
+  const Part& part;
+  const Hold& hold;
+  const RunOutput& run;
+  const RunCounts& counts;
+  const Results& results;
+  const Verdict& verdict;
+  int material;          // 0, 1, 2 or 10
+  std::string holdRule;  // as the user gave it
+  std::string folder;    // of the result files
+};
+
+}  // namespace host
+
+#endif

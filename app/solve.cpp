@@ -1,0 +1,97 @@
+// The command `tornwalzen solve`: from the mesh file to the result files.
+#include "solve.hpp"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+
+#include "failure.hpp"
+#include "hold.hpp"
+#include "library_run.hpp"
+#include "mesh_check.hpp"
+#include "mesh_file.hpp"
+#include "obj_writer.hpp"
+#include "output_capture.hpp"
+#include "progress_view.hpp"
+#include "result_files.hpp"
+#include "results.hpp"
+#include "run_log.hpp"
+#include "run_report.hpp"
+#include "summary.hpp"
+#include "text.hpp"
+#include "verdict.hpp"
+#include "vtu_writer.hpp"
+
+namespace host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string outputFolder(const SolveOptions& options) {
+  if (!options.out.empty()) return options.out;
+  return fs::path(options.part).stem().string() + "_blank";  // in the working folder
+}
+
+void tellAboutMesh(const Part& part) {
+  if (part.filePieces > 1)
+    std::fprintf(stderr, "took the largest of %lld pieces: %lld of %lld triangles\n",
+                 static_cast<long long>(part.filePieces), static_cast<long long>(part.elements()),
+                 static_cast<long long>(part.fileElements));
+  if (part.turned > 0)
+    std::fprintf(stderr, "turned %s to the orientation of the others\n",
+                 counted(part.turned, "triangle").c_str());
+}
+
+// The run, with the library's messages in the log and its progress on the screen.
+RunOutput runWithMessages(const Part& part, const Hold& hold, const SolveOptions& options, RunLog& log) {
+  const bool terminal = ::isatty(STDERR_FILENO) == 1 && !options.verbose;  // messages would tear the bar
+  ProgressView view(terminal);
+  const int screen = options.verbose ? ::dup(STDOUT_FILENO) : -1;
+  RunOutput run;
+  {
+    const OutputCapture capture([&](std::string_view line) { log.take(line, screen); });
+    run =
+        runLibrary(part, hold, options.material, [&](const ProgressRecord& record) { view.update(record); });
+  }
+  view.finish();
+  if (screen >= 0) ::close(screen);
+  return run;
+}
+
+void writeResults(const RunReport& report) {
+  ResultFiles files(report.folder);
+  files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
+  files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part); });
+  files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank); });
+  files.add("summary.json", [&](FileWriter& file) { file.write(summaryJson(report)); });
+  files.putIntoPlace();
+}
+
+}  // namespace
+
+int solve(const SolveOptions& options) {
+  const Part part = checkMesh(readMeshFile(options.part), options.largest);
+  tellAboutMesh(part);
+  const Hold hold = holdUnknowns(part, options.hold);
+
+  const std::string folder = outputFolder(options);
+  makeFolder(folder);
+  RunLog log((fs::path(folder) / "tornwalzen.log").string());
+  const RunOutput run = runWithMessages(part, hold, options, log);
+  const Verdict verdict = judge(part, options.material, run, log.counts());
+  if (!blankIsFinite(run))
+    throw Failure("the run gave no usable blank: " + verdict.reason + "; no result file was written",
+                  exitRunFailed);
+
+  const Results results = computeResults(part, run);
+  const RunReport report{part,         hold,  run, log.counts(), results, verdict, options.material,
+                         options.hold, folder};
+  writeResults(report);
+  std::fputs(summaryTable(report).c_str(), stdout);
+  if (!log.problem().empty()) throw Failure(log.problem());
+  return verdict.status;
+}
+
+}  // namespace host

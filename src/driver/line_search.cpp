@@ -1,0 +1,69 @@
+// Halving line search on the largest free residual component.
+#include "driver/line_search.hpp"
+
+#include <cmath>
+
+#include "driver/driver_report.hpp"
+#include "element/assembly.hpp"
+#include "interface/run_state.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+/// RX = RX + f·RB; f: in, dimensionless.
+void moveForward(const DriverArrays& a, double f) {
+  for (Int i = 1; i <= run.neq; ++i) a.RX(i) = a.RX(i) + f * a.RB(i);
+}
+
+/// RX = RX − f·RB. moved: out, whether that changed any entry.
+void moveBack(const DriverArrays& a, double f, bool& moved) {
+  moved = false;
+  for (Int i = 1; i <= run.neq; ++i) {
+    const double x = a.RX(i) - f * a.RB(i);
+    moved = moved || std::fabs(x - a.RX(i)) > 0.0;
+    a.RX(i) = x;
+  }
+}
+
+/// Residual and maxgrad at RX. degenerate: out, whether an element has no blank area; `ierrel` tells it as
+/// well.
+void evaluate(const DriverArrays& a, Table<const double> FC, bool& degenerate) {
+  run.ierrel = 0;
+  assemble(residualOnly, a, FC);
+  degenerate = failed(run.ierrel);
+}
+
+}  // namespace
+
+void lineSearch(Int LSMAX, const DriverArrays& a, Table<const double> FC) {
+  bool errPrev, errNow, moved;
+  moveForward(a, 1.0);
+  evaluate(a, FC, errPrev);
+  double gPrev = run.maxgrad;
+  if (errPrev) reportDegenerateFullStep();
+
+  double f = 0.5;
+  for (Int it = 1;; ++it) {
+    moveBack(a, f, moved);  // from the fraction 2f of the step to f
+    evaluate(a, FC, errNow);
+    if (errNow) reportDegenerateHalving();
+    const bool improving = run.maxgrad < gPrev && it <= LSMAX;
+    const bool escaping = (errNow || errPrev) && moved;
+    if (!improving && !escaping) break;
+    f *= 0.5;
+    gPrev = run.maxgrad;
+    errPrev = errNow;
+  }
+
+  if (run.maxgrad > gPrev) {
+    moveForward(a, f);
+    run.lsfak = 2.0 * f;
+  } else {
+    moveBack(a, f, moved);
+    run.lsfak = 0.0;
+  }
+  evaluate(a, FC, errNow);
+}
+
+}  // namespace tornwalzen

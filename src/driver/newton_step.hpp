@@ -1,0 +1,24 @@
+// One Newton iteration on the blank positions, and the total energy.
+#pragma once
+
+#include "interface/driver_arrays.hpp"
+
+namespace tornwalzen {
+
+/// Assembles, factorizes, solves and applies the correction; the list of steps is the function itself.
+///
+/// EN: out, total potential at the accepted point (mm²). a: all arrays but KNG and KNA, in and out. FC: in,
+/// flow curve, 50 × 7. Run state: maxgrad and lsfak of the line search. A degenerate element: `ierrel` = -1
+/// and an immediate return. A failed solver leaves a zero correction, which the line search answers with
+/// lsfak = 0; `ierrso` is for the host.
+void newtonStep(double& EN, const DriverArrays& a, Table<const double> FC);
+
+/// Decouples the unknowns with flag 0: unit diagonal, zero residual, zeros in their rows and columns.
+/// a.ARFA, a.COLS, a.ROWI: in. a.SYSM, a.RR: inout.
+void imposeHeldUnknowns(const DriverArrays& a);
+
+/// Sum of the element potentials, which also writes columns 1 and 2 of a.ELG. EN: out (mm²).
+/// a.INTA, a.RX, a.KNZ, FC: in. At a degenerate element `ierrel` = -1 and EN keeps the sum so far.
+void energySum(double& EN, const DriverArrays& a, Table<const double> FC);
+
+}  // namespace tornwalzen

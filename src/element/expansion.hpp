@@ -1,0 +1,88 @@
+// From the derivatives of a density to the gradient and Hessian of the element potential Π = D·φ over the six
+// blank coordinates of a triangle, D being twice its blank area (mm²).
+//
+// With S = ∂φ/∂C (symmetric, S12 = ½·∂φ/∂C12), T = C·S, the shape gradients Nn of kinematics.hpp and
+// ∂C/∂(n,i) the derivative of the metric with respect to coordinate i of corner n:
+//   ∂Π/∂(n,i)         = D·Σk (φ·δik - 2·Tik)·Nn(k)
+//   ∂²Π/∂(n,i)∂(m,j)  = D·[ ∂C/∂(n,i) : ∂²φ/∂C² : ∂C/∂(m,j) + 2·Cij·(Nn·S·Nm) + (φ - 2·tr T)·εij·(Nn × Nm) ].
+// Products of area and metric derivatives have gone into the last term: together they are antisymmetric in i,
+// j. D·(N2 × N3) = 1, so that term is ±(φ - 2·tr T). Corner 1 is minus the sum of the others: a translation
+// of the blank changes nothing.
+#pragma once
+
+#include "element/density.hpp"
+#include "element/kinematics.hpp"
+
+namespace tornwalzen {
+
+/// GRADIENT: out, 6 (mm), order u1 v1 u2 v2 u3 v3.
+inline void potentialGradient(const Kinematics& K, const Density& F, double (&GRADIENT)[6]) {
+  const double S12 = 0.5 * F.g3;
+  const double T11 = K.C11 * F.g1 + K.C12 * S12, T12 = K.C11 * S12 + K.C12 * F.g2;
+  const double T21 = K.C12 * F.g1 + K.C22 * S12, T22 = K.C12 * S12 + K.C22 * F.g2;
+  const double P11 = F.phi - 2.0 * T11, P22 = F.phi - 2.0 * T22, P12 = -2.0 * T12, P21 = -2.0 * T21;
+  for (int n = 0; n < 2; ++n) {
+    GRADIENT[2 * n + 2] = P11 * K.DN[n][0] + P12 * K.DN[n][1];
+    GRADIENT[2 * n + 3] = P21 * K.DN[n][0] + P22 * K.DN[n][1];
+  }
+  GRADIENT[0] = -(GRADIENT[2] + GRADIENT[4]);
+  GRADIENT[1] = -(GRADIENT[3] + GRADIENT[5]);
+}
+
+/// The Hessian in the four coordinates of corners 2 and 3, order u2 v2 u3 v3. EDGE: out, both triangles.
+inline void edgeHessian(const Kinematics& K, const Density& F, double (&EDGE)[4][4]) {
+  const double scale = 1.0 / K.D, S12 = 0.5 * F.g3;
+  double c1[4], c2[4], c3[4];  // D times the derivatives of C11, C22, C12 (mm)
+  for (int n = 0; n < 2; ++n) {
+    const double Nu = K.DN[n][0], Nv = K.DN[n][1];
+    c1[2 * n] = -2.0 * K.C11 * Nu;
+    c1[2 * n + 1] = -2.0 * K.C12 * Nu;
+    c2[2 * n] = -2.0 * K.C12 * Nv;
+    c2[2 * n + 1] = -2.0 * K.C22 * Nv;
+    c3[2 * n] = -(K.C12 * Nu + K.C11 * Nv);
+    c3[2 * n + 1] = -(K.C22 * Nu + K.C12 * Nv);
+  }
+  for (int k = 0; k < 4; ++k) {
+    const double f1 = F.h11 * c1[k] + F.h12 * c2[k] + F.h13 * c3[k];
+    const double f2 = F.h12 * c1[k] + F.h22 * c2[k] + F.h23 * c3[k];
+    const double f3 = F.h13 * c1[k] + F.h23 * c2[k] + F.h33 * c3[k];
+    for (int l = 0; l <= k; ++l) EDGE[k][l] = (f1 * c1[l] + f2 * c2[l] + f3 * c3[l]) * scale;
+  }
+
+  const double(&N)[2] = K.DN[0];
+  const double(&M)[2] = K.DN[1];
+  const auto curvature = [&](const double(&A)[2], const double(&B)[2]) {
+    return 2.0 * scale * (F.g1 * (A[0] * B[0]) + F.g2 * (A[1] * B[1]) + S12 * (A[0] * B[1] + A[1] * B[0]));
+  };
+  const double nn = curvature(N, N), nm = curvature(N, M), mm = curvature(M, M);
+  EDGE[0][0] += K.C11 * nn;
+  EDGE[1][0] += K.C12 * nn;
+  EDGE[1][1] += K.C22 * nn;
+  EDGE[2][2] += K.C11 * mm;
+  EDGE[3][2] += K.C12 * mm;
+  EDGE[3][3] += K.C22 * mm;
+  const double trace = K.C11 * F.g1 + K.C22 * F.g2 + 2.0 * (K.C12 * S12);
+  const double turn = F.phi - 2.0 * trace;
+  EDGE[2][0] += K.C11 * nm;
+  EDGE[2][1] += K.C12 * nm - turn;
+  EDGE[3][0] += K.C12 * nm + turn;
+  EDGE[3][1] += K.C22 * nm;
+  for (int k = 0; k < 4; ++k)
+    for (int l = k + 1; l < 4; ++l) EDGE[k][l] = EDGE[l][k];
+}
+
+/// HESSIAN: out, 6 × 6 column-major (dimensionless), both triangles, equal to the bit.
+inline void potentialHessian(const Kinematics& K, const Density& F, double (&HESSIAN)[36]) {
+  double EDGE[4][4];
+  edgeHessian(K, F, EDGE);
+  for (int k = 0; k < 4; ++k) {
+    double* column = HESSIAN + 6 * (k + 2);
+    for (int l = 0; l < 4; ++l) column[l + 2] = EDGE[k][l];
+    for (int i = 0; i < 2; ++i) HESSIAN[6 * i + k + 2] = column[i] = -(EDGE[k][i] + EDGE[k][i + 2]);
+  }
+  HESSIAN[0] = -(HESSIAN[12] + HESSIAN[24]);
+  HESSIAN[1] = HESSIAN[6] = -(HESSIAN[13] + HESSIAN[25]);
+  HESSIAN[7] = -(HESSIAN[19] + HESSIAN[31]);
+}
+
+}  // namespace tornwalzen

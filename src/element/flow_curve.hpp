@@ -1,0 +1,33 @@
+// The flow curve during one pass over the elements: its table and the work of its full segments.
+#pragma once
+
+#include "interface/run_state.hpp"
+
+namespace tornwalzen {
+
+/// Specific plastic work (dimensionless, stresses being scaled) between strains a and b with the cubic of row
+/// k: A(b⁴-a⁴)/4 + B(b³-a³)/3 + C(b²-a²)/2 + D(b-a), with the factor b - a taken out.
+inline double segmentWork(Table<const double> FC, Int k, double a, double b) {
+  const double sum = a + b, squares = a * a + b * b;
+  const double mean =
+      FC(k, 4) * (sum * squares) / 4.0 + FC(k, 5) * (squares + a * b) / 3.0 + FC(k, 6) * sum / 2.0 + FC(k, 7);
+  return mean * (b - a);
+}
+
+/// Made once per pass, so that an element adds one segment to a stored sum; the sum runs in the order of the
+/// segments wherever it is made, so all passes see the same work to the bit. A flow-curve table converts by
+/// itself where a single element is asked for.
+struct FlowCurve {
+  /// FC: the table, 50 × 7, columns 3 to 7 prepared; run.npkt: its rows in use, 0..50.
+  FlowCurve(Table<const double> table) : FC(table), npkt(run.npkt) {
+    WFULL[0] = 0.0;
+    for (Int k = 1; k < npkt; ++k) WFULL[k] = WFULL[k - 1] + segmentWork(FC, k, FC(k, 1), FC(k + 1, 1));
+  }
+  FlowCurve(Table<double> table) : FlowCurve(Table<const double>(table)) {}
+
+  Table<const double> FC;
+  Int npkt;
+  double WFULL[curveRows];  // [k]: work from the first strain to the end of segment k
+};
+
+}  // namespace tornwalzen

@@ -1,0 +1,44 @@
+// The dense kernels of the factorization and the solves: one table per instruction set, the best one that the
+// processor has chosen once at load. The portable table is the truth that the others are tested against.
+// Zero-based, on contiguous column-major memory.
+#pragma once
+
+#include "interface/array_view.hpp"
+
+namespace tornwalzen {
+
+struct DenseKernels {
+  const char* name;
+
+  /// Eliminates the first w columns of a front, F = L·D·Lᵀ + Schur complement, without pivoting.
+  /// F: inout, c rows and columns, leading dimension `stride` (a multiple of 8, ≥ c), lower triangle; out: columns
+  /// below w hold D on the diagonal and L below it, the rest the Schur complement. The upper triangle and the rows
+  /// behind c are scratch and must hold numbers. packing: scratch of packingDoubles(c), on a cache line.
+  /// Returns 0, or the one-based column whose pivot is exactly zero; the front is then left half done.
+  Int64 (*factorFront)(double* F, Int64 stride, Int64 c, Int64 w, double* packing);
+
+  /// x := L11⁻¹·x and below := below + L21·x for one supernode of w columns and c rows.
+  /// L: in, its columns one after the other, each from below its diagonal: trapezoidEntries(w, c).
+  /// x: inout, w; below: inout, c - w.
+  void (*forward)(const double* L, Int64 w, Int64 c, double* x, double* below);
+
+  /// x := L11⁻ᵀ·(x - L21ᵀ·below); arguments as above, below: in.
+  void (*backward)(const double* L, Int64 w, Int64 c, double* x, const double* below);
+};
+
+/// The table in use.
+const DenseKernels& denseKernels();
+
+/// All tables that this processor can run, the portable one first. count: out.
+const DenseKernels* const* availableKernels(int& count);
+
+/// Makes the table `kernels` the one in use (tests and benchmarks).
+void useDenseKernels(const DenseKernels& kernels);
+
+extern const DenseKernels portableKernels;
+#ifdef TORNWALZEN_X86_KERNELS
+extern const DenseKernels avx2Kernels;
+extern const DenseKernels avx512Kernels;
+#endif
+
+}  // namespace tornwalzen

@@ -1,0 +1,283 @@
+// The dense kernels, written once for a vector of VL doubles and compiled once per instruction set. A file that
+// includes this one defines before it, in a namespace of its own:
+//   VL  doubles in a vector register          MV  vectors in a register tile's column
+//   NR  columns of a register tile
+// Nothing of the standard library may be instantiated here: an inline function compiled for one processor could
+// be the copy that the linker keeps for all.
+//
+// Elimination of a front, by panels of panelWidth columns, each by blocks of blockWidth columns (G. H. Golub, C. F.
+// Van Loan, Matrix Computations, 4.1.2 and 4.2.5, in block form):
+//   1. the block's columns are brought up to date with the panel's earlier columns (left-looking),
+//   2. its diagonal block is factored, then the rows below it: y(k) = a(k) - Σ y(p)·l(k,p), l = y/d,
+//   3. after the panel, the rest of the front: F := F - L·(D·Lᵀ), lower triangle, in register tiles.
+
+using Vec = double __attribute__((vector_size(VL * sizeof(double))));
+using VecAt = double __attribute__((vector_size(VL * sizeof(double)), aligned(8), may_alias));   // in memory
+
+constexpr Int64 blockWidth = 8;
+constexpr Int64 rowsOfBlock = 480;   // rows of L that stay in the second-level cache during an update
+static_assert(panelWidth % blockWidth == 0 && NR <= largestTile && MV * VL <= largestTile);
+static_assert(rowsOfBlock % (MV * VL) == 0 && frontAlignment % VL == 0 && blockWidth % NR == 0);
+
+inline Vec load(const double* p) { return *reinterpret_cast<const VecAt*>(p); }
+inline void store(double* p, Vec v) { *reinterpret_cast<VecAt*>(p) = v; }
+inline Int64 smaller(Int64 a, Int64 b) { return a < b ? a : b; }
+inline Int64 alignedDown(Int64 i) { return i - i % VL; }
+
+// One register tile: C -= A·B, A of mv·VL rows and K columns (columns aStride apart), B of K rows and nr columns
+// (rows together), C with columns cStride apart.
+template <int mv, int nr>
+inline void tile(Int64 K, const double* A, Int64 aStride, const double* B, double* C, Int64 cStride) {
+  Vec sum[nr][mv];
+#pragma GCC unroll 8
+  for (int j = 0; j < nr; ++j)
+#pragma GCC unroll 4
+    for (int i = 0; i < mv; ++i) sum[j][i] = load(C + j * cStride + i * VL);
+  for (Int64 k = 0; k < K; ++k) {
+    Vec a[mv];
+#pragma GCC unroll 4
+    for (int i = 0; i < mv; ++i) a[i] = load(A + k * aStride + i * VL);
+#pragma GCC unroll 8
+    for (int j = 0; j < nr; ++j) {
+      const double b = B[k * nr + j];
+#pragma GCC unroll 4
+      for (int i = 0; i < mv; ++i) sum[j][i] -= a[i] * b;
+    }
+  }
+#pragma GCC unroll 8
+  for (int j = 0; j < nr; ++j)
+#pragma GCC unroll 4
+    for (int i = 0; i < mv; ++i) store(C + j * cStride + i * VL, sum[j][i]);
+}
+
+// `rows` rows (whole vectors) of nr columns: C -= A·B in tiles of decreasing height. aStride 0 means packed rows:
+// A lies in tiles of MV·VL rows, each tile's columns together.
+template <int nr>
+void columnsOfTiles(Int64 K, const double* A, Int64 aStride, const double* B, double* C, Int64 cStride, Int64 rows) {
+  const Int64 along = aStride == 0 ? MV * VL : aStride, tileStep = aStride == 0 ? K : 1;
+  Int64 i = 0;
+  for (; i + MV * VL <= rows; i += MV * VL) tile<MV, nr>(K, A + i * tileStep, along, B, C + i, cStride);
+  const double* rest = A + i * tileStep;
+  if constexpr (MV > 2)
+    if (i + 2 * VL <= rows) {
+      tile<2, nr>(K, rest, along, B, C + i, cStride);
+      i += 2 * VL;
+      rest += 2 * VL;
+    }
+  for (; i < rows; i += VL, rest += VL) tile<1, nr>(K, rest, along, B, C + i, cStride);
+}
+
+// The same for a number of columns that is known at run time only, 1..NR.
+inline void anyColumnsOfTiles(Int64 nr, Int64 K, const double* A, Int64 aStride, const double* B, double* C,
+                              Int64 cStride, Int64 rows) {
+  if (nr == NR) return columnsOfTiles<NR>(K, A, aStride, B, C, cStride, rows);
+  switch (nr) {
+    case 1: return columnsOfTiles<1>(K, A, aStride, B, C, cStride, rows);
+    case 2: return columnsOfTiles<2>(K, A, aStride, B, C, cStride, rows);
+    case 3: return columnsOfTiles<3>(K, A, aStride, B, C, cStride, rows);
+    case 4: return columnsOfTiles<4>(K, A, aStride, B, C, cStride, rows);
+    case 5: return columnsOfTiles<5>(K, A, aStride, B, C, cStride, rows);
+    case 6: return columnsOfTiles<6>(K, A, aStride, B, C, cStride, rows);
+    default: return columnsOfTiles<7>(K, A, aStride, B, C, cStride, rows);
+  }
+}
+
+// B(k, j) = D(k)·L(row + j, k) for the columns k0 .. k0+K-1 of the front and nr rows: rows of B together.
+inline void packScaledRows(const double* F, Int64 stride, Int64 k0, Int64 K, Int64 row, Int64 nr, double* B) {
+  for (Int64 k = 0; k < K; ++k) {
+    const double* column = F + (k0 + k) * stride;
+    const double d = column[k0 + k];
+    for (Int64 j = 0; j < nr; ++j) B[k * nr + j] = column[row + j] * d;
+  }
+}
+
+// Step 2 on columns i0 .. i0+ib-1. Returns 0 or the one-based column of a zero pivot.
+template <int ib>
+Int64 factorBlock(double* F, Int64 stride, Int64 i0, Int64 rowsEnd) {
+  double* const block = F + i0 * stride;   // column p of the block: block + p·stride
+  double inverse[ib];
+  for (int k = 0; k < ib; ++k) {
+    double* const column = block + k * stride;
+    const double d = column[i0 + k];
+    if (d == 0.0) return i0 + k + 1;
+    inverse[k] = 1.0 / d;
+    for (int j = k + 1; j < ib; ++j) {   // the columns to the right, with y = column k before the division
+      const double l = column[i0 + j] * inverse[k];
+      for (int i = j; i < ib; ++i) block[j * stride + i0 + i] -= column[i0 + i] * l;
+    }
+    for (int j = k + 1; j < ib; ++j) column[i0 + j] *= inverse[k];
+  }
+  double l[ib][ib] = {};
+  for (int k = 0; k < ib; ++k)
+    for (int p = 0; p < k; ++p) l[k][p] = block[p * stride + i0 + k];
+
+  Int64 i = i0 + ib;
+  for (; i < rowsEnd && i % VL != 0; ++i) {
+    double y[ib];
+    for (int k = 0; k < ib; ++k) {
+      y[k] = block[k * stride + i];
+      for (int p = 0; p < k; ++p) y[k] -= y[p] * l[k][p];
+      block[k * stride + i] = y[k] * inverse[k];
+    }
+  }
+  for (; i < rowsEnd; i += VL) {
+    Vec y[ib];
+#pragma GCC unroll 8
+    for (int k = 0; k < ib; ++k) {
+      y[k] = load(block + k * stride + i);
+#pragma GCC unroll 8
+      for (int p = 0; p < k; ++p) y[k] -= y[p] * l[k][p];
+      store(block + k * stride + i, y[k] * inverse[k]);
+    }
+  }
+  return 0;
+}
+
+using FactorBlock = Int64 (*)(double*, Int64, Int64, Int64);
+constexpr FactorBlock factorBlockOf[blockWidth + 1] = {
+    nullptr,        factorBlock<1>, factorBlock<2>, factorBlock<3>, factorBlock<4>,
+    factorBlock<5>, factorBlock<6>, factorBlock<7>, factorBlock<8>};
+
+// Steps 1 and 2 on the panel of K columns from j0.
+inline Int64 factorPanel(double* F, Int64 stride, Int64 j0, Int64 K, Int64 rowsEnd, double* packing) {
+  for (Int64 i0 = j0; i0 < j0 + K; i0 += blockWidth) {
+    const Int64 ib = smaller(blockWidth, j0 + K - i0);
+    if (i0 > j0) {
+      for (Int64 j = i0; j < i0 + ib; j += NR) {
+        const Int64 nr = smaller(NR, i0 + ib - j), first = alignedDown(j);
+        packScaledRows(F, stride, j0, i0 - j0, j, nr, packing);
+        anyColumnsOfTiles(nr, i0 - j0, F + j0 * stride + first, stride, packing, F + j * stride + first, stride,
+                          rowsEnd - first);
+      }
+    }
+    if (const Int64 zero = factorBlockOf[ib](F, stride, i0, rowsEnd)) return zero;
+  }
+  return 0;
+}
+
+// Copies K columns of `rows` rows (whole vectors) into tiles of MV·VL rows, each tile's columns together.
+inline void packRows(const double* A, Int64 stride, Int64 K, Int64 rows, double* packed) {
+  for (Int64 i = 0; i < rows; i += MV * VL) {
+    const Int64 height = smaller(MV * VL, rows - i);
+    for (Int64 k = 0; k < K; ++k) {
+      for (Int64 r = 0; r < height; r += VL) store(packed + r, load(A + k * stride + i + r));
+      packed += MV * VL;
+    }
+  }
+}
+
+// Step 3: the columns from t0 on, with the panel of K columns from j0.
+inline void updateRest(double* F, Int64 stride, Int64 j0, Int64 K, Int64 c, Int64 rowsEnd, double* packing) {
+  const Int64 t0 = j0 + K;
+  double* const scaled = packing;   // D·Lᵀ, one tile of columns behind the other
+  for (Int64 j = t0; j < c; j += NR) packScaledRows(F, stride, j0, K, j, smaller(NR, c - j), scaled + (j - t0) * K);
+  constexpr Int64 fewRows = 96;   // fronts so small that the panel stays in the first-level cache as it lies
+  if (rowsEnd - t0 <= fewRows) {
+    for (Int64 j = t0; j < c; j += NR) {
+      const Int64 first = alignedDown(j);
+      anyColumnsOfTiles(smaller(NR, c - j), K, F + j0 * stride + first, stride, scaled + (j - t0) * K,
+                        F + j * stride + first, stride, rowsEnd - first);
+    }
+    return;
+  }
+  double* const rows = packing + panelWidth * (c + largestTile);
+  for (Int64 r0 = alignedDown(t0); r0 < rowsEnd; r0 += rowsOfBlock) {
+    const Int64 r1 = smaller(r0 + rowsOfBlock, rowsEnd);
+    packRows(F + j0 * stride + r0, stride, K, r1 - r0, rows);
+    for (Int64 j = t0; j < smaller(c, r1); j += NR) {
+      // whole tiles of rows from the one that holds the diagonal; what lies above it is scratch
+      const Int64 first = j <= r0 ? 0 : (j - r0) / (MV * VL) * (MV * VL);
+      anyColumnsOfTiles(smaller(NR, c - j), K, rows + first * K, 0, scaled + (j - t0) * K,
+                        F + j * stride + r0 + first, stride, r1 - r0 - first);
+    }
+  }
+}
+
+Int64 factorFront(double* F, Int64 stride, Int64 c, Int64 w, double* packing) {
+  const Int64 rowsEnd = (c + VL - 1) / VL * VL;
+  for (Int64 j0 = 0; j0 < w; j0 += panelWidth) {
+    const Int64 K = smaller(panelWidth, w - j0);
+    if (const Int64 zero = factorPanel(F, stride, j0, K, rowsEnd, packing)) return zero;
+    updateRest(F, stride, j0, K, c, rowsEnd, packing);
+  }
+  return 0;
+}
+
+// y += Σ L(:,p)·x(p) over four columns at once: y is read and written once for the four.
+inline void addFourColumns(const double* const (&column)[4], const double (&x)[4], double* y, Int64 first, Int64 end) {
+  Int64 i = first;
+  for (; i + VL <= end; i += VL)
+    store(y + i, load(y + i) + ((load(column[0] + i) * x[0] + load(column[1] + i) * x[1]) +
+                                (load(column[2] + i) * x[2] + load(column[3] + i) * x[3])));
+  for (; i < end; ++i)
+    y[i] += (column[0][i] * x[0] + column[1][i] * x[1]) + (column[2][i] * x[2] + column[3][i] * x[3]);
+}
+
+inline double sumOf(Vec v) {
+  double sum = 0.0;
+  for (int i = 0; i < VL; ++i) sum += v[i];
+  return sum;
+}
+
+// Column p of the block starts below its diagonal: rowOf(p)[i] is its entry in row i, i > p.
+inline const double* rowOf(const double* L, Int64 p, Int64 c) { return L + p * c - p * (p + 1) / 2 - p - 1; }
+
+void forward(const double* L, Int64 w, Int64 c, double* x, double* below) {
+  Int64 p = 0;
+  for (; p + 4 <= w; p += 4) {
+    const double* const column[4] = {rowOf(L, p, c), rowOf(L, p + 1, c), rowOf(L, p + 2, c), rowOf(L, p + 3, c)};
+    for (int k = 0; k < 4; ++k)
+      for (Int64 i = p + k + 1; i < p + 4; ++i) x[i] -= column[k][i] * x[p + k];
+    const double minus[4] = {-x[p], -x[p + 1], -x[p + 2], -x[p + 3]};
+    addFourColumns(column, minus, x, p + 4, w);
+    const double* const rest[4] = {column[0] + w, column[1] + w, column[2] + w, column[3] + w};
+    addFourColumns(rest, {x[p], x[p + 1], x[p + 2], x[p + 3]}, below, 0, c - w);
+  }
+  for (; p < w; ++p) {
+    const double* const column = rowOf(L, p, c);
+    for (Int64 i = p + 1; i < w; ++i) x[i] -= column[i] * x[p];
+    for (Int64 i = w; i < c; ++i) below[i - w] += column[i] * x[p];
+  }
+}
+
+// Σ L(i,p)·y(i) over the rows first .. end-1 of four columns at once.
+inline void dotFourColumns(const double* const (&column)[4], const double* y, Int64 first, Int64 end,
+                           double (&sum)[4]) {
+  Vec s0 = {}, s1 = {}, s2 = {}, s3 = {};
+  Int64 i = first;
+  for (; i + VL <= end; i += VL) {
+    const Vec v = load(y + i);
+    s0 += load(column[0] + i) * v;
+    s1 += load(column[1] + i) * v;
+    s2 += load(column[2] + i) * v;
+    s3 += load(column[3] + i) * v;
+  }
+  sum[0] += sumOf(s0);
+  sum[1] += sumOf(s1);
+  sum[2] += sumOf(s2);
+  sum[3] += sumOf(s3);
+  for (; i < end; ++i)
+    for (int k = 0; k < 4; ++k) sum[k] += column[k][i] * y[i];
+}
+
+void backward(const double* L, Int64 w, Int64 c, double* x, const double* below) {
+  Int64 p = w;
+  for (; p % 4 != 0; --p) {
+    const double* const column = rowOf(L, p - 1, c);
+    double sum = 0.0;
+    for (Int64 i = p; i < w; ++i) sum += column[i] * x[i];
+    for (Int64 i = w; i < c; ++i) sum += column[i] * below[i - w];
+    x[p - 1] -= sum;
+  }
+  for (; p > 0; p -= 4) {
+    const double* const column[4] = {rowOf(L, p - 4, c), rowOf(L, p - 3, c), rowOf(L, p - 2, c), rowOf(L, p - 1, c)};
+    double sum[4] = {0.0, 0.0, 0.0, 0.0};
+    dotFourColumns(column, x, p, w, sum);
+    const double* const rest[4] = {column[0] + w, column[1] + w, column[2] + w, column[3] + w};
+    dotFourColumns(rest, below, 0, c - w, sum);
+    for (int k = 3; k >= 0; --k) {
+      for (Int64 i = p - 4 + k + 1; i < p; ++i) sum[k] += column[k][i] * x[i];
+      x[p - 4 + k] -= sum[k];
+    }
+  }
+}

@@ -1,0 +1,202 @@
+// Multifrontal L·D·Lᵀ (I. S. Duff, J. K. Reid, The multifrontal solution of indefinite sparse symmetric linear
+// equations, ACM TOMS 9, 1983; here without pivoting). Supernodes are numbered in a postorder of the elimination
+// tree: each forms its front from its matrix columns and the update matrices of its children, which lie on top of
+// a stack, eliminates its columns and leaves its own update matrix on the stack.
+//
+//   RWORK:  L, supernode by supernode | D | update stack -> ... front | packing space of the kernels
+#include "sparse/numeric.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+#include "sparse/dense_kernels.hpp"
+#include "sparse/front_layout.hpp"
+#include "sparse/ordering.hpp"
+#include "sparse/work_layout.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+// The integer arrays of the numeric phase.
+struct NumericArrays {
+  Vector<Int> XUPPER;   // NEQ: last place in COLIDX of each column's list
+  Vector<Int> COLIDX;   // for each column of L the matrix columns that hold one of its entries as a row, in the
+                        // old numbering; the other entries stand in the column's own matrix column
+  Vector<Int> BIGMAP;   // NEQ: place of a row in the front at work
+  Vector<Int> STACK;    // m: supernodes whose update matrices are on the stack
+  Int64 end;
+};
+
+NumericArrays carveNumeric(Vector<Int> WORK, Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m) {
+  WorkCarver carve(WORK, firstFree);
+  NumericArrays n;
+  n.XUPPER = carve.take("XUPPER", NEQ);
+  n.COLIDX = carve.take("COLIDX", NNZ - NEQ);
+  n.BIGMAP = carve.take("BIGMAP", NEQ);
+  n.STACK = carve.take("STACK", m);
+  n.end = carve.next();
+  return n;
+}
+
+// Finds for every matrix entry (i, j) below the diagonal the column of L it belongs to: that of j, or, where i comes
+// first in the new order, that of i, which then lists j.
+void findColumns(Vector<const Int> COLS, Vector<const Int> ROWI, const FactorStructure& f, const NumericArrays& n) {
+  const Int64 NEQ = n.XUPPER.length();
+  for (Int64 p = 1; p <= NEQ; ++p) n.XUPPER(p) = n.BIGMAP(p) = 0;
+  const auto forUpper = [&](auto visit) {
+    for (Int64 j = 1; j <= NEQ; ++j)
+      for (Int64 k = COLS(j) + 1; k < COLS(j + 1); ++k) {
+        const Int p = f.INVP(ROWI(k));
+        if (p < f.INVP(j)) visit(p, static_cast<Int>(j));
+      }
+  };
+  forUpper([&](Int p, Int) { ++n.XUPPER(p); });
+  Int end = 0;
+  for (Int64 p = 1; p <= NEQ; ++p) {
+    const Int count = n.XUPPER(p);
+    n.XUPPER(p) = end;   // the place before the column's list, until the list is filled
+    end += count;
+  }
+  forUpper([&](Int p, Int j) { n.COLIDX(++n.XUPPER(p)) = j; });
+}
+
+double* onCacheLine(double* p) {
+  const auto address = reinterpret_cast<std::uintptr_t>(p);
+  const std::uintptr_t line = frontAlignment * sizeof(double);
+  return p + ((line - address % line) % line) / sizeof(double);
+}
+
+// One front: the supernode's rows and columns in dense storage, one-based through `at`.
+struct Front {
+  double* first;
+  Int64 stride, c, w;
+  double* column(Int64 j) const { return first + (j - 1) * stride; }   // zero-based in its rows
+};
+
+// Zeros the lower triangle, and the rows that fill up the last register tile.
+void clear(const Front& F) {
+  for (Int64 j = 1; j <= F.c; ++j) {
+    const Int64 from = (j - 1) / frontAlignment * frontAlignment;
+    std::memset(F.column(j) + from, 0, static_cast<std::size_t>(F.stride - from) * sizeof(double));
+  }
+}
+
+// Puts the entries of the supernode's matrix columns into the front. False if one has no row there.
+bool placeMatrix(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM, const FactorStructure& f,
+                 const NumericArrays& n, Int k, const Front& F) {
+  const Int start = f.XLINDX(k), firstColumn = f.XSUP(k);
+  for (Int l = 1; l <= F.c; ++l) n.BIGMAP(f.LINDX(start + l - 1)) = l;
+  for (Int q = 1; q <= F.w; ++q) {
+    const Int p = firstColumn + q - 1, j = f.PERM(p);
+    double* const column = F.column(q);
+    const auto put = [&](Int row, double value) {
+      const Int l = n.BIGMAP(row);
+      if (l < q || l > F.c || f.LINDX(start + l - 1) != row) return false;
+      column[l - 1] = value;
+      return true;
+    };
+    const Int64 diagonal = COLS(j), end = COLS(j + 1);
+    column[q - 1] = SYSM(diagonal);
+    for (Int64 e = diagonal + 1; e < end; ++e) {
+      const Int row = f.INVP(ROWI(e));
+      if (row > p && !put(row, SYSM(e))) return false;
+    }
+    for (Int64 t = (p > 1 ? Int64{n.XUPPER(p - 1)} : 0) + 1; t <= n.XUPPER(p); ++t) {
+      const Int i = n.COLIDX(t);
+      Int64 e = COLS(i) + 1;
+      while (e < COLS(i + 1) && ROWI(e) < j) ++e;   // columns are short
+      if (e >= COLS(i + 1) || ROWI(e) != j || !put(f.INVP(i), SYSM(e))) return false;
+    }
+  }
+  return true;
+}
+
+// Adds the update matrix U (lower triangle by columns) of supernode `child` to the front of its parent.
+void extendAdd(const FactorStructure& f, Int child, const double* U, const Front& F) {
+  const Int64 below = Int64{f.XLINDX(child)} + (f.XSUP(child + 1) - f.XSUP(child));
+  const Int64 u = f.XLINDX(child + 1) - below;
+  const Int* const place = f.LCLDX.data() + (below - 1);   // one-based places, zero-based list
+  for (Int64 j = 0; j < u; ++j) {
+    double* const column = F.column(place[j]) - 1;
+    for (Int64 i = j; i < u; ++i) column[place[i]] += U[i - j];
+    U += u - j;
+  }
+}
+
+// Copies the columns of L below their diagonals, and the pivots, out of the front.
+void storeFactor(const Front& F, double* L, double* D) {
+  for (Int64 q = 1; q <= F.w; ++q) {
+    D[q - 1] = F.column(q)[q - 1];
+    std::memcpy(L, F.column(q) + q, static_cast<std::size_t>(F.c - q) * sizeof(double));
+    L += F.c - q;
+  }
+}
+
+// Moves the Schur complement to the stack, which may reach into the front itself: its columns move down in turn.
+void pushUpdate(const Front& F, double* stack) {
+  for (Int64 j = F.w + 1; j <= F.c; ++j) {
+    std::memmove(stack, F.column(j) + (j - 1), static_cast<std::size_t>(F.c - j + 1) * sizeof(double));
+    stack += F.c - j + 1;
+  }
+}
+
+}  // namespace
+
+Int64 numericEnd(Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m) {
+  return carveNumeric(Vector<Int>("WORK", nullptr, 0), firstFree, NEQ, NNZ, m).end;
+}
+
+void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
+                  Vector<Int> WORK, Vector<double> RWORK, Int& IERR) {
+  const Int NEQ = WORK(header::equations), m = WORK(header::supernodes), NNZ = static_cast<Int>(ROWI.length());
+  const Int64 factorEntries = WORK(header::factorEntries);
+  IERR = ierr::shortWork3;
+  const Int64 intLength = numericLength(partialLength(NEQ, m, WORK(header::subscripts)), WORK(header::largestFront),
+                                        WORK(header::largestUpdate), m, NNZ, WORK(header::realGrowth));
+  const Int64 realLength = factorEntries + NEQ + WORK(header::scratchDoubles);
+  for (const auto& [length, required] : {std::pair{WORK.length(), intLength}, {RWORK.length(), realLength}})
+    if (length < required) {
+      WORK(header::shortage) = static_cast<Int>(std::min<Int64>(required, std::numeric_limits<Int>::max()));
+      return;
+    }
+
+  const FactorStructure f = factorStructure(WORK);
+  const NumericArrays n = carveNumeric(WORK, WORK(header::freePhase3), NEQ, NNZ, m);
+  if (first) findColumns(COLS, ROWI, f, n);
+
+  double* const D = RWORK.data() + factorEntries;
+  double* const scratch = D + NEQ;
+  double* const packing = onCacheLine(scratch + WORK(header::scratchDoubles) -
+                                      packingDoubles(WORK(header::largestFront)));
+  double* stackTop = scratch;
+  Int pending = 0;   // update matrices on the stack
+  for (Int k = 1; k <= m; ++k) {
+    const Int64 c = f.XLINDX(k + 1) - f.XLINDX(k), w = f.XSUP(k + 1) - f.XSUP(k);
+    const Front F{onCacheLine(stackTop), frontStride(c), c, w};
+    clear(F);
+    if (!placeMatrix(COLS, ROWI, SYSM, f, n, k, F)) {
+      IERR = ierr::noPlace;
+      return;
+    }
+    for (Int child = 0; child < f.NCHILD(k); ++child) {
+      const Int below = n.STACK(pending--);
+      stackTop -= updateDoubles((f.XLINDX(below + 1) - f.XLINDX(below)) - (f.XSUP(below + 1) - f.XSUP(below)));
+      extendAdd(f, below, stackTop, F);
+    }
+    if (denseKernels().factorFront(F.first, F.stride, c, w, packing) != 0) {
+      IERR = ierr::zeroPivot;
+      return;
+    }
+    storeFactor(F, RWORK.data() + (f.ASTART(k) - 1), D + (f.XSUP(k) - 1));
+    if (c == w) continue;
+    pushUpdate(F, stackTop);
+    stackTop += updateDoubles(c - w);
+    n.STACK(++pending) = k;
+  }
+  IERR = ierr::ok;
+}
+
+}  // namespace tornwalzen

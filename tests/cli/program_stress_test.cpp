@@ -1,0 +1,112 @@
+// The program under stress: no room, no permission, no screen, and signals in the middle of a run.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "program.hpp"
+#include "sample_meshes.hpp"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+const std::set<std::string> allResults{"blank.obj", "blank.vtu", "part.vtu", "summary.json",
+                                       "tornwalzen.log"};
+
+// A run that is long enough to be interrupted: the signal is sent when the first increment is announced.
+std::string interrupted(const std::string& signal) {
+  return "\"$TORNWALZEN\" solve pipe.obj --out results 2>progress & run=$!\n"
+         "until grep -q increment progress; do kill -0 $run || exit 99; sleep 0.01; done\n"
+         "kill -" +
+         signal + " $run; wait $run";
+}
+
+class Signal : public testing::TestWithParam<std::pair<const char*, int>> {};
+
+}  // namespace
+
+TEST_P(Signal, LeavesNoHalfWrittenResultsAndTheOldOnesWhole) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(120, 120));
+  std::filesystem::create_directory(folder.file("results"));
+  folder.write("results/blank.obj", "of an earlier run");
+  const Outcome outcome = shell(folder, interrupted(GetParam().first));
+  EXPECT_EQ(outcome.status, 128 + GetParam().second);
+  EXPECT_THAT(folder.read("progress"), HasSubstr("\ntornwalzen: interrupted; no result file was written\n"));
+  EXPECT_THAT(folder.names("results"), ElementsAre("blank.obj", "tornwalzen.log"));
+  EXPECT_EQ(folder.read("results/blank.obj"), "of an earlier run");
+}
+
+INSTANTIATE_TEST_SUITE_P(Stress, Signal, testing::Values(std::pair("TERM", 15), std::pair("HUP", 1)),
+                         [](const auto& test) { return std::string(test.param.first); });
+
+TEST(Stress, AFolderThatCannotBeMadeIsToldBeforeTheRun) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  folder.write("file", "");
+  const Outcome outcome = tornwalzen(folder, "solve pipe.obj --out file/below");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err, "tornwalzen: cannot make the folder file/below: Not a directory\n");
+}
+
+TEST(Stress, AFolderWithoutPermissionIsToldBeforeTheRun) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  const Outcome outcome =
+      tornwalzen(folder, "solve pipe.obj --out /proc/results");  // nobody may, not even root
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err, StartsWith("tornwalzen: cannot make the folder /proc/results: "));
+}
+
+TEST(Stress, AFullDiskIsToldAndLeavesNoHalfWrittenResults) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(24, 8));
+  std::filesystem::create_directory(folder.file("results"));
+  folder.write("results/summary.json", "of an earlier run");
+  // files of at most 16 blocks of 512 bytes: blank.obj does not fit
+  const Outcome outcome = shell(folder, "ulimit -f 16; \"$TORNWALZEN\" solve pipe.obj --out results");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("\ntornwalzen: cannot write results/blank.obj: File too large\n"));
+  EXPECT_THAT(folder.names("results"), ElementsAre("summary.json", "tornwalzen.log"));
+  EXPECT_EQ(folder.read("results/summary.json"), "of an earlier run");
+}
+
+TEST(Stress, ClosedStandardStreamsDoNoHarm) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  for (const char* closed : {">&-", "2>&-", ">&- 2>&- <&-", "--verbose >&-"}) {
+    EXPECT_EQ(tornwalzen(folder, "solve pipe.obj --out results " + std::string(closed)).status, 0) << closed;
+    EXPECT_EQ(folder.names("results"), allResults) << closed;
+    EXPECT_THAT(folder.read("results/blank.obj"), StartsWith("# flat blank")) << closed;
+    EXPECT_THAT(folder.read("results/tornwalzen.log"), HasSubstr("MAX.GRAD")) << closed;
+  }
+}
+
+TEST(Stress, AReaderThatGoesAwayDoesNoHarm) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  const Outcome outcome =
+      shell(folder, "{ \"$TORNWALZEN\" solve pipe.obj --verbose --out results; echo $? >status; } | true");
+  EXPECT_EQ(folder.read("status"), "0\n") << outcome.err;
+  EXPECT_EQ(folder.names("results"), allResults);
+}
+
+TEST(Stress, AFullDiskBehindStandardOutputIsTold) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "skipped: no /dev/full here";
+  const Outcome outcome = tornwalzen(folder, "solve pipe.obj --out results >/dev/full");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("tornwalzen: No space left on device\n"));
+  EXPECT_EQ(folder.names("results"), allResults);
+}
+
+TEST(Stress, AnnouncedSizesAreNotBelieved) {
+  const ScratchFolder folder;
+  folder.write("part.stl", std::string(80, ' ') + "\xff\xff\xff\xff and no more");
+  const Outcome outcome = shell(folder, "ulimit -v 400000; \"$TORNWALZEN\" solve part.stl");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err,
+            "tornwalzen: part.stl: announces 4294967295 triangles, that is 214748364834 bytes, but has 96\n");
+}

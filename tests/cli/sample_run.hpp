@@ -1,0 +1,46 @@
+// A finished run made by hand: a roof of two triangles that unrolls into the unit square.
+#ifndef TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
+#define TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
+
+#include "hold.hpp"
+#include "library_run.hpp"
+#include "mesh_check.hpp"
+#include "results.hpp"
+#include "run_report.hpp"
+
+struct SampleRun {
+  host::Part part;
+  host::Hold hold;
+  host::RunOutput run;
+  host::RunCounts counts;
+  host::Verdict verdict{true, "", host::exitConverged};
+  host::Results results;
+
+  SampleRun() {
+    host::Mesh mesh;
+    mesh.file = "roof.obj";
+    // nodes 1, 2, 4, 5 are the square of the plan, one side raised; node 3 is in no triangle
+    mesh.points = {0, 0, 0, 1, 0, 0, 9, 9, 9, 1, 1, 0, 0, 1, 1};
+    mesh.corners = {1, 2, 4, 1, 4, 5};
+    part = host::checkMesh(mesh, false);
+    hold = host::holdUnknowns(part, "auto");
+    run.corners = part.corners;
+    run.RX = {0, 0, 1, 0, 9, 9, 1, 1, 0, 1};
+    run.EVAL = {0.1, 0.2, 45, 0.01, 0.5, 0.3, 0.4, 30, 0.02, 0.9};
+    run.matrixEntries = 35;
+    run.times = {0.25, 0.5, 0.75, 1.0, 1.25};
+    run.progress.take({1.0, 0, nullptr});
+    run.progress.take({0.0, 1, " Tornwalzen - Inverse Projektion :    "});
+    run.progress.take({0.0, 1, "TIME: 1sec"});
+    run.progress.take({0.0, 1, "TIME: 1sec"});
+    counts.attempts = 16;
+    counts.repeats = 1;
+    counts.newtonIterations = 31;
+    counts.lastGradient = 0.05;
+    compute();
+  }
+  void compute() { results = host::computeResults(part, run); }
+  host::RunReport report() const { return {part, hold, run, counts, results, verdict, 1, "auto", "out"}; }
+};
+
+#endif

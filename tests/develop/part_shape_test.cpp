@@ -1,0 +1,71 @@
+// Angles, areas and orientation of the formed part.
+#include "develop/part_shape.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "develop/test_part.hpp"
+
+using namespace tornwalzen;
+using namespace tornwalzen::test;
+
+namespace {
+
+constexpr double epsilon = std::numeric_limits<double>::epsilon();
+
+/// An isosceles triangle with legs 1 and the given apex angle (degrees), in a slanted plane.
+TestPart isosceles(double apexDegrees) {
+  const double t = apexDegrees * std::acos(-1.0) / 180.0, c = std::cos(t), s = std::sin(t);
+  return {{{0, 0, 0}, {0.6, 0, 0.8}, {0.6 * c, s, 0.8 * c}}, {{1, 2, 3}}};
+}
+
+}  // namespace
+
+// acos amplifies a rounding error of its argument by 1/sin(angle), here at most 1/sin 5° = 12; a few
+// roundings in the unit vectors and the single-precision factor (8e-9 relative) make up the rest.
+TEST(PartAngles, SmallestAngleInDegreesWithTheSinglePrecisionFactor) {
+  for (const double apex : {5.0, 30.0, 60.0}) {
+    TestPart part = isosceles(apex);
+    Int sharp;
+    measureAngles(part.arrays(), sharp);
+    const double expected = apex * std::acos(-1.0) / 180.0 * 57.295780181884766;
+    EXPECT_NEAR(part.ELG[2], expected, 57.3 * 12.0 * 8.0 * epsilon);
+  }
+}
+
+TEST(PartAngles, CountsStrictlyBelowTenDegrees) {
+  Int sharp;
+  TestPart below = isosceles(9.9999), above = isosceles(10.0001);
+  below.bind();
+  measureAngles(below.arrays(), sharp);
+  EXPECT_EQ(sharp, 1);
+  above.bind();
+  measureAngles(above.arrays(), sharp);
+  EXPECT_EQ(sharp, 0);
+}
+
+TEST(PartAngles, ZeroLengthEdgeIsNotGuarded) {
+  TestPart part({{0, 0, 0}, {0, 0, 0}, {1, 0, 0}}, {{1, 2, 3}});
+  Int sharp;
+  measureAngles(part.arrays(), sharp);
+  EXPECT_TRUE(std::isnan(part.ELG[2]));
+  EXPECT_EQ(sharp, 0);
+}
+
+TEST(PartAreas, OfTheSpatialTriangleAndTheirSum) {
+  TestPart part({{0, 0, 0}, {3, 0, 4}, {0, 2, 0}, {3, 2, 4}}, {{1, 2, 3}, {2, 4, 3}});
+  measureAreas(part.arrays());
+  EXPECT_EQ(part.ELG[8], 5.0);
+  EXPECT_EQ(part.ELG[9], 5.0);
+  EXPECT_EQ(run.atot, 10.0);
+}
+
+TEST(PartOrientation, SumOfZeroExchangesNothing) {
+  TestPart part({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, -1, 0}}, {{1, 2, 3}, {1, 2, 4}});
+  part.RX = {0, 0, 1, 0, 0, 1, 0, -1};
+  part.ELG[8] = part.ELG[9] = 0.5;
+  const auto before = part.INTA;
+  orientCounterClockwise(part.arrays());
+  EXPECT_EQ(part.INTA, before);
+}

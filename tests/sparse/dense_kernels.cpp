@@ -1,0 +1,139 @@
+// Every kernel table against plain elimination, and against the portable table, on fronts of all small shapes.
+#include "sparse/dense_kernels.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "sparse/front_layout.hpp"
+#include "sparse/work_layout.hpp"
+
+using namespace tornwalzen;
+
+namespace {
+
+struct FreeDeleter {
+  void operator()(double* p) const { std::free(p); }
+};
+using AlignedDoubles = std::unique_ptr<double[], FreeDeleter>;
+
+AlignedDoubles aligned(Int64 count) {
+  const std::size_t bytes = (static_cast<std::size_t>(count) * sizeof(double) + 63) / 64 * 64;
+  double* p = static_cast<double*>(std::aligned_alloc(64, bytes));
+  std::fill(p, p + bytes / sizeof(double), 3.0);
+  return AlignedDoubles(p);
+}
+
+// A diagonally dominant front, lower triangle, row by row as a full matrix.
+std::vector<double> randomFront(Int64 c, unsigned seed) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<double> value(-1.0, 1.0);
+  std::vector<double> a(c * c, 0.0);
+  for (Int64 j = 0; j < c; ++j)
+    for (Int64 i = j; i < c; ++i) a[j * c + i] = i == j ? (j % 3 ? 2.0 : -2.0) * c : value(random);
+  return a;
+}
+
+// Plain right-looking elimination of w columns.
+void eliminatePlainly(std::vector<double>& a, Int64 c, Int64 w) {
+  for (Int64 k = 0; k < w; ++k)
+    for (Int64 j = k + 1; j < c; ++j) {
+      const double l = a[k * c + j] / a[k * c + k];
+      for (Int64 i = j; i < c; ++i) a[j * c + i] -= a[k * c + i] * l;
+    }
+  for (Int64 k = 0; k < w; ++k)
+    for (Int64 j = k + 1; j < c; ++j) a[k * c + j] /= a[k * c + k];
+}
+
+class EveryTable : public testing::TestWithParam<int> {
+ protected:
+  const DenseKernels* table() {
+    int count = 0;
+    const DenseKernels* const* tables = availableKernels(count);
+    return GetParam() < count ? tables[GetParam()] : nullptr;
+  }
+};
+
+void expectFrontEliminated(const DenseKernels& kernels, Int64 c, Int64 w) {
+  const Int64 stride = frontStride(c);
+  std::vector<double> reference = randomFront(c, static_cast<unsigned>(1000 * c + w));
+  AlignedDoubles F = aligned(stride * c), packing = aligned(packingDoubles(c));
+  for (Int64 j = 0; j < c; ++j) {
+    for (Int64 i = 0; i < stride; ++i) F[j * stride + i] = 1.0;
+    for (Int64 i = j; i < c; ++i) F[j * stride + i] = reference[j * c + i];
+  }
+  ASSERT_EQ(kernels.factorFront(F.get(), stride, c, w, packing.get()), 0);
+  eliminatePlainly(reference, c, w);
+  const double limit = 10.0 * static_cast<double>(c) * 2.0 * static_cast<double>(c) * 2.2e-16;   // n · norm · ε
+  for (Int64 j = 0; j < c; ++j)
+    for (Int64 i = j; i < c; ++i)
+      ASSERT_NEAR(F[j * stride + i], reference[j * c + i], limit)
+          << kernels.name << ", c " << c << ", w " << w << ", entry " << i << ", " << j;
+}
+
+}  // namespace
+
+TEST_P(EveryTable, EliminatesFrontsOfAllShapesUpTo300) {
+  if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  for (Int64 c = 1; c <= 40; ++c)
+    for (Int64 w = 1; w <= c; ++w) expectFrontEliminated(*table(), c, w);
+  for (Int64 c : {41, 63, 64, 65, 96, 97, 103, 104, 105, 127, 128, 129, 160, 191, 192, 193, 200, 255, 256, 257, 299, 300})
+    for (Int64 w : {1, 2, 5, 8, 9, 31, 63, 64, 65, 71, 128, 129, 191, 300})
+      if (w <= c) expectFrontEliminated(*table(), c, w);
+}
+
+TEST_P(EveryTable, EliminatesFrontsThatPassTheRowBlocks) {
+  if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  for (auto [c, w] : {std::pair<Int64, Int64>{480, 70}, {575, 130}, {601, 10}, {1100, 66}}) expectFrontEliminated(*table(), c, w);
+}
+
+TEST_P(EveryTable, NamesTheColumnOfAZeroPivot) {
+  if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  for (Int64 c : {1, 9, 30, 100})
+    for (Int64 zero = 0; zero < c; ++zero) {
+      const Int64 stride = frontStride(c);
+      AlignedDoubles F = aligned(stride * c), packing = aligned(packingDoubles(c));
+      for (Int64 j = 0; j < c; ++j)
+        for (Int64 i = 0; i < stride; ++i) F[j * stride + i] = i == j && j != zero ? 1.0 : 0.0;
+      EXPECT_EQ(table()->factorFront(F.get(), stride, c, c, packing.get()), zero + 1);
+    }
+}
+
+TEST_P(EveryTable, ForwardAndBackwardMatchPlainSubstitution) {
+  if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> value(-1.0, 1.0);
+  for (Int64 c : {1, 2, 3, 5, 8, 13, 20, 33, 64, 100, 301})
+    for (Int64 w = 1; w <= c; w += (c < 20 ? 1 : 7)) {
+      std::vector<double> L(trapezoidEntries(w, c) + 1), x(w), below(c - w + 1, 0.0);
+      for (double& v : L) v = value(random) / static_cast<double>(c);
+      for (double& v : x) v = value(random);
+      for (double& v : below) v = value(random);
+      const auto entry = [&](Int64 i, Int64 p) { return L[p * c - p * (p + 1) / 2 + i - p - 1]; };
+      std::vector<double> fx = x, fb = below, bx = x;
+      for (Int64 p = 0; p < w; ++p) {
+        for (Int64 i = p + 1; i < w; ++i) fx[i] -= entry(i, p) * fx[p];
+        for (Int64 i = w; i < c; ++i) fb[i - w] += entry(i, p) * fx[p];
+      }
+      for (Int64 p = w - 1; p >= 0; --p) {
+        for (Int64 i = p + 1; i < w; ++i) bx[p] -= entry(i, p) * bx[i];
+        for (Int64 i = w; i < c; ++i) bx[p] -= entry(i, p) * below[i - w];
+      }
+      std::vector<double> kx = x, kb = below;
+      table()->forward(L.data(), w, c, kx.data(), kb.data());
+      const double limit = 10.0 * static_cast<double>(c) * 2.2e-16;
+      for (Int64 i = 0; i < w; ++i) ASSERT_NEAR(kx[i], fx[i], limit) << table()->name << " c " << c << " w " << w;
+      for (Int64 i = 0; i < c - w; ++i) ASSERT_NEAR(kb[i], fb[i], limit) << table()->name << " c " << c << " w " << w;
+      kx = x;
+      table()->backward(L.data(), w, c, kx.data(), below.data());
+      for (Int64 i = 0; i < w; ++i) ASSERT_NEAR(kx[i], bx[i], limit) << table()->name << " c " << c << " w " << w;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kernels, EveryTable, testing::Values(0, 1, 2), [](const auto& which) {
+  return std::string(which.param == 0 ? "portable" : which.param == 1 ? "avx2" : "avx512");
+});
