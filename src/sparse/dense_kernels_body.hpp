@@ -15,7 +15,6 @@ using Vec = double __attribute__((vector_size(VL * sizeof(double))));
 using VecAt = double __attribute__((vector_size(VL * sizeof(double)), aligned(8), may_alias));   // in memory
 
 constexpr Int64 blockWidth = 8;
-constexpr Int64 rowsOfBlock = 480;   // rows of L that stay in the second-level cache during an update
 static_assert(panelWidth % blockWidth == 0 && NR <= largestTile && MV * VL <= largestTile);
 static_assert(rowsOfBlock % (MV * VL) == 0 && frontAlignment % VL == 0 && blockWidth % NR == 0);
 
