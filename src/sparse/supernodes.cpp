@@ -152,11 +152,13 @@ bool mergeAllowed(Int64 w, Int64 c, Int64 zeros) {
 
 SupernodeSizes supernodeStep(const EliminationGraph& g, Int nodes, Vector<Int> WORK, Int NEQ, Int NADJ) {
   const SupernodeScratch t{g.QSIZE, g.COUNT, g.ABSORB, g.DHEAD, g.DFORW, g.DBAKW, g.LLIST, g.MARKER, g.WXADJ};
+  SupernodeSizes sizes;
+  for (Int v = 1; v <= nodes; ++v)
+    if (isSupernode(t, v)) sizes.leanEntries += trapezoidEntries(-t.QSIZE(v), t.DEGREE(v));
   amalgamate(t, nodes);
   const Int firstRoot = orderChildren(t, nodes);
   const auto parent = [&](Int v) { return t.ABSORB(v) > 0 ? mergedInto(t, t.ABSORB(v)) : 0; };
 
-  SupernodeSizes sizes;
   postorder(t, firstRoot, parent, [&](Int v) {
     t.NEWSEQ(++sizes.m) = v;
     t.NEWNOD(v) = sizes.m;

@@ -26,6 +26,7 @@ constexpr Int largestUpdate = 6;      // f2: rows of the largest update matrix
 constexpr Int realGrowth = 7;         // g
 constexpr Int factorEntries = 8;      // entries of L below the diagonal
 constexpr Int scratchDoubles = 9;     // peak of fronts, update stack and packing space in RWORK
+constexpr Int leanEntries = 10;      // the same before supernodes were merged: the ordering's own fill
 constexpr Int realRequirement = 11;   // factor entries less NEQ: what the real requirement adds to 4·NEQ
 constexpr Int shortage = 19;          // the length that a failed check asked for
 constexpr Int freePhase2 = 27;        // start of the part of WORK that phase 2 may use
