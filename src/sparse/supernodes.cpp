@@ -143,11 +143,21 @@ Int orderChildren(const SupernodeScratch& t, Int nodes) {
 }  // namespace
 
 bool mergeAllowed(Int64 w, Int64 c, Int64 zeros) {
-  const double share = static_cast<double>(zeros) / static_cast<double>(std::max<Int64>(1, trapezoidEntries(w, c)));
-  if (w <= 4) return true;
-  if (w <= 16) return share < 0.8;
-  if (w <= 48) return share < 0.1;
-  return share < 0.05;
+  // Wider supernodes run faster, zeros cost memory and the bandwidth of the solves: the narrow ones, whose work is
+  // all overhead, may take a fifth of zeros, wide ones next to none.
+  struct Limit {
+    Int64 columns;
+    double share;   // of the entries below the diagonal
+  };
+  constexpr Limit limits[] = {{2, 1.0}, {8, 0.2}, {16, 0.05}};
+  constexpr double shareOfWide = 0.03;
+  double share = shareOfWide;
+  for (const Limit& limit : limits)
+    if (w <= limit.columns) {
+      share = limit.share;
+      break;
+    }
+  return static_cast<double>(zeros) <= share * static_cast<double>(trapezoidEntries(w, c));
 }
 
 SupernodeSizes supernodeStep(const EliminationGraph& g, Int nodes, Vector<Int> WORK, Int NEQ, Int NADJ) {
