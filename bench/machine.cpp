@@ -7,6 +7,9 @@
 #include <vector>
 
 #include "clock.hpp"
+#ifdef __x86_64__
+#include <immintrin.h>
+#endif
 #ifdef BENCH_OPENBLAS
 #include <cblas.h>
 extern "C" char* openblas_get_corename(void);
@@ -23,25 +26,44 @@ std::string processorName() {
   return "unknown processor";
 }
 
-// Twelve chains of multiply-adds hide the latency of the two units.
-#define FMA_LOOP(bytes)                                                            \
-  typedef double V __attribute__((vector_size(bytes)));                            \
-  V s[12], a = V{} + 0.999999, b = V{} + 1e-6;                                     \
-  for (V & v : s) v = b;                                                           \
-  for (long k = 0; k < rounds; ++k) {                                              \
-    _Pragma("GCC unroll 12") for (int j = 0; j < 12; ++j) s[j] = s[j] * a + b;     \
-    asm volatile("" : "+x"(s[0]), "+x"(s[1]), "+x"(s[2]), "+x"(s[3]));             \
-  }                                                                                \
-  V total = s[0];                                                                  \
-  for (int j = 1; j < 12; ++j) total += s[j];                                      \
-  volatile double sink = total[0];                                                 \
-  (void)sink;                                                                      \
-  return 2.0 * 12.0 * (bytes / 8) * static_cast<double>(rounds)
+// Ten chains of multiply-adds hide the latency of two units.
+constexpr int chains = 10;
 
-double portableFma(long rounds) { FMA_LOOP(16); }
+double portableFma(long rounds) {   // what the baseline instruction set has: a product and a sum
+  typedef double V __attribute__((vector_size(16)));
+  V s[chains] = {};
+  for (long k = 0; k < rounds; ++k)
+    for (V& v : s) {
+      v = v * 0.999999 + 1e-6;
+      asm volatile("" : "+m"(v));
+    }
+  return 2.0 * chains * 2.0 * static_cast<double>(rounds);
+}
 #ifdef __x86_64__
-__attribute__((target("avx2,fma"), optimize("fp-contract=fast"))) double avx2Fma(long rounds) { FMA_LOOP(32); }
-__attribute__((target("avx512f"), optimize("fp-contract=fast"))) double avx512Fma(long rounds) { FMA_LOOP(64); }
+__attribute__((target("avx2,fma"))) double avx2Fma(long rounds) {
+  __m256d s[chains];
+  const __m256d a = _mm256_set1_pd(0.999999), b = _mm256_set1_pd(1e-6);
+  for (__m256d& v : s) v = b;
+  for (long k = 0; k < rounds; ++k)
+#pragma GCC unroll 10
+    for (int j = 0; j < chains; ++j) s[j] = _mm256_fmadd_pd(s[j], a, b);
+  for (int j = 1; j < chains; ++j) s[0] = _mm256_add_pd(s[0], s[j]);
+  volatile double sink = _mm256_cvtsd_f64(s[0]);
+  (void)sink;
+  return 2.0 * chains * 4.0 * static_cast<double>(rounds);
+}
+__attribute__((target("avx512f"))) double avx512Fma(long rounds) {
+  __m512d s[chains];
+  const __m512d a = _mm512_set1_pd(0.999999), b = _mm512_set1_pd(1e-6);
+  for (__m512d& v : s) v = b;
+  for (long k = 0; k < rounds; ++k)
+#pragma GCC unroll 10
+    for (int j = 0; j < chains; ++j) s[j] = _mm512_fmadd_pd(s[j], a, b);
+  for (int j = 1; j < chains; ++j) s[0] = _mm512_add_pd(s[0], s[j]);
+  volatile double sink = _mm512_cvtsd_f64(s[0]);
+  (void)sink;
+  return 2.0 * chains * 8.0 * static_cast<double>(rounds);
+}
 #endif
 
 double bestRate(double (*loop)(long)) {   // GFLOP/s

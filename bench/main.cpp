@@ -6,8 +6,10 @@
 #include <stdexcept>
 
 #include "machine.hpp"
+#include "phases.hpp"
 #include "race.hpp"
 #include "report.hpp"
+#include "runs.hpp"
 
 namespace {
 
@@ -57,6 +59,24 @@ void runSolver(const Options& o, const bench::Machine& machine, bench::Report& r
   if (o.huge) bench::raceSolvers({1000000, false, Numbering::mesher, true, false}, machine, report);
 }
 
+void runPhases(const Options& o, bench::Report& report) {
+  for (std::int32_t nodes : {1000, 10000, 100000}) bench::timePhases(nodes, report);
+  bench::timePattern(100000, report);
+  if (o.quick) return;
+  bench::timePhases(500000, report);
+  bench::timePattern(1000000, report);
+}
+
+void runSamples(const Options& o, const bench::Machine& machine, bench::Report& report) {
+  bench::wholeRun({"square_cup", 50000, true, false}, machine, report);
+  bench::wholeRun({"box", 50000, false, true}, machine, report);
+  if (o.quick) return;
+  for (const char* shape : {"square_cup", "box", "s_rail", "flanged_hole"})
+    bench::wholeRun({shape, 5000, false, false}, machine, report);
+  bench::wholeRun({"square_cup", 200000, true, false}, machine, report);
+  bench::wholeRun({"box", 180000, false, true}, machine, report);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
@@ -65,6 +85,8 @@ int main(int argc, char** argv) try {
   const bench::Machine machine = bench::measureMachine();
   printMachine(machine);
   if (options.parts.count("solver")) runSolver(options, machine, report);
+  if (options.parts.count("phases")) runPhases(options, report);
+  if (options.parts.count("runs")) runSamples(options, machine, report);
   std::printf("\n");
   report.printRatios();
   return 0;

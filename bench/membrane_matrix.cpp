@@ -5,6 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "quiet.hpp"
 #include "surface_mesh.hpp"   // shapes::Random
 #include "tornwalzen.h"
 
@@ -27,6 +28,7 @@ void buildPattern(const PlaneMesh& mesh, SymmetricMatrix& a) {
   a.n = neq;
   a.COLS.resize(neq + 1);
   a.ROWI.resize(mnsysm);
+  const Quiet quiet;
   OSINIT(&mode, &nn, &ne, &neq, &mnsysm, &niwor, &nrk, knots.data(), mesh.corners.data(), inta.data(), nullptr,
          a.COLS.data(), a.ROWI.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, kng.data(), nullptr,
          nullptr, nullptr, nullptr, nullptr, nullptr, &istat);
