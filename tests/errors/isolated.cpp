@@ -25,6 +25,20 @@ std::string contents(int file) {
   }
 }
 
+int failures() {
+  const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
+  int count = 0;
+  for (int i = 0; i < result.total_part_count(); ++i) count += result.GetTestPartResult(i).failed();
+  return count;
+}
+
+// What a failed case printed: its end tells most.
+std::string printedTail() {
+  constexpr std::size_t shown = 3000;
+  const std::string text = printedOut() + printedError();
+  return text.size() > shown ? text.substr(text.size() - shown) : text;
+}
+
 // Checked builds run several times slower.
 unsigned allowed(unsigned seconds) {
   const char* const factor = std::getenv("TORNWALZEN_SLOWNESS");
@@ -35,9 +49,10 @@ unsigned allowed(unsigned seconds) {
   dup2(caughtOut, STDOUT_FILENO);
   dup2(caughtError, STDERR_FILENO);
   alarm(allowed(seconds));
+  const int before = failures();  // those of the process that this one is a copy of
   body();
   std::fflush(nullptr);
-  std::exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS);
+  std::exit(failures() > before ? EXIT_FAILURE : EXIT_SUCCESS);
 }
 
 }  // namespace
@@ -55,9 +70,9 @@ void isolated(const std::function<void()>& body, unsigned seconds) {
   ASSERT_EQ(waitpid(child, &status, 0), child);
   if (WIFSIGNALED(status))
     ADD_FAILURE() << "ended by signal " << WTERMSIG(status) << " (" << strsignal(WTERMSIG(status)) << ")\n"
-                  << printedOut() << printedError();
+                  << printedTail();
   else if (WEXITSTATUS(status) != 0)
-    ADD_FAILURE() << "exit status " << WEXITSTATUS(status) << "\n" << printedOut() << printedError();
+    ADD_FAILURE() << "exit status " << WEXITSTATUS(status) << "\n" << printedTail();
   close(caughtOut);
   close(caughtError);
 }
