@@ -1,8 +1,6 @@
 // Any bytes as a mesh deck: the reader ends, stays inside text and arrays, names a place for what it refuses,
 // finds the same with and without arrays, and what it accepts survives being written and read again bit by
 // bit.
-#include "fuzz/deck_fuzz.hpp"
-
 #include <bit>
 #include <cmath>
 #include <cstdlib>
@@ -13,6 +11,7 @@
 #include "deckio/deck_error.hpp"
 #include "deckio/deck_records.hpp"
 #include "deckio/mesh_deck.hpp"
+#include "fuzz/fuzz_target.hpp"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// The fuzzed property of the deck reader, for the fuzzer and for the replay of its corpus.
+// The fuzzed property of a target, for the fuzzer and for the replay of its corpus.
 #pragma once
 
 #include <cstddef>
