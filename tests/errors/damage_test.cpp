@@ -64,8 +64,9 @@ void tryDamage(Ints Host::*array, Flush flush, bool sameOrRefused) {
           return;
         }
         host.expectTruth();
-        if (sameOrRefused)
-          EXPECT_EQ(std::memcmp(host.RX.data(), straight.RX.data(), sizeof(double) * host.RX.length()), 0);
+        const bool same =
+            std::memcmp(host.RX.data(), straight.RX.data(), sizeof(double) * host.RX.length()) == 0;
+        EXPECT_TRUE(same || !sameOrRefused);
       });
     }
 }
@@ -84,27 +85,31 @@ TEST_P(HostileDamage, SolverIntegers) {
 }
 
 // One word after the other: no place of WORK is outside the promise.
+constexpr unsigned manySeconds = 60;  // some hundred cases
+
 TEST_P(HostileDamage, EveryWordOfTheSolverIntegers) {
-  isolated([flush = GetParam()] {
-    const Mesh mesh{{0, 0, 0, 10, 0, 1, 0, 10, 0, 10, 10, 2}, {1, 2, 4, 1, 4, 3}};
-    Host straight(mesh, flush);
-    straight.setUp();
-    ASSERT_EQ(straight.analyse(), 1);
-    constexpr std::int32_t values[] = {-1, 0, 1 << 30};
-    for (std::int64_t word = 0; word < straight.WORK.length(); ++word) {
-      SCOPED_TRACE("word " + std::to_string(word + 1));
-      isolated([&] {
-        Host host(mesh, flush);
-        host.setUp();
-        host.WORK[word] = values[word % 3] == host.WORK[word] ? 7 : values[word % 3];
-        if (host.analyse() == -1) {
-          EXPECT_FALSE(host.converged());
-          return;
+  isolated(
+      [flush = GetParam()] {
+        const Mesh mesh{{0, 0, 0, 10, 0, 1, 0, 10, 0, 10, 10, 2}, {1, 2, 4, 1, 4, 3}};
+        Host straight(mesh, flush);
+        straight.setUp();
+        ASSERT_EQ(straight.analyse(), 1);
+        constexpr std::int32_t values[] = {-1, 0, 1 << 30};
+        for (std::int64_t word = 0; word < straight.WORK.length(); ++word) {
+          SCOPED_TRACE("word " + std::to_string(word + 1));
+          isolated([&] {
+            Host host(mesh, flush);
+            host.setUp();
+            host.WORK[word] = values[word % 3] == host.WORK[word] ? 7 : values[word % 3];
+            if (host.analyse() == -1) {
+              EXPECT_FALSE(host.converged());
+              return;
+            }
+            EXPECT_EQ(std::memcmp(host.RX.data(), straight.RX.data(), sizeof(double) * host.RX.length()), 0);
+          });
         }
-        EXPECT_EQ(std::memcmp(host.RX.data(), straight.RX.data(), sizeof(double) * host.RX.length()), 0);
-      });
-    }
-  });
+      },
+      manySeconds);
 }
 
 TEST_P(HostileDamage, TheFactorsPlaceAndTheResultsAreOnlyWritten) {

@@ -4,6 +4,11 @@
 
 #include <sys/mman.h>
 #include <unistd.h>
+#if __has_include(<valgrind/memcheck.h>)
+#include <valgrind/memcheck.h>
+#else
+#define VALGRIND_MAKE_MEM_UNDEFINED(first, length)
+#endif
 
 #include <algorithm>
 #include <cstdint>
@@ -30,6 +35,7 @@ class GuardedBytes {
     if (used_ == 0) return;
     std::memset(pages_, guardByte, used_);
     std::memset(first_, unsetByte, length);
+    VALGRIND_MAKE_MEM_UNDEFINED(first_, length);
   }
   ~GuardedBytes() { munmap(block_, used_ + 2 * pageSize()); }
   GuardedBytes(const GuardedBytes&) = delete;
