@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS tornwalzen EXPORT tornwalzenTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES include/tornwalzen.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES include/tornwalzen.h include/tornwalzen_ext.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT tornwalzenTargets NAMESPACE tornwalzen::
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
 configure_package_config_file(cmake/tornwalzenConfig.cmake.in ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake

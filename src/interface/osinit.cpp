@@ -1,5 +1,6 @@
 // OSINIT: structure set-up in three modes. Mode 1 takes the mesh and builds the pattern of the global matrix,
 // mode 2 orders its equations, mode 3 lays out the factor; each reports the work lengths that the next step needs.
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 #include "interface/subscript_check.hpp"
 #include "sparse/loeini.hpp"
@@ -47,6 +48,9 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
   if (MODE == nullptr) return;
 
   if (*MODE == 1) {
+    record = RunRecord{};
+    setUpTimes = SetUpTimes{};
+    const ProcessorTime time(setUpTimes.structure);
     run.solver = SolverProtocol{};   // a mesh that is refused must not leave the last one's solver usable
     if (!meshCountsUsable(*NKNO, *NELE, *NEQ, *MNSYSM)) {
       *ISTAT = -1;
@@ -77,6 +81,7 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
   }
   if (*MODE != 2 && *MODE != 3) return;
 
+  const ProcessorTime time(*MODE == 2 ? setUpTimes.ordering : setUpTimes.symbolic);
   solverStep(*MODE == 2 ? ordering : symbolic, {"COLS", COLS, Int64{run.maxsys} + 1}, {"ROWI", ROWI, run.mnsysm},
              {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk});
   if (failed(run.ierrso)) {

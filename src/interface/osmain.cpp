@@ -1,6 +1,7 @@
 // OSMAIN: the inverse analysis. Loads the material, checks the host's index arrays, runs the driver.
 #include "driver/inverse_driver.hpp"
 #include "interface/material_setup.hpp"
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 #include "interface/subscript_check.hpp"
 #include "tornwalzen.h"
@@ -13,6 +14,8 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
                        const int32_t* ICTRL, double* EVAL, int32_t* ISTAT) {
   if (ISTAT == nullptr) return;
   *ISTAT = 0;
+  const AnalysisRun analysis;
+  const ProcessorTime time(record.total);
   materialSetup(*ICTRL, flowCurve());
   run.istat = (*ICTRL == 0 || *ICTRL == 1 || *ICTRL == 2) ? 1 : 0;
 
@@ -37,5 +40,6 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
   const bool usable = incidencesInside(arrays.INTA, run.nkno) &&
                       (run.neq == 0 || patternInside(arrays.COLS, arrays.ROWI, run.neq));
   if (usable) inverseDriver(arrays, {"EVAL", EVAL, 5 * elements});
+  if (usable && failed(run.ierrso)) record.end = RunEnd::solverFailed;
   *ISTAT = failed(run.ierrso) ? -1 : run.istat;
 }
