@@ -1,7 +1,8 @@
 // The equivalent strain without its eigenvalues.
 //
 // With the principal logarithmic strains e1, e2 of the metric C let s = e1 + e2 and t = e1 - e2. Then
-//   e1² + e1·e2 + e2² = ¾·s² + ¼·t²,   s = ½·ln det C,   t = artanh(ρ),   ρ² = x = (d² + C12²)/m²,
+//   e1² + e1·e2 + e2² = ¾·s² + ¼·t²,   s = ½·ln det C,   t = artanh(ρ),   ρ² = x = (d² + C12²)/m²
+// (with normal anisotropy other weights of s² and t²),
 // m = (C11 + C22)/2 and d = (C11 - C22)/2. The eigenvalues m ± mρ are not differentiable where they meet; but
 // t² = artanh(√x)² is analytic in x at 0, so S is a smooth function of C and is differentiated as such.
 #include "element/density_plastic.hpp"
@@ -14,15 +15,6 @@ namespace {
 
 // Below this |C12| the metric counts as diagonal. Absolute, not relative to C11 and C22.
 constexpr double diagonalLimit = 1e-8;
-// Keeps ε̄ and its derivatives finite without strain.
-constexpr double regulariser = 1e-10;
-// 2/√3 and 1/√3 are held in single precision and widened; results depend on the digits that this adds.
-constexpr double twoOverRootThree = 1.154700517654419;
-constexpr double oneOverRootThree = 0.5773502588272095;
-// Weights of s² and t² in the equivalent strain: those of e1² + e1·e2 + e2².
-constexpr double sumWeight = 0.75;
-constexpr double differenceWeight = 0.25;
-
 // Below this x (principal stretches less than 11 % apart) artanh(√x) comes from its power series.
 constexpr double seriesLimit = 0.01;
 
@@ -47,31 +39,17 @@ SquaredDifference squaredDifference(double x, double y) {
   return {g, 0.0};
 }
 
-struct Stress {
-  double work, sigma, slope;  // W, σ = dW/dε̄, dσ/dε̄
-};
-
-/// Work and stress at the equivalent strain: the cubic of the segment that reaches up to it, extended beyond
-/// the last point. A curve of fewer than three points has only its first segment.
-Stress flowStress(const FlowCurve& CURVE, double strain) {
-  const Table<const double> FC = CURVE.FC;
-  Int j = 2;
-  while (j < CURVE.npkt && FC(j, 1) < strain) ++j;
-  const Int k = j - 1;
-  const double A = FC(k, 4), B = FC(k, 5), C = FC(k, 6), D = FC(k, 7);
-  return {CURVE.WFULL[k - 1] + segmentWork(FC, k, FC(k, 1), strain),
-          ((A * strain + B) * strain + C) * strain + D, (3.0 * A * strain + 2.0 * B) * strain + C};
-}
-
-/// S = ¾s² + ¼t² + 1e-10 as a function of the metric, derivatives into the members of `S`.
+/// S = sumWeight·s² + differenceWeight·t² + 1e-10 as a function of the metric, derivatives into the members
+/// of `S`.
 template <Order order>
-void squaredStrain(double C11, double C22, double C12, Density& S) {
+void squaredStrain(double C11, double C22, double C12, const StrainWeights& weights, Density& S) {
+  const double sumWeight = weights.sumWeight, differenceWeight = weights.differenceWeight;
   const double m = (C11 + C22) * 0.5, d = (C11 - C22) * 0.5, rr = d * d + C12 * C12;
   const double det = C11 * C22 - C12 * C12;
   const double mm = m * m, x = rr / mm, y = det / mm;
   const double s = 0.5 * std::log(det);
   const SquaredDifference t = squaredDifference<order>(x, y);
-  S.phi = sumWeight * (s * s) + differenceWeight * (x * (t.g * t.g)) + regulariser;
+  S.phi = sumWeight * (s * s) + differenceWeight * (x * (t.g * t.g)) + strainRegulariser;
   if constexpr (order == Order::value) return;
 
   const double s1 = 0.5 * C22 / det, s2 = 0.5 * C11 / det, s3 = -C12 / det;
@@ -102,14 +80,14 @@ void squaredStrain(double C11, double C22, double C12, Density& S) {
 template <Order order>
 void plasticDensity(double C11, double C22, double C12, const FlowCurve& CURVE, Density& F) {
   Density S;
-  squaredStrain<order>(C11, C22, std::fabs(C12) <= diagonalLimit ? 0.0 : C12, S);
+  squaredStrain<order>(C11, C22, std::fabs(C12) <= diagonalLimit ? 0.0 : C12, CURVE.weights, S);
   const double root = std::sqrt(S.phi);
-  const Stress at = flowStress(CURVE, twoOverRootThree * root);
+  const Stress at = flowStress(CURVE, CURVE.weights.strainFactor * root);
   F.phi = 0.5 * (at.work * at.work);
   if constexpr (order == Order::value) return;
 
-  const double strainRate = oneOverRootThree / root;    // dε̄/dS
-  const double rate = at.work * at.sigma * strainRate;  // dφ/dS
+  const double strainRate = CURVE.weights.rateFactor / root;  // dε̄/dS
+  const double rate = at.work * at.sigma * strainRate;        // dφ/dS
   F.g1 = rate * S.g1;
   F.g2 = rate * S.g2;
   F.g3 = rate * S.g3;

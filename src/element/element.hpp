@@ -1,6 +1,8 @@
 // One membrane triangle: its potential Π = D·φ over the blank coordinates of its corners, with the exact
 // gradient and Hessian. D is twice the blank area (mm²), φ the density (dimensionless) that the run status
-// selects: istat = 0 the Green-Lagrange density E11² + E22² + E12², otherwise ½·W(ε̄)² of the flow curve.
+// selects: istat = 0 the Green-Lagrange density E11² + E22² + E12², otherwise ½·W(ε̄)² of the flow curve. A
+// host may have chosen the part as the reference of the energy: then Π = A·φ with A twice the target
+// triangle's area.
 #pragma once
 
 #include "element/flow_curve.hpp"

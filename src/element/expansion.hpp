@@ -71,10 +71,9 @@ inline void edgeHessian(const Kinematics& K, const Density& F, double (&EDGE)[4]
     for (int l = k + 1; l < 4; ++l) EDGE[k][l] = EDGE[l][k];
 }
 
-/// HESSIAN: out, 6 × 6 column-major (dimensionless), both triangles, equal to the bit.
-inline void potentialHessian(const Kinematics& K, const Density& F, double (&HESSIAN)[36]) {
-  double EDGE[4][4];
-  edgeHessian(K, F, EDGE);
+/// From the four coordinates of corners 2 and 3 to all six. HESSIAN: out, 6 × 6 column-major (dimensionless),
+/// both triangles, equal to the bit.
+inline void expandHessian(const double (&EDGE)[4][4], double (&HESSIAN)[36]) {
   for (int k = 0; k < 4; ++k) {
     double* column = HESSIAN + 6 * (k + 2);
     for (int l = 0; l < 4; ++l) column[l + 2] = EDGE[k][l];
@@ -83,6 +82,37 @@ inline void potentialHessian(const Kinematics& K, const Density& F, double (&HES
   HESSIAN[0] = -(HESSIAN[12] + HESSIAN[24]);
   HESSIAN[1] = HESSIAN[6] = -(HESSIAN[13] + HESSIAN[25]);
   HESSIAN[7] = -(HESSIAN[19] + HESSIAN[31]);
+}
+
+/// HESSIAN: out, 6 × 6 column-major (dimensionless).
+inline void potentialHessian(const Kinematics& K, const Density& F, double (&HESSIAN)[36]) {
+  double EDGE[4][4];
+  edgeHessian(K, F, EDGE);
+  expandHessian(EDGE, HESSIAN);
+}
+
+/// The potential A·φ with a weight A (mm²) that does not depend on the blank. Where φ itself vanishes but its
+/// derivatives do not, the potential D·φ above has the gradient g = D·∇φ and the Hessian
+/// H = D·∇²φ + ∇D·∇φᵀ + ∇φ·∇Dᵀ, and ∇D is D·∇N: so ∇φ = g/D and D·∇²φ = H - (∇D·gᵀ + g·∇Dᵀ)/D.
+/// A: in (mm²). GRADIENT: out (mm), HESSIAN: out (dimensionless), as above.
+inline void weighedGradient(const Kinematics& K, Density F, double A, double (&GRADIENT)[6]) {
+  F.phi = 0.0;
+  potentialGradient(K, F, GRADIENT);
+  const double scale = A / K.D;
+  for (double& g : GRADIENT) g *= scale;
+}
+
+inline void weighedHessian(const Kinematics& K, Density F, double A, double (&HESSIAN)[36]) {
+  F.phi = 0.0;
+  double g[6], EDGE[4][4];
+  potentialGradient(K, F, g);
+  edgeHessian(K, F, EDGE);
+  const double dD[4] = {K.DN[0][0], K.DN[0][1], K.DN[1][0], K.DN[1][1]};
+  const double perD = 1.0 / K.D, scale = A * perD;
+  for (int k = 0; k < 4; ++k)
+    for (int l = 0; l < 4; ++l)
+      EDGE[k][l] = scale * (EDGE[k][l] - (dD[k] * g[l + 2] + dD[l] * g[k + 2]) * perD);
+  expandHessian(EDGE, HESSIAN);
 }
 
 }  // namespace tornwalzen

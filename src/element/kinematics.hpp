@@ -12,6 +12,8 @@
 //   δC = -(C·G + Gᵀ·C),   δN = -N·G,   δD = D·tr G.
 #pragma once
 
+#include <cmath>
+
 #include "interface/array_view.hpp"
 
 namespace tornwalzen {
@@ -53,6 +55,17 @@ inline void metric(Int n1, Int n2, Int n3, Table<const double> KNZ, Kinematics& 
   K.C11 = a[0] * a[0] + a[1] * a[1] + a[2] * a[2];
   K.C22 = b[0] * b[0] + b[1] * b[1] + b[2] * b[2];
   K.C12 = a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+/// Twice the area of the part's triangle (mm²).
+inline double twicePartArea(Int n1, Int n2, Int n3, Table<const double> KNZ) {
+  double P[3], Q[3];
+  for (int i = 0; i < 3; ++i) {
+    P[i] = KNZ(n2, i + 1) - KNZ(n1, i + 1);
+    Q[i] = KNZ(n3, i + 1) - KNZ(n1, i + 1);
+  }
+  const double nx = P[1] * Q[2] - P[2] * Q[1], ny = P[2] * Q[0] - P[0] * Q[2], nz = P[0] * Q[1] - P[1] * Q[0];
+  return std::sqrt(nx * nx + ny * ny + nz * nz);
 }
 
 }  // namespace tornwalzen
