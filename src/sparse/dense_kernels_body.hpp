@@ -12,7 +12,8 @@
 //   3. after the panel, the rest of the front: F := F - L·(D·Lᵀ), lower triangle, in register tiles.
 
 using Vec = double __attribute__((vector_size(VL * sizeof(double))));
-using VecAt = double __attribute__((vector_size(VL * sizeof(double)), aligned(8), may_alias));   // in memory
+// In memory. A typedef, because an alias declaration loses the alignment under clang.
+typedef double VecAt __attribute__((vector_size(VL * sizeof(double)), aligned(8), may_alias));
 
 constexpr Int64 blockWidth = 8;
 static_assert(panelWidth % blockWidth == 0 && NR <= largestTile && MV * VL <= largestTile);
@@ -206,7 +207,7 @@ Int64 factorFront(double* F, Int64 stride, Int64 c, Int64 w, double* packing) {
 inline const double* columnOf(const double* L, Int64 p, Int64 c) { return L + p * c - p * (p + 1) / 2 - p - 1; }
 
 using Pair = double __attribute__((vector_size(2 * sizeof(double))));
-using PairAt = double __attribute__((vector_size(2 * sizeof(double)), aligned(8), may_alias));
+typedef double PairAt __attribute__((vector_size(2 * sizeof(double)), aligned(8), may_alias));
 inline Pair loadPair(const double* p) { return *reinterpret_cast<const PairAt*>(p); }
 
 // The sum of a vector's pairs.
