@@ -7,18 +7,31 @@
 namespace host {
 
 struct SolveOptions {
-  std::string part;           // mesh file
-  int material = 1;           // 0, 1, 2 flow curves; 10 geometric
-  std::string hold = "auto";  // see hold.hpp
-  std::string out;            // folder of the results; empty: <part without extension>_blank
-  bool largest = false;       // take the largest piece of several
-  bool verbose = false;       // the library's messages on the screen too
+  std::string part;        // mesh file
+  int material = 1;        // 0, 1, 2 flow curves; 10 geometric
+  std::string hold;        // see hold.hpp
+  std::string out;         // folder of the results; empty: <part without extension>_blank
+  bool largest = false;    // take the largest piece of several
+  bool verbose = false;    // the library's messages on the screen too
+  bool eben = false;       // write the blank as eben.t51 too
+  bool ebenStart = false;  // write the starting blank as eben_start.t51 too
 };
+
+struct DeckOptions {
+  std::string part;      // mesh file; empty: ask for a deck
+  std::string out;       // deck to write; empty: none
+  std::string hold;      // see hold.hpp
+  bool largest = false;  // take the largest piece of several
+};
+
+enum class Command { solve, deck };
 
 struct Arguments {
   bool done = false;  // help, version or a wrong argument: already answered
   int status = 0;     // exit status if done
+  Command command = Command::solve;
   SolveOptions solve;
+  DeckOptions deck;
 };
 
 // Prints help and version on standard output, complaints on standard error.

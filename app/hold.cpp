@@ -130,6 +130,11 @@ void holdFromFile(const Part& part, const std::string& file, Hold& hold) {
   }
 }
 
+void holdFromDeck(const Part& part, Hold& hold) {
+  if (part.deckFlags.empty()) throw Failure("--hold deck: " + part.file + " is not a mesh deck");
+  hold.ARFA = part.deckFlags;
+}
+
 // The largest difference of the coordinate `across` over the nodes whose unknown along `axis` is held;
 // negative if none is held.
 double spreadOfHeld(const Part& part, const Hold& hold, Axis axis, Axis across) {
@@ -169,6 +174,8 @@ Hold holdUnknowns(const Part& part, const std::string& rule) {
   } else if (rule == "x0,y0" || rule == "y0,x0") {
     holdPlane(part, X, hold);
     holdPlane(part, Y, hold);
+  } else if (rule == "deck") {
+    holdFromDeck(part, hold);
   } else {
     holdFromFile(part, rule, hold);
   }
@@ -182,6 +189,11 @@ Hold holdUnknowns(const Part& part, const std::string& rule) {
         ++hold.held;
     }
   return hold;
+}
+
+std::string holdRule(const Part& part, const std::string& rule) {
+  if (!rule.empty()) return rule;
+  return part.deckFlags.empty() ? "auto" : "deck";
 }
 
 }  // namespace host

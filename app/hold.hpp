@@ -23,12 +23,16 @@ struct Hold {
 //   x0      u of all nodes on the plane x = 0 and v of the one of them nearest the centroid
 //   y0      v of all nodes on the plane y = 0 and u of the one of them nearest the centroid
 //   x0,y0   u of all nodes on x = 0 and v of all nodes on y = 0
+//   deck    what the mesh deck holds
 //   else    the name of a file with one equation number per line; blank lines and lines that begin with # are
 //           skipped
 // A node lies on a plane if it is within 1e-6 of the part's size. Of equal candidates the lowest number is
-// taken. Throws Failure: no node on a plane, the file's line that is no equation number, a motion that stays
-// free.
+// taken. Throws Failure: no node on a plane, not a deck, the file's line that is no equation number, a motion
+// that stays free.
 Hold holdUnknowns(const Part& part, const std::string& rule);
+
+// The rule that is meant: an empty one is `deck` for a mesh deck and `auto` for all other parts.
+std::string holdRule(const Part& part, const std::string& rule);
 
 }  // namespace host
 

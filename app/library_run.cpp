@@ -115,6 +115,10 @@ void Session::analyse(const Hold& hold, int material) {
   const Clock::time_point turn = developed ? output_.progress.developed() : end;
   output_.times.development = secondsBetween(begin, turn);
   output_.times.increments = secondsBetween(turn, end);
+  for (std::int64_t n = 0; n < NN_; ++n) {
+    output_.startingBlank.push_back(KNA[n]);
+    output_.startingBlank.push_back(KNA[NN_ + n]);
+  }
 }
 
 void Session::collect() {

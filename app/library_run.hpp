@@ -24,6 +24,7 @@ struct PhaseTimes {
 struct RunOutput {
   std::vector<std::int32_t> corners;  // three node numbers per element, counter-clockwise in the blank
   std::vector<double> RX;             // mm: u, v of node 1, of node 2, ...
+  std::vector<double> startingBlank;  // mm: u, v per node as RX, of the developed part
   std::vector<double> EVAL;  // five values per element as in tornwalzen.h; NaN if no increment converged
   std::int32_t ISTAT = 0;
   std::int64_t matrixEntries = 0;  // stored entries of the global matrix

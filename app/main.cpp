@@ -6,6 +6,7 @@
 #include <new>
 
 #include "arguments.hpp"
+#include "deck.hpp"
 #include "failure.hpp"
 #include "process.hpp"
 #include "solve.hpp"
@@ -20,7 +21,8 @@ int complain(const char* sentence, int status) {
 
 int runCommand(const host::Arguments& arguments) {
   try {
-    return host::solve(arguments.solve);
+    return arguments.command == host::Command::deck ? host::deck(arguments.deck)
+                                                    : host::solve(arguments.solve);
   } catch (const host::Failure& failure) {
     return complain(failure.what(), failure.status());
   } catch (const std::bad_alloc&) {

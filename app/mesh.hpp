@@ -14,6 +14,7 @@ struct Mesh {
   std::string file;                   // name for messages
   std::vector<double> points;         // mm: x, y, z of node 1, of node 2, ...
   std::vector<std::int64_t> corners;  // the three node numbers of element 1, of element 2, ...; unchecked
+  std::vector<std::int32_t> flags;    // of a mesh deck: per unknown 1 free, 0 held; else empty
 
   std::size_t nodes() const { return points.size() / 3; }
   std::size_t elements() const { return corners.size() / 3; }

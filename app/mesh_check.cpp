@@ -229,6 +229,7 @@ Part checkMesh(const Mesh& mesh, bool largest) {
   Part part;
   part.file = mesh.file;
   part.points = mesh.points;
+  part.deckFlags = mesh.flags;
   takePiece(mesh, largest, part);
   checkAreas(part);
   const std::vector<Side> sides = sortedSides(part.corners);

@@ -18,6 +18,7 @@ struct Part {
   std::vector<double> points;         // mm: x, y, z of node 1, of node 2, ...
   std::vector<std::int32_t> corners;  // the three node numbers of element 1, of element 2, ...; 1..nodes()
   std::vector<std::int32_t> fileElement;  // number in the file of each element, from 1
+  std::vector<std::int32_t> deckFlags;    // of a mesh deck: per unknown 1 free, 0 held; else empty
   std::vector<bool> inTriangle;           // per node: belongs to a triangle of the part
   std::int64_t filePieces = 0;            // pieces in the file
   std::int64_t fileElements = 0;          // triangles in the file

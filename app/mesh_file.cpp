@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "deck_reader.hpp"
 #include "failure.hpp"
 #include "input_file.hpp"
 #include "obj_reader.hpp"
@@ -42,10 +43,11 @@ Mesh readMeshFile(const std::string& path) {
   if (content.empty()) throw Failure(path + ": the file is empty");
   // Some writers begin the title of a binary file with "solid": the exact length decides first.
   if (looksLikeStlBinary(content)) return readStlBinary(content, path);
+  if (looksLikeDeck(content)) return readDeck(content, path);
   if (looksLikeStlText(content)) return readStlText(content, path);
   if (looksLikeObj(content)) return readObj(content, path);
   if (isNamedStl(path)) return readStlBinary(content, path);  // says what is wrong with the length
-  throw Failure(path + ": neither a Wavefront OBJ nor an STL file");
+  throw Failure(path + ": neither a Wavefront OBJ nor an STL file nor a mesh deck");
 }
 
 }  // namespace host

@@ -8,8 +8,8 @@
 
 namespace host {
 
-// The mesh in the file `path`: Wavefront OBJ, STL text or STL binary. Throws Failure: not readable, none of
-// these formats, or what its reader refuses.
+// The mesh in the file `path`: Wavefront OBJ, STL text, STL binary or a mesh deck. Throws Failure: not
+// readable, none of these formats, or what its reader refuses.
 Mesh readMeshFile(const std::string& path);
 
 }  // namespace host

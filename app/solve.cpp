@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "deck_writer.hpp"
 #include "failure.hpp"
 #include "hold.hpp"
 #include "library_run.hpp"
@@ -60,12 +61,17 @@ RunOutput runWithMessages(const Part& part, const Hold& hold, const SolveOptions
   return run;
 }
 
-void writeResults(const RunReport& report) {
+void writeResults(const RunReport& report, const SolveOptions& options) {
   ResultFiles files(report.folder);
   files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
   files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part); });
   files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank); });
   files.add("summary.json", [&](FileWriter& file) { file.write(summaryJson(report)); });
+  if (options.eben)
+    files.add("eben.t51", [&](FileWriter& file) { writeFlatBlank(file, report.run.corners, report.run.RX); });
+  if (options.ebenStart)
+    files.add("eben_start.t51",
+              [&](FileWriter& file) { writeFlatBlank(file, report.run.corners, report.run.startingBlank); });
   files.putIntoPlace();
 }
 
@@ -74,7 +80,9 @@ void writeResults(const RunReport& report) {
 int solve(const SolveOptions& options) {
   const Part part = checkMesh(readMeshFile(options.part), options.largest);
   tellAboutMesh(part);
-  const Hold hold = holdUnknowns(part, options.hold);
+  if (options.eben || options.ebenStart) checkFlatBlankFits(part);
+  const std::string rule = holdRule(part, options.hold);
+  const Hold hold = holdUnknowns(part, rule);
 
   const std::string folder = outputFolder(options);
   makeFolder(folder);
@@ -86,9 +94,8 @@ int solve(const SolveOptions& options) {
                   exitRunFailed);
 
   const Results results = computeResults(part, run);
-  const RunReport report{part,         hold,  run, log.counts(), results, verdict, options.material,
-                         options.hold, folder};
-  writeResults(report);
+  const RunReport report{part, hold, run, log.counts(), results, verdict, options.material, rule, folder};
+  writeResults(report, options);
   std::fputs(summaryTable(report).c_str(), stdout);
   if (!log.problem().empty()) throw Failure(log.problem());
   return verdict.status;

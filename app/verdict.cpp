@@ -7,7 +7,10 @@ namespace host {
 
 namespace {
 
-constexpr int geometricMaterial = 10;
+// What the library asks of the largest gradient at the end, by material (see tornwalzen.h).
+double gradientTolerance(int material) {
+  return material == 10 ? 0.01 : 0.1;
+}
 
 // Whether all nodes in triangles have one z.
 bool isFlat(const Part& part) {
@@ -35,22 +38,33 @@ Verdict judge(const Part& part, int material, const RunOutput& run, const RunCou
         false,
         "the part could not be developed onto the plane: inverted triangles remained in the starting blank",
         exitUnconverged};
-  if (material == geometricMaterial && isFlat(part))
+  if (isFlat(part))
     return {false,
-            "the part is flat and is its own blank: under material 10 the gradient is then exactly zero, the "
-            "line "
-            "search finds no descent, and by the rules of the method no increment counts as converged; use "
-            "material 0, 1 or 2, or take the part as the blank",
+            "the part is flat and is its own blank: nothing but rounding is left of the gradient (exactly "
+            "zero under "
+            "material 10), so the line search finds no better blank, and by the rules of the method such an "
+            "increment "
+            "does not count as converged",
             exitUnconverged};
   if (counts.stepTooSmall)
     return {false,
             "increments failed until their step became too small, at " + reachedPercent(run) + " of the part",
             exitUnconverged};
-  if (run.progress.reachedWholePart())
-    return {false,
-            "the last increment did not reach its gradient tolerance; its last gradient was " +
-                decimal(counts.lastGradient),
-            exitUnconverged};
+  if (run.progress.reachedWholePart()) {
+    const std::string gradient = decimal(counts.lastGradient),
+                      tolerance = decimal(gradientTolerance(material));
+    if (counts.lastGradient <= gradientTolerance(material))
+      return {false,
+              "the line search found no better blank in the last increment, which then does not count as "
+              "converged, "
+              "although its gradient of " +
+                  gradient + " is within the tolerance of " + tolerance,
+              exitUnconverged};
+    return {
+        false,
+        "the gradient of the last increment stayed at " + gradient + ", above its tolerance of " + tolerance,
+        exitUnconverged};
+  }
   return {false, "the run ended at " + reachedPercent(run) + " of the part", exitUnconverged};
 }
 

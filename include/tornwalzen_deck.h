@@ -7,14 +7,17 @@
  *
  *   TornwalzenDeckError error;
  *   TornwalzenDeckSizes sizes;
- *   if (tornwalzenDeckCounts(path, &sizes, &error)) fail(&error);            // reads the whole deck, keeps
- * nothing sizes.maxkno = sizes.nkno; sizes.maxele = sizes.nele; sizes.maxsys = sizes.neq; double  *kng  =
- * calloc(3 * (size_t)sizes.nkno, sizeof *kng);             // columns: all x, all y, all z int32_t *inta =
- * calloc(3 * (size_t)sizes.nele, sizeof *inta); int32_t *arfa = calloc((size_t)sizes.neq, sizeof *arfa); if
- * (tornwalzenDeckRead(path, &sizes, inta, arfa, kng, &error)) fail(&error);
+ *   if (tornwalzenDeckCounts(path, &sizes, &error)) fail(&error);   // reads the whole deck, keeps nothing
+ *   sizes.maxkno = sizes.nkno;
+ *   sizes.maxele = sizes.nele;
+ *   sizes.maxsys = sizes.neq;
+ *   double* kng = calloc(3 * (size_t)sizes.nkno, sizeof *kng);      // columns: all x, all y, all z
+ *   int32_t* inta = calloc(3 * (size_t)sizes.nele, sizeof *inta);
+ *   int32_t* arfa = calloc((size_t)sizes.neq, sizeof *arfa);
+ *   if (tornwalzenDeckRead(path, &sizes, inta, arfa, kng, &error)) fail(&error);
  *
- * None of the functions named tornwalzen... ends the process or prints. readInputDeck and writeFlatBlankFile
- * do: they are the console forms of the same.
+ * None of the functions named tornwalzen... ends the process or, but for tornwalzenDeckAskName, prints.
+ * readInputDeck and writeFlatBlankFile do both: they are the console forms of the same.
  *
  * Arrays are column-major, their contents count from 1. Unknown 2n-1 is x of node n, 2n its y.
  */
@@ -70,17 +73,22 @@ typedef struct TornwalzenDeckError {
 void tornwalzenDeckErrorText(const TornwalzenDeckError* error, char* out, size_t size);
 
 /* 1 if the file's beginning is that of a mesh deck, else 0 (also if it cannot be read): its first record
-   starts with the word GEOMETRIE, or its fourth record holds a count. */
+   starts with the word GEOMETRIE, or its fourth record holds a count. The second form looks at `length`
+   characters in memory. */
 int32_t tornwalzenDeckRecognise(const char* path);
+int32_t tornwalzenDeckRecogniseText(const char* text, size_t length);
 
 /* Reads the whole deck and keeps only nkno, nele and neq. Capacities are not looked at, no memory is taken
-   but for the file's own bytes. Returns 0, or an error's kind with `error` filled. */
+   but for the file's own bytes. Returns 0, or an error's kind with `error` filled. The second form reads
+   `length` characters in memory; `path` is their name in the error. */
 int32_t tornwalzenDeckCounts(const char* path, TornwalzenDeckSizes* sizes, TornwalzenDeckError* error);
+int32_t tornwalzenDeckCountsText(const char* path, const char* text, size_t length,
+                                 TornwalzenDeckSizes* sizes, TornwalzenDeckError* error);
 
 /*
  * Reads a deck into the host's arrays.
  *
- *  path   in                          name of an existing plain file
+ *  path   in                          name of an existing plain file; second form: the name in the error
  *  sizes  inout                       in: the three capacities; out: the three counts
  *  INTA   out, int32[maxele,3]        node numbers of each triangle; not compared with nkno
  *  ARFA   out, int32[maxsys]          1 free, 0 held, for the first neq unknowns
@@ -92,6 +100,8 @@ int32_t tornwalzenDeckCounts(const char* path, TornwalzenDeckSizes* sizes, Tornw
  */
 int32_t tornwalzenDeckRead(const char* path, TornwalzenDeckSizes* sizes, int32_t* INTA, int32_t* ARFA,
                            double* KNG, TornwalzenDeckError* error);
+int32_t tornwalzenDeckReadText(const char* path, const char* text, size_t length, TornwalzenDeckSizes* sizes,
+                               int32_t* INTA, int32_t* ARFA, double* KNG, TornwalzenDeckError* error);
 
 /*
  * Writes a deck with the section of held unknowns; a file of that name is replaced once the new one is
@@ -113,19 +123,24 @@ enum { TORNWALZEN_FLAT_BLANK_LIMIT = 99999 };
 /* 1 if a mesh of these counts fits the flat-blank file's fields, else 0: for hosts to ask before a run. */
 int32_t tornwalzenFlatBlankFits(int32_t nkno, int32_t nele);
 
+/* Takes one record of a file, `length` characters without a line end. */
+typedef void (*TornwalzenTakeRecord)(void* taker, const char* record, size_t length);
+
 /*
  * Writes the blank in the layout of "eben.t51" under any name; a file of that name is replaced once the new
- * one is complete.
+ * one is complete (it grows as NAME.part beside it, as a deck does).
  *
  *  nkno, nele  in, 0..99999           counts
  *  INTA        in, int32[nele,3]      node numbers, 1..nkno
  *  RX          in, double[2*nkno]     x, y of node 1, of node 2, ... (mm); six digits are kept
  *
  * Refuses what does not fit with TORNWALZEN_DECK_TOO_WIDE before it opens the file. Returns 0 or the error's
- * kind.
+ * kind. The second form hands the records to the host, which writes them itself.
  */
 int32_t tornwalzenFlatBlankWrite(const char* path, int32_t nkno, int32_t nele, const int32_t* INTA,
                                  const double* RX, TornwalzenDeckError* error);
+int32_t tornwalzenFlatBlankRecords(int32_t nkno, int32_t nele, const int32_t* INTA, const double* RX,
+                                   TornwalzenTakeRecord take, void* taker, TornwalzenDeckError* error);
 
 /* The longest deck name that the console takes. */
 enum { TORNWALZEN_DECK_NAME_LENGTH = 20 };

@@ -44,14 +44,14 @@ std::vector<Dimension> straightHatDimensions() {
 const std::vector<Entry>& entries() {
   static const std::vector<Entry> all{
       {{"square_cup",
-        "square cup drawn 40 mm deep from a blank of 150 x 150 mm, with its drawn-in flange",
+        "square cup 40 mm deep with the drawn-in flange of a blank of about 150 x 150 mm",
         {{"half_width", 35.4, "half width at the punch (mm)"},
          {"corner_radius", 10.4, "radius of the vertical corners at the punch, in plan (mm)"},
          {"punch_radius", 8.4, "radius between bottom and wall (mm)"},
          {"die_radius", 5.4, "radius between wall and flange (mm)"},
          {"depth", 40.0, "depth (mm)"},
          {"draft", 2.6, "angle of the wall to the drawing direction (degrees)"},
-         {"edge_on_axis", 46.5, "distance of the sheet's edge from the middle, on the axes (mm)"},
+         {"edge_on_axis", 53.2, "distance of the sheet's edge from the middle, on the axes (mm)"},
          {"edge_on_diagonal", 64.4, "x = y of the sheet's corner on the diagonal (mm)"}},
         true,
         false},

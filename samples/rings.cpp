@@ -35,9 +35,9 @@ Point2 roundedSquare(const Columns& c, double d, double t) {
   return {c.side + (d - c.side) * n.x, c.side + (d - c.side) * n.y};
 }
 
-/// The edge of a sheet that was a square blank: drawn in by more on the axes than on the diagonal, the sides
-/// bowed as parabolas. Near the axes the columns keep the spacing of the straight side; they spread to the
-/// corner.
+/// The edge of a sheet that was a square blank: drawn in more on the axes than on the diagonal. It is bowed
+/// over three quarters of the way from the axis and straight from there to the corner. Near the axes the
+/// columns keep the spacing of the straight side; they spread to the corner.
 Point2 drawnEdge(const Columns& c, double onAxis, double onDiagonal, double t) {
   if (2.0 * t > c.count()) {
     const Point2 p = drawnEdge(c, onAxis, onDiagonal, c.count() - t);
@@ -46,7 +46,7 @@ Point2 drawnEdge(const Columns& c, double onAxis, double onDiagonal, double t) {
   const double w = 2.0 * t / c.count();
   const double slope = std::min(1.0, 0.5 * c.side * c.count() / (std::max(1, c.straight) * onDiagonal));
   const double y = slope * w + (1.0 - slope) * w * w;
-  const double bow = unitVector(90.0 * y).y;
+  const double bow = unitVector(90.0 * std::min(1.0, y / 0.75)).y;
   return {onAxis + (onDiagonal - onAxis) * bow * bow, onDiagonal * y};
 }
 

@@ -44,29 +44,57 @@ int32_t tooWide(TornwalzenDeckError& error, const char* what, int64_t value, int
   return error.kind;
 }
 
+// Counts and node numbers that would run together in the fixed fields, or name no node.
+int32_t checkFields(int32_t nkno, int32_t nele, const int32_t* INTA, TornwalzenDeckError& error) {
+  constexpr Int64 limit = TORNWALZEN_FLAT_BLANK_LIMIT;
+  if (nkno > limit) return tooWide(error, "a number of nodes", nkno, limit);
+  if (nele > limit) return tooWide(error, "a number of triangles", nele, limit);
+  for (Int64 i = 0; i < 3 * Int64{nele}; ++i)
+    if (INTA[i] < 1 || INTA[i] > nkno) return tooWide(error, "node numbers from 1", INTA[i], nkno);
+  return TORNWALZEN_DECK_OK;
+}
+
 }  // namespace
 
 extern "C" {
+
+int32_t tornwalzenDeckRecogniseText(const char* text, size_t length) {
+  return looksLikeDeck(text, length) ? 1 : 0;
+}
 
 int32_t tornwalzenDeckRecognise(const char* path) {
   TornwalzenDeckError error;
   clearError(error, path);
   FileText file;
   if (loadFile(path, recognitionLength, file, error) != TORNWALZEN_DECK_OK) return 0;
-  return looksLikeDeck(file.text.get(), file.length) ? 1 : 0;
+  return tornwalzenDeckRecogniseText(file.text.get(), file.length);
+}
+
+int32_t tornwalzenDeckCountsText(const char* path, const char* text, size_t length,
+                                 TornwalzenDeckSizes* sizes, TornwalzenDeckError* error) {
+  clearError(*error, path);
+  constexpr Int unlimited = std::numeric_limits<Int>::max();
+  TornwalzenDeckSizes read{unlimited, unlimited, unlimited, 0, 0, 0};
+  const int32_t kind = readMeshDeck(text, length, {}, read, *error);
+  sizes->nkno = read.nkno;
+  sizes->nele = read.nele;
+  sizes->neq = read.neq;
+  return kind;
 }
 
 int32_t tornwalzenDeckCounts(const char* path, TornwalzenDeckSizes* sizes, TornwalzenDeckError* error) {
   clearError(*error, path);
   FileText file;
   if (loadFile(path, SIZE_MAX - 1, file, *error) != TORNWALZEN_DECK_OK) return error->kind;
-  constexpr Int unlimited = std::numeric_limits<Int>::max();
-  TornwalzenDeckSizes read{unlimited, unlimited, unlimited, 0, 0, 0};
-  const int32_t kind = readMeshDeck(file.text.get(), file.length, {}, read, *error);
-  sizes->nkno = read.nkno;
-  sizes->nele = read.nele;
-  sizes->neq = read.neq;
-  return kind;
+  return tornwalzenDeckCountsText(path, file.text.get(), file.length, sizes, error);
+}
+
+int32_t tornwalzenDeckReadText(const char* path, const char* text, size_t length, TornwalzenDeckSizes* sizes,
+                               int32_t* INTA, int32_t* ARFA, double* KNG, TornwalzenDeckError* error) {
+  clearError(*error, path);
+  const DeckArrays arrays{
+      {"INTA", INTA, sizes->maxele, 3}, {"ARFA", ARFA, sizes->maxsys}, {"KNG", KNG, sizes->maxkno, 3}};
+  return readMeshDeck(text, length, arrays, *sizes, *error);
 }
 
 int32_t tornwalzenDeckRead(const char* path, TornwalzenDeckSizes* sizes, int32_t* INTA, int32_t* ARFA,
@@ -74,9 +102,7 @@ int32_t tornwalzenDeckRead(const char* path, TornwalzenDeckSizes* sizes, int32_t
   clearError(*error, path);
   FileText file;
   if (loadFile(path, SIZE_MAX - 1, file, *error) != TORNWALZEN_DECK_OK) return error->kind;
-  const DeckArrays arrays{
-      {"INTA", INTA, sizes->maxele, 3}, {"ARFA", ARFA, sizes->maxsys}, {"KNG", KNG, sizes->maxkno, 3}};
-  return readMeshDeck(file.text.get(), file.length, arrays, *sizes, *error);
+  return tornwalzenDeckReadText(path, file.text.get(), file.length, sizes, INTA, ARFA, KNG, error);
 }
 
 int32_t tornwalzenDeckWrite(const char* path, int32_t nkno, int32_t nele, const int32_t* INTA,
@@ -92,15 +118,18 @@ int32_t tornwalzenFlatBlankFits(int32_t nkno, int32_t nele) {
   return nkno <= TORNWALZEN_FLAT_BLANK_LIMIT && nele <= TORNWALZEN_FLAT_BLANK_LIMIT;
 }
 
+int32_t tornwalzenFlatBlankRecords(int32_t nkno, int32_t nele, const int32_t* INTA, const double* RX,
+                                   TornwalzenTakeRecord take, void* taker, TornwalzenDeckError* error) {
+  clearError(*error, "eben.t51");
+  if (checkFields(nkno, nele, INTA, *error) != TORNWALZEN_DECK_OK) return error->kind;
+  flatBlankRecords(nkno, nele, {"INTA", INTA, nele, 3}, {"RX", RX, 2 * Int64{nkno}}, take, taker);
+  return TORNWALZEN_DECK_OK;
+}
+
 int32_t tornwalzenFlatBlankWrite(const char* path, int32_t nkno, int32_t nele, const int32_t* INTA,
                                  const double* RX, TornwalzenDeckError* error) {
   clearError(*error, path);
-  if (nkno > TORNWALZEN_FLAT_BLANK_LIMIT)
-    return tooWide(*error, "a number of nodes", nkno, TORNWALZEN_FLAT_BLANK_LIMIT);
-  if (nele > TORNWALZEN_FLAT_BLANK_LIMIT)
-    return tooWide(*error, "a number of triangles", nele, TORNWALZEN_FLAT_BLANK_LIMIT);
-  for (Int64 i = 0; i < 3 * Int64{nele}; ++i)
-    if (INTA[i] < 1 || INTA[i] > nkno) return tooWide(*error, "node numbers from 1", INTA[i], nkno);
+  if (checkFields(nkno, nele, INTA, *error) != TORNWALZEN_DECK_OK) return error->kind;
   return writeFile(path, *error, [&](RecordFile* file) {
     flatBlankRecords(nkno, nele, {"INTA", INTA, nele, 3}, {"RX", RX, 2 * Int64{nkno}}, putRecord, file);
   });

@@ -1,5 +1,6 @@
 // OSINIT: structure set-up in three modes. Mode 1 takes the mesh and builds the pattern of the global matrix,
 // mode 2 orders its equations, mode 3 lays out the factor; each reports the work lengths that the next step needs.
+#include "interface/host_pointers.hpp"
 #include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 #include "interface/subscript_check.hpp"
@@ -30,6 +31,12 @@ void takeMesh(const double* knots, const int32_t* inzi, Table<Int> INTA, Table<d
     for (Int64 c = 1; c <= 3; ++c) INTA(e, c) = INZI(3 * (e - 1) + c);
 }
 
+// A mesh that is refused must leave nothing of the last one that a later call could run on.
+void forgetMesh() {
+  run.solver = SolverProtocol{};
+  run.niwor = run.nrk = run.niwreq = run.nrkreq = 0;
+}
+
 }  // namespace
 
 }  // namespace tornwalzen
@@ -45,14 +52,24 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
   *ISTAT = 0;
   run.lunout = 6;
   run.ierrso = 0;
-  if (MODE == nullptr) return;
+  if (!argumentsGiven({{"MODE", MODE}})) {
+    *ISTAT = -1;
+    return;
+  }
 
   if (*MODE == 1) {
     record = RunRecord{};
     setUpTimes = SetUpTimes{};
     const ProcessorTime time(setUpTimes.structure);
-    run.solver = SolverProtocol{};   // a mesh that is refused must not leave the last one's solver usable
-    if (!meshCountsUsable(*NKNO, *NELE, *NEQ, *MNSYSM)) {
+    forgetMesh();
+    if (!argumentsGiven({{"NKNO", NKNO}, {"NELE", NELE}, {"NEQ", NEQ}, {"MNSYSM", MNSYSM}, {"NIWOR", NIWOR}}) ||
+        !meshCountsUsable(*NKNO, *NELE, *NEQ, *MNSYSM) ||
+        !argumentsGiven({{"KNOTS", KNOTS, *NKNO},
+                         {"INZI", INZI, *NELE},
+                         {"INTA", INTA, *NELE},
+                         {"COLS", COLS},
+                         {"ROWI", ROWI, *MNSYSM},
+                         {"KNG", KNG, *NKNO}})) {
       *ISTAT = -1;
       return;
     }
@@ -81,6 +98,15 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
   }
   if (*MODE != 2 && *MODE != 3) return;
 
+  if (!argumentsGiven({{"NIWOR", NIWOR},
+                       {"NRK", NRK},
+                       {"COLS", COLS},
+                       {"ROWI", ROWI, run.mnsysm},
+                       {"WORK", WORK, run.niwor},
+                       {"RWORK", RWORK, *MODE == 3 ? run.nrk : 0}})) {
+    *ISTAT = -1;
+    return;
+  }
   const ProcessorTime time(*MODE == 2 ? setUpTimes.ordering : setUpTimes.symbolic);
   solverStep(*MODE == 2 ? ordering : symbolic, {"COLS", COLS, Int64{run.maxsys} + 1}, {"ROWI", ROWI, run.mnsysm},
              {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk});

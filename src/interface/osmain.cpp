@@ -1,5 +1,6 @@
 // OSMAIN: the inverse analysis. Loads the material, checks the host's index arrays, runs the driver.
 #include "driver/inverse_driver.hpp"
+#include "interface/host_pointers.hpp"
 #include "interface/material_setup.hpp"
 #include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
@@ -16,10 +17,32 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
   *ISTAT = 0;
   const AnalysisRun analysis;
   const ProcessorTime time(record.total);
+  if (!argumentsGiven({{"ICTRL", ICTRL}})) {
+    *ISTAT = -1;
+    return;
+  }
   materialSetup(*ICTRL, flowCurve());
   run.istat = (*ICTRL == 0 || *ICTRL == 1 || *ICTRL == 2) ? 1 : 0;
 
   const Int64 nodes = run.maxkno, elements = run.maxele, equations = run.neq, entries = run.mnsysm;
+  const bool given = argumentsGiven({{"INTA", INTA, elements},
+                                     {"ARFA", ARFA, equations},
+                                     {"COLS", COLS, equations},
+                                     {"ROWI", ROWI, entries},
+                                     {"WORK", WORK, run.niwor},
+                                     {"RWORK", RWORK, run.nrk},
+                                     {"RR", RR, equations},
+                                     {"RB", RB, equations},
+                                     {"RX", RX, equations},
+                                     {"TEMP", TEMP, equations},
+                                     {"KNG", KNG, nodes},
+                                     {"KNZ", KNZ, nodes},
+                                     {"KNA", KNA, nodes},
+                                     {"ELG", ELG, elements},
+                                     {"SYSM", SYSM, entries},
+                                     {"RXA", RXA, equations},
+                                     {"WRHS", WRHS, equations},
+                                     {"EVAL", EVAL, elements}});
   const DriverArrays arrays{{"INTA", INTA, elements, 3},
                             {"ARFA", ARFA, equations},
                             {"COLS", COLS, equations + 1},
@@ -37,7 +60,7 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
                             {"SYSM", SYSM, entries},
                             {"RXA", RXA, equations},
                             {"WRHS", WRHS, equations}};
-  const bool usable = incidencesInside(arrays.INTA, run.nkno) &&
+  const bool usable = given && incidencesInside(arrays.INTA, run.nkno) &&
                       (run.neq == 0 || patternInside(arrays.COLS, arrays.ROWI, run.neq));
   if (usable) inverseDriver(arrays, {"EVAL", EVAL, 5 * elements});
   if (usable && failed(run.ierrso)) record.end = RunEnd::solverFailed;

@@ -45,13 +45,14 @@ void PlivaneSetProgressHdlr(TornwalzenProgressHandler handler, void* userdata) {
 }
 
 void inipgr(const double* end) {
+  if (end == nullptr) return;
   progress.pEnd = *end;
   progress.pStart = 0.0;
   progress.firstCall = true;
 }
 
 void progre(const double* x) {
-  if (progress.handler == nullptr) return;
+  if (progress.handler == nullptr || x == nullptr) return;
   if (progress.firstCall) {
     progress.pStart = *x;
     progress.pRange = progress.pEnd - *x;
@@ -63,7 +64,7 @@ void progre(const double* x) {
 }
 
 void proinf(const char* text, int32_t) {
-  if (progress.handler == nullptr) return;
+  if (progress.handler == nullptr || text == nullptr) return;
   std::size_t length = 0;
   while (length + 1 < sizeof progress.information && text[length] != '\0') ++length;
   std::memcpy(progress.information, text, length);

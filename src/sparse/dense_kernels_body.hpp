@@ -15,7 +15,6 @@ using Vec = double __attribute__((vector_size(VL * sizeof(double))));
 using VecAt = double __attribute__((vector_size(VL * sizeof(double)), aligned(8), may_alias));   // in memory
 
 constexpr Int64 blockWidth = 8;
-constexpr Int64 rowsOfBlock = 480;   // rows of L that stay in the second-level cache during an update
 static_assert(panelWidth % blockWidth == 0 && NR <= largestTile && MV * VL <= largestTile);
 static_assert(rowsOfBlock % (MV * VL) == 0 && frontAlignment % VL == 0 && blockWidth % NR == 0);
 
@@ -203,81 +202,119 @@ Int64 factorFront(double* F, Int64 stride, Int64 c, Int64 w, double* packing) {
   return 0;
 }
 
-// y += Σ L(:,p)·x(p) over four columns at once: y is read and written once for the four.
-inline void addFourColumns(const double* const (&column)[4], const double (&x)[4], double* y, Int64 first, Int64 end) {
-  Int64 i = first;
-  for (; i + VL <= end; i += VL)
-    store(y + i, load(y + i) + ((load(column[0] + i) * x[0] + load(column[1] + i) * x[1]) +
-                                (load(column[2] + i) * x[2] + load(column[3] + i) * x[3])));
-  for (; i < end; ++i)
-    y[i] += (column[0][i] * x[0] + column[1][i] * x[1]) + (column[2][i] * x[2] + column[3][i] * x[3]);
-}
+// Column p of a supernode's block of L, so that [i] is its entry in row i, i > p.
+inline const double* columnOf(const double* L, Int64 p, Int64 c) { return L + p * c - p * (p + 1) / 2 - p - 1; }
 
-inline double sumOf(Vec v) {
-  double sum = 0.0;
-  for (int i = 0; i < VL; ++i) sum += v[i];
+using Pair = double __attribute__((vector_size(2 * sizeof(double))));
+using PairAt = double __attribute__((vector_size(2 * sizeof(double)), aligned(8), may_alias));
+inline Pair loadPair(const double* p) { return *reinterpret_cast<const PairAt*>(p); }
+
+// The sum of a vector's pairs.
+inline Pair inPairs(Vec v) {
+  Pair parts[VL / 2];
+  __builtin_memcpy(parts, &v, sizeof v);
+  Pair sum = parts[0];
+  for (int l = 1; l < VL / 2; ++l) sum += parts[l];
   return sum;
 }
 
-// Column p of the block starts below its diagonal: rowOf(p)[i] is its entry in row i, i > p.
-inline const double* rowOf(const double* L, Int64 p, Int64 c) { return L + p * c - p * (p + 1) / 2 - p - 1; }
+// y += Σ L(:,k)·x(k) over the rows first .. end-1 of N columns at once: y is read and written once for all. The rows
+// that do not fill a vector go in pairs.
+template <int N>
+inline void addColumns(const double* const (&column)[N], const double (&x)[N], double* y, Int64 first, Int64 end) {
+  Int64 i = first;
+  for (; i + VL <= end; i += VL) {
+    Vec sum = load(column[0] + i) * x[0];
+    for (int k = 1; k < N; ++k) sum += load(column[k] + i) * x[k];
+    store(y + i, load(y + i) + sum);
+  }
+  for (; i + 2 <= end; i += 2) {
+    Pair sum = loadPair(column[0] + i) * x[0];
+    for (int k = 1; k < N; ++k) sum += loadPair(column[k] + i) * x[k];
+    *reinterpret_cast<PairAt*>(y + i) += sum;
+  }
+  if (i < end) {
+    double sum = column[0][i] * x[0];
+    for (int k = 1; k < N; ++k) sum += column[k][i] * x[k];
+    y[i] += sum;
+  }
+}
+
+// sum(k) += Σ L(i,k)·y(i) over the rows first .. end-1 of N columns at once.
+template <int N>
+inline void dotColumns(const double* const (&column)[N], const double* y, Int64 first, Int64 end, double (&sum)[N]) {
+  Pair pairs[N] = {};
+  Int64 i = first;
+  if (i + VL <= end) {
+    Vec sums[N] = {};
+    for (; i + VL <= end; i += VL) {
+      const Vec v = load(y + i);
+      for (int k = 0; k < N; ++k) sums[k] += load(column[k] + i) * v;
+    }
+    for (int k = 0; k < N; ++k) pairs[k] = inPairs(sums[k]);
+  }
+  for (; i + 2 <= end; i += 2) {
+    const Pair v = loadPair(y + i);
+    for (int k = 0; k < N; ++k) pairs[k] += loadPair(column[k] + i) * v;
+  }
+  for (int k = 0; k < N; ++k) sum[k] += pairs[k][0] + pairs[k][1];
+  if (i < end)
+    for (int k = 0; k < N; ++k) sum[k] += column[k][i] * y[i];
+}
+
+// The columns p .. p+N-1 of the forward substitution.
+template <int N>
+inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* x, double* below) {
+  const double *column[N], *rest[N];
+  double value[N], minus[N];
+  for (int k = 0; k < N; ++k) {
+    column[k] = columnOf(L, p + k, c);
+    rest[k] = column[k] + w;
+    value[k] = x[p + k];
+    for (int j = 0; j < k; ++j) value[k] -= column[j][p + k] * value[j];
+    x[p + k] = value[k];
+    minus[k] = -value[k];
+  }
+  addColumns<N>(column, minus, x, p + N, w);
+  addColumns<N>(rest, value, below, 0, c - w);
+}
+
+// The columns p .. p+N-1 of the backward substitution.
+template <int N>
+inline void backwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* x, const double* below) {
+  const double *column[N], *rest[N];
+  double sum[N] = {};
+  for (int k = 0; k < N; ++k) {
+    column[k] = columnOf(L, p + k, c);
+    rest[k] = column[k] + w;
+  }
+  dotColumns<N>(column, x, p + N, w, sum);
+  dotColumns<N>(rest, below, 0, c - w, sum);
+  for (int k = N - 1; k >= 0; --k) {
+    double value = x[p + k] - sum[k];
+    for (int j = k + 1; j < N; ++j) value -= column[k][p + j] * x[p + j];
+    x[p + k] = value;
+  }
+}
 
 void forward(const double* L, Int64 w, Int64 c, double* x, double* below) {
   Int64 p = 0;
-  for (; p + 4 <= w; p += 4) {
-    const double* const column[4] = {rowOf(L, p, c), rowOf(L, p + 1, c), rowOf(L, p + 2, c), rowOf(L, p + 3, c)};
-    for (int k = 0; k < 4; ++k)
-      for (Int64 i = p + k + 1; i < p + 4; ++i) x[i] -= column[k][i] * x[p + k];
-    const double minus[4] = {-x[p], -x[p + 1], -x[p + 2], -x[p + 3]};
-    addFourColumns(column, minus, x, p + 4, w);
-    const double* const rest[4] = {column[0] + w, column[1] + w, column[2] + w, column[3] + w};
-    addFourColumns(rest, {x[p], x[p + 1], x[p + 2], x[p + 3]}, below, 0, c - w);
+  for (; p + 4 <= w; p += 4) forwardColumns<4>(L, p, w, c, x, below);
+  switch (w - p) {
+    case 1: return forwardColumns<1>(L, p, w, c, x, below);
+    case 2: return forwardColumns<2>(L, p, w, c, x, below);
+    case 3: return forwardColumns<3>(L, p, w, c, x, below);
+    default: return;
   }
-  for (; p < w; ++p) {
-    const double* const column = rowOf(L, p, c);
-    for (Int64 i = p + 1; i < w; ++i) x[i] -= column[i] * x[p];
-    for (Int64 i = w; i < c; ++i) below[i - w] += column[i] * x[p];
-  }
-}
-
-// Σ L(i,p)·y(i) over the rows first .. end-1 of four columns at once.
-inline void dotFourColumns(const double* const (&column)[4], const double* y, Int64 first, Int64 end,
-                           double (&sum)[4]) {
-  Vec s0 = {}, s1 = {}, s2 = {}, s3 = {};
-  Int64 i = first;
-  for (; i + VL <= end; i += VL) {
-    const Vec v = load(y + i);
-    s0 += load(column[0] + i) * v;
-    s1 += load(column[1] + i) * v;
-    s2 += load(column[2] + i) * v;
-    s3 += load(column[3] + i) * v;
-  }
-  sum[0] += sumOf(s0);
-  sum[1] += sumOf(s1);
-  sum[2] += sumOf(s2);
-  sum[3] += sumOf(s3);
-  for (; i < end; ++i)
-    for (int k = 0; k < 4; ++k) sum[k] += column[k][i] * y[i];
 }
 
 void backward(const double* L, Int64 w, Int64 c, double* x, const double* below) {
-  Int64 p = w;
-  for (; p % 4 != 0; --p) {
-    const double* const column = rowOf(L, p - 1, c);
-    double sum = 0.0;
-    for (Int64 i = p; i < w; ++i) sum += column[i] * x[i];
-    for (Int64 i = w; i < c; ++i) sum += column[i] * below[i - w];
-    x[p - 1] -= sum;
+  Int64 p = w - w % 4;
+  switch (w - p) {
+    case 1: backwardColumns<1>(L, p, w, c, x, below); break;
+    case 2: backwardColumns<2>(L, p, w, c, x, below); break;
+    case 3: backwardColumns<3>(L, p, w, c, x, below); break;
+    default: break;
   }
-  for (; p > 0; p -= 4) {
-    const double* const column[4] = {rowOf(L, p - 4, c), rowOf(L, p - 3, c), rowOf(L, p - 2, c), rowOf(L, p - 1, c)};
-    double sum[4] = {0.0, 0.0, 0.0, 0.0};
-    dotFourColumns(column, x, p, w, sum);
-    const double* const rest[4] = {column[0] + w, column[1] + w, column[2] + w, column[3] + w};
-    dotFourColumns(rest, below, 0, c - w, sum);
-    for (int k = 3; k >= 0; --k) {
-      for (Int64 i = p - 4 + k + 1; i < p; ++i) sum[k] += column[k][i] * x[i];
-      x[p - 4 + k] -= sum[k];
-    }
-  }
+  while ((p -= 4) >= 0) backwardColumns<4>(L, p, w, c, x, below);
 }

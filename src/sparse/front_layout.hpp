@@ -1,5 +1,9 @@
-// How a front and the update stack lie in the real work array, in doubles. The symbolic phase sizes with these
-// formulas what the numeric phase uses; they do not depend on the processor.
+// How fronts, update stack and packing space lie in the real work array, in doubles. The symbolic phase sizes with
+// these formulas what the numeric phase uses; they do not depend on the processor.
+//
+//   RWORK:  D | L of the supernodes done | front | packing space ->    <- update stack |
+// A front starts where its supernode's part of L will be: the columns of L are packed in place, and what later
+// supernodes will need is free until then.
 #pragma once
 
 #include "interface/array_view.hpp"
@@ -22,9 +26,13 @@ constexpr Int64 frontDoubles(Int64 c) { return frontStride(c) * c + frontAlignme
 /// An update matrix of u rows on the stack: its lower triangle by columns.
 constexpr Int64 updateDoubles(Int64 u) { return u * (u + 1) / 2; }
 
-/// Packing space of the dense kernels for a front of c rows: the panel of L by rows, and D·Lᵀ by columns, with the
-/// last tile of each filled up.
 constexpr Int64 largestTile = 32;      // rows or columns that a register tile may have at most
-constexpr Int64 packingDoubles(Int64 c) { return 2 * panelWidth * (c + largestTile) + frontAlignment; }
+constexpr Int64 rowsOfBlock = 480;     // rows of L that stay in the second-level cache during an update
+
+/// Packing space of the dense kernels for a front of c rows: D·Lᵀ of a panel by columns, and a block of its rows of L,
+/// with the last tile of each filled up.
+constexpr Int64 packingDoubles(Int64 c) {
+  return panelWidth * (c + largestTile) + panelWidth * ((c < rowsOfBlock ? c : rowsOfBlock) + largestTile);
+}
 
 }  // namespace tornwalzen

@@ -18,9 +18,9 @@ void KMPKTS(Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS, Vector<
   }
   IERR = ierr::ok;
   const FactorStructure f = factorStructure(WORK);
-  const double* const L = RWORK.data();
-  const double* const D = L + WORK(header::factorEntries);
-  double* const below = RWORK.data() + WORK(header::factorEntries) + NEQ;   // f2 doubles of the fronts' space
+  const double* const D = RWORK.data();
+  const double* const L = D + NEQ;
+  double* const below = RWORK.data() + NEQ + WORK(header::factorEntries);   // f2 doubles of the fronts' space
   const DenseKernels& kernels = denseKernels();
 
   for (Int i = 1; i <= NEQ; ++i) WRHS(f.INVP(i)) = SOLUTION(i);

@@ -22,6 +22,7 @@ namespace tornwalzen {
 namespace {
 
 constexpr Int64 largestInt = std::numeric_limits<Int>::max();
+constexpr char tooManyEntries[] = " FATALER FEHLER : zu viele Matrixeintraege @";
 
 // Rows that a column may still receive: nothing is written past the host's capacity.
 class BoundedRows {
@@ -78,6 +79,10 @@ bool meshCountsUsable(Int nkno, Int nele, Int neq, Int mnsysm) {
     failSolver(" FATALER FEHLER : nele zu gross @");
     return false;
   }
+  if (3 * Int64{nkno} > largestInt) {   // a node alone brings three entries
+    failSolver(tooManyEntries);
+    return false;
+  }
   return true;
 }
 
@@ -108,7 +113,7 @@ void loeini(Table<const Int> INTA, Vector<Int> COLS, Vector<Int> ROWI) {
   });
 
   const Int64 entries = next - 1;
-  if (next > largestInt) return failSolver(" FATALER FEHLER : zu viele Matrixeintraege @");
+  if (next > largestInt) return failSolver(tooManyEntries);
   run.nnzl = run.nsysm = static_cast<Int>(entries);
   run.ncolp = run.neq + 1;
   if (run.mnsysm < run.nsysm) failSolver(" FATALER FEHLER : mnsysm zu klein @");

@@ -2,8 +2,7 @@
 // equations, ACM TOMS 9, 1983; here without pivoting). Supernodes are numbered in a postorder of the elimination
 // tree: each forms its front from its matrix columns and the update matrices of its children, which lie on top of
 // a stack, eliminates its columns and leaves its own update matrix on the stack.
-//
-//   RWORK:  L, supernode by supernode | D | update stack -> ... front | packing space of the kernels
+// The layout of RWORK stands in front_layout.hpp.
 #include "sparse/numeric.hpp"
 
 #include <algorithm>
@@ -126,21 +125,23 @@ void extendAdd(const FactorStructure& f, Int child, const double* U, const Front
   }
 }
 
-// Copies the columns of L below their diagonals, and the pivots, out of the front.
+// Packs the columns of L below their diagonals to where the front starts, in place: each moves down. Keeps the pivots.
 void storeFactor(const Front& F, double* L, double* D) {
   for (Int64 q = 1; q <= F.w; ++q) {
     D[q - 1] = F.column(q)[q - 1];
-    std::memcpy(L, F.column(q) + q, static_cast<std::size_t>(F.c - q) * sizeof(double));
+    std::memmove(L, F.column(q) + q, static_cast<std::size_t>(F.c - q) * sizeof(double));
     L += F.c - q;
   }
 }
 
-// Moves the Schur complement to the stack, which may reach into the front itself: its columns move down in turn.
-void pushUpdate(const Front& F, double* stack) {
-  for (Int64 j = F.w + 1; j <= F.c; ++j) {
-    std::memmove(stack, F.column(j) + (j - 1), static_cast<std::size_t>(F.c - j + 1) * sizeof(double));
-    stack += F.c - j + 1;
+// Moves the Schur complement to the stack, which may grow into the front itself: its columns, the last one first,
+// each move up. Returns the new top of the stack.
+double* pushUpdate(const Front& F, double* stackTop) {
+  for (Int64 j = F.c; j > F.w; --j) {
+    stackTop -= F.c - j + 1;
+    std::memmove(stackTop, F.column(j) + (j - 1), static_cast<std::size_t>(F.c - j + 1) * sizeof(double));
   }
+  return stackTop;
 }
 
 }  // namespace
@@ -167,15 +168,15 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
   const NumericArrays n = carveNumeric(WORK, WORK(header::freePhase3), NEQ, NNZ, m);
   if (first) findColumns(COLS, ROWI, f, n);
 
-  double* const D = RWORK.data() + factorEntries;
-  double* const scratch = D + NEQ;
-  double* const packing = onCacheLine(scratch + WORK(header::scratchDoubles) -
-                                      packingDoubles(WORK(header::largestFront)));
-  double* stackTop = scratch;
+  double* const D = RWORK.data();
+  double* const L = D + NEQ;
+  double* stackTop = L + factorEntries + WORK(header::scratchDoubles);   // the stack grows downwards
+  const DenseKernels& kernels = denseKernels();
   Int pending = 0;   // update matrices on the stack
   for (Int k = 1; k <= m; ++k) {
     const Int64 c = f.XLINDX(k + 1) - f.XLINDX(k), w = f.XSUP(k + 1) - f.XSUP(k);
-    const Front F{onCacheLine(stackTop), frontStride(c), c, w};
+    double* const block = L + (f.ASTART(k) - 1);
+    const Front F{onCacheLine(block), frontStride(c), c, w};
     clear(F);
     if (!placeMatrix(COLS, ROWI, SYSM, f, n, k, F)) {
       IERR = ierr::noPlace;
@@ -183,18 +184,16 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
     }
     for (Int child = 0; child < f.NCHILD(k); ++child) {
       const Int below = n.STACK(pending--);
-      stackTop -= updateDoubles((f.XLINDX(below + 1) - f.XLINDX(below)) - (f.XSUP(below + 1) - f.XSUP(below)));
       extendAdd(f, below, stackTop, F);
+      stackTop += updateDoubles((f.XLINDX(below + 1) - f.XLINDX(below)) - (f.XSUP(below + 1) - f.XSUP(below)));
     }
-    if (denseKernels().factorFront(F.first, F.stride, c, w, packing) != 0) {
+    if (kernels.factorFront(F.first, F.stride, c, w, F.column(c + 1)) != 0) {
       IERR = ierr::zeroPivot;
       return;
     }
-    storeFactor(F, RWORK.data() + (f.ASTART(k) - 1), D + (f.XSUP(k) - 1));
-    if (c == w) continue;
-    pushUpdate(F, stackTop);
-    stackTop += updateDoubles(c - w);
-    n.STACK(++pending) = k;
+    stackTop = pushUpdate(F, stackTop);
+    if (c > w) n.STACK(++pending) = k;
+    storeFactor(F, block, D + (f.XSUP(k) - 1));
   }
   IERR = ierr::ok;
 }

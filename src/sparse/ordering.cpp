@@ -183,6 +183,7 @@ void orderingPhase(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> W
   WORK(header::supernodes) = m;
   WORK(header::subscripts) = s;
   WORK(header::factorEntries) = static_cast<Int>(sizes.factorEntries);
+  WORK(header::leanEntries) = static_cast<Int>(sizes.leanEntries);
   WORK(header::realRequirement) = static_cast<Int>(sizes.factorEntries - NEQ);
   WORK(header::freePhase2) =
       static_cast<Int>(orderedStructure(WORK, static_cast<Int>(NEQ), static_cast<Int>(NADJ), m).end);

@@ -1,6 +1,7 @@
 // Fletcher's sums in eight independent lanes, so that they run at the speed of memory.
 #include "sparse/structure_guard.hpp"
 
+#include <cstring>
 #include <initializer_list>
 
 #include "sparse/work_layout.hpp"
@@ -9,28 +10,35 @@ namespace tornwalzen {
 
 namespace {
 
-constexpr int lanes = 8;
+constexpr int lanes = 8;   // of 64 bits, two entries each
 
 struct Sums {
   std::uint64_t plain[lanes] = {}, weighted[lanes] = {};
 
   void add(const Int* first, Int64 count) {
     Int64 i = 0;
-    for (; i + lanes <= count; i += lanes)
+    for (; i + 2 * lanes <= count; i += 2 * lanes) {
+      std::uint64_t word[lanes];
+      std::memcpy(word, first + i, sizeof word);
       for (int l = 0; l < lanes; ++l) {
-        plain[l] += static_cast<std::uint32_t>(first[i + l]);
+        plain[l] += word[l];
         weighted[l] += plain[l];
       }
-    for (int l = 0; i < count; ++i, ++l) {
+    }
+    for (int l = 0; i < count; ++i, l = (l + 1) % lanes) {
       plain[l] += static_cast<std::uint32_t>(first[i]);
       weighted[l] += plain[l];
     }
   }
+  // One-to-one in each sum as long as the others stay: a change cannot cancel out by its low-order zeros.
   std::uint64_t value() const {
-    std::uint64_t sum = 0;
+    std::uint64_t state = 0;
     for (int l = 0; l < lanes; ++l)
-      sum = (sum + plain[l]) * 0x9E3779B97F4A7C15ull + weighted[l];
-    return sum;
+      for (const std::uint64_t sum : {plain[l], weighted[l]}) {
+        state = (state ^ sum) * 0x9E3779B97F4A7C15ull;
+        state ^= state >> 32;
+      }
+    return state;
   }
 };
 

@@ -143,20 +143,32 @@ Int orderChildren(const SupernodeScratch& t, Int nodes) {
 }  // namespace
 
 bool mergeAllowed(Int64 w, Int64 c, Int64 zeros) {
-  const double share = static_cast<double>(zeros) / static_cast<double>(std::max<Int64>(1, trapezoidEntries(w, c)));
-  if (w <= 4) return true;
-  if (w <= 16) return share < 0.8;
-  if (w <= 48) return share < 0.1;
-  return share < 0.05;
+  // Wider supernodes run faster, zeros cost memory and the bandwidth of the solves: the narrow ones, whose work is
+  // all overhead, may take a fifth of zeros, wide ones next to none.
+  struct Limit {
+    Int64 columns;
+    double share;   // of the entries below the diagonal
+  };
+  constexpr Limit limits[] = {{2, 1.0}, {8, 0.2}, {16, 0.05}};
+  constexpr double shareOfWide = 0.03;
+  double share = shareOfWide;
+  for (const Limit& limit : limits)
+    if (w <= limit.columns) {
+      share = limit.share;
+      break;
+    }
+  return static_cast<double>(zeros) <= share * static_cast<double>(trapezoidEntries(w, c));
 }
 
 SupernodeSizes supernodeStep(const EliminationGraph& g, Int nodes, Vector<Int> WORK, Int NEQ, Int NADJ) {
   const SupernodeScratch t{g.QSIZE, g.COUNT, g.ABSORB, g.DHEAD, g.DFORW, g.DBAKW, g.LLIST, g.MARKER, g.WXADJ};
+  SupernodeSizes sizes;
+  for (Int v = 1; v <= nodes; ++v)
+    if (isSupernode(t, v)) sizes.leanEntries += trapezoidEntries(-t.QSIZE(v), t.DEGREE(v));
   amalgamate(t, nodes);
   const Int firstRoot = orderChildren(t, nodes);
   const auto parent = [&](Int v) { return t.ABSORB(v) > 0 ? mergedInto(t, t.ABSORB(v)) : 0; };
 
-  SupernodeSizes sizes;
   postorder(t, firstRoot, parent, [&](Int v) {
     t.NEWSEQ(++sizes.m) = v;
     t.NEWNOD(v) = sizes.m;

@@ -11,6 +11,7 @@ struct SupernodeSizes {
   Int m = 0;               // supernodes
   Int64 s = 0;             // compressed subscripts: sum of the supernodes' rows
   Int64 factorEntries = 0; // entries of L below the diagonal
+  Int64 leanEntries = 0;   // the same before supernodes are merged
 };
 
 /// Merges elements into supernodes where the extra fill is allowed, renumbers them in a postorder of the

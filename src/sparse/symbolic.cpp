@@ -90,23 +90,25 @@ void findBlocks(const FactorStructure& f, Int m) {
   f.ASTART(m + 1) = start;
 }
 
-// Doubles that fronts, update stack and packing space take at their peak; also f1 and f2. The children's update
-// matrices lie on top of the stack while their parent's front is formed above them. ONSTACK is scratch, m.
-Int64 findPeak(const FactorStructure& f, Int m, Vector<Int> ONSTACK, Int& f1, Int& f2) {
-  Int64 stack = 0, peak = 0, packing = 0;
+// Doubles that fronts, update stack and packing space take behind D and L at their peak; also f1 and f2. The
+// children's update matrices are on the stack until they are added to their parent's front; then the kernels may
+// pack. ONSTACK is scratch, m.
+Int64 findPeak(const FactorStructure& f, Int m, Int64 factorEntries, Vector<Int> ONSTACK, Int& f1, Int& f2) {
+  Int64 stack = 0, done = 0, peak = 0;   // done: entries of L before this supernode
   f1 = f2 = 0;
   for (Int k = 1; k <= m; ++k) ONSTACK(k) = 0;
   for (Int k = 1; k <= m; ++k) {
-    const Int c = f.XLINDX(k + 1) - f.XLINDX(k), u = c - (f.XSUP(k + 1) - f.XSUP(k));
+    const Int c = f.XLINDX(k + 1) - f.XLINDX(k), w = f.XSUP(k + 1) - f.XSUP(k), u = c - w;
     f1 = std::max(f1, c);
     f2 = std::max(f2, u);
-    peak = std::max(peak, stack + frontDoubles(c));
-    packing = std::max(packing, packingDoubles(c));
-    stack += updateDoubles(u) - ONSTACK(k);
+    const Int64 others = stack - ONSTACK(k);
+    peak = std::max(peak, done + frontDoubles(c) + std::max(stack, others + packingDoubles(c)));
+    stack = others + updateDoubles(u);
     if (stack > largestInt) return stack;
     if (f.PARENT(k) > 0) ONSTACK(f.PARENT(k)) += static_cast<Int>(updateDoubles(u));
+    done += trapezoidEntries(w, c);
   }
-  return peak + packing;
+  return std::max<Int64>(0, peak - factorEntries);
 }
 
 }  // namespace
@@ -141,7 +143,7 @@ void symbolicPhase(Int NNZ, Vector<Int> WORK, Int& f1, Int& f2, Int& g, Int& IER
   move(XLINDX, f.XLINDX);
   move(LINDX, f.LINDX);
   findLocalIndices(f, m);
-  const Int64 peak = findPeak(f, m, f.ASTART, f1, f2);
+  const Int64 peak = findPeak(f, m, WORK(header::factorEntries), f.ASTART, f1, f2);
   findBlocks(f, m);
 
   const Int64 growth = peak <= 2 * Int64{NEQ} ? Int64{NEQ} : std::max(Int64{NEQ} + 1, (peak - 2 * Int64{NEQ} + 1) / 2);

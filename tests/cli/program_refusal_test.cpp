@@ -40,7 +40,7 @@ const Damage damages[] = {
      "part.obj: the mesh has 2 pieces that no edge joins; the largest has 1 of 2 triangles and contains "
      "element 1 "
      "(--largest takes it alone)"},
-    {"Rubbish", "these are\nno coordinates\n", "part.obj: neither a Wavefront OBJ nor an STL file"},
+    {"Rubbish", "these are\nno coordinates\n", "part.obj: neither a Wavefront OBJ nor an STL file nor a mesh deck"},
     {"Empty", "", "part.obj: the file is empty"},
     {"NotANumber", "v 0 0 0\nv 1 o 0\n", "part.obj, line 2: node 2: \"o\" is not a number"},
     {"CutOffStl", "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0",
@@ -70,7 +70,7 @@ TEST(Arguments, HelpTellsTheOptions) {
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.err, "");
   for (const char* option :
-       {"PART", "--material", "--hold", "auto|x0|y0|x0,y0|FILE", "--out", "--largest", "--verbose"})
+       {"PART", "--material", "--hold", "auto|x0|y0|x0,y0|deck|FILE", "--out", "--largest", "--verbose"})
     EXPECT_THAT(help.out, HasSubstr(option));
   EXPECT_THAT(tornwalzen(folder, "--help").out, HasSubstr("Exit status: 0 converged"));
 }

@@ -31,6 +31,13 @@ std::vector<double> verticesOf(const std::string& obj) {
   return points;
 }
 
+// The system's Python has Debian's packages, another one may come first on the path. Empty: none has VTK.
+std::string pythonWithVtk(const ScratchFolder& folder) {
+  for (const std::string python : {"python3", "/usr/bin/python3"})
+    if (shell(folder, python + " -c 'import vtkmodules.vtkIOXML'").status == 0) return python;
+  return "";
+}
+
 const char* const shearedStl =
     "solid tile\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 10 0 0\nvertex 10 10 "
     "2\nendloop\nendfacet\n"
@@ -158,35 +165,42 @@ TEST(Run, TheSameInputGivesTheSameFiles) {
     EXPECT_TRUE(folder.read(std::string("one/") + name) == folder.read(std::string("two/") + name)) << name;
 }
 
-TEST(Run, AFlatPlateConvergesWithAFlowCurveAndIsItsOwnBlank) {
-  const ScratchFolder folder;
-  folder.write("plate.obj", plateObj(4, 3));
-  const Outcome outcome = tornwalzen(folder, "solve plate.obj --material 1 --out results");
-  EXPECT_EQ(outcome.status, 0) << outcome.out << outcome.err;
-  EXPECT_NEAR(summaryOf(folder, "results")["blank_area_mm2"], 1200.0, 1e-6 * 1200.0);
-}
-
-TEST(Run, AFlatPlateUnderTheGeometricMaterialSaysWhyItDoesNotConverge) {
+TEST(Run, AFlatPlateIsItsOwnBlankAndSaysWhyItDoesNotConverge) {
   const ScratchFolder folder;
   folder.write("plate.obj", plateObj(4, 3));
   const Outcome outcome = tornwalzen(folder, "solve plate.obj --material 10 --out results");
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_THAT(outcome.out, HasSubstr("NO: the part is flat and is its own blank"));
+  EXPECT_THAT(outcome.out, HasSubstr("converged           NO: the part is flat and is its own blank"));
   const auto json = summaryOf(folder, "results");
   EXPECT_EQ(json["converged"], false);
   EXPECT_THAT(json["reason"].get<std::string>(), StartsWith("the part is flat"));
   EXPECT_THAT(folder.read("results/blank.obj"), HasSubstr("# NOT CONVERGED: the part is flat"));
   EXPECT_THAT(folder.read("results/part.vtu"), HasSubstr("<!-- NOT CONVERGED: the part is flat"));
-  EXPECT_NEAR(json["blank_area_mm2"], 1200.0, 1e-6 * 1200.0);
+  EXPECT_NEAR(json["blank_area_mm2"], 1200.0, 1e-12 * 1200.0);  // rounding only
+}
+
+TEST(Run, AFlatPlateWithAFlowCurveConvergesOrSaysWhyNot) {
+  // only rounding is left of the gradient, so it is up to rounding whether the line search finds descent
+  for (const std::string material : {"0", "1", "2"}) {
+    const ScratchFolder folder;
+    folder.write("plate.obj", plateObj(4, 3));
+    const Outcome outcome = tornwalzen(folder, "solve plate.obj --out results --material " + material);
+    const auto json = summaryOf(folder, "results");
+    EXPECT_EQ(outcome.status, json["converged"] ? 0 : 2);
+    if (!json["converged"]) {
+      EXPECT_THAT(json["reason"].get<std::string>(), StartsWith("the part is flat"));
+    }
+    EXPECT_NEAR(json["blank_area_mm2"], 1200.0, 1e-9 * 1200.0);
+  }
 }
 
 TEST(Run, VtkReadsTheGridsAsTheyWereMeant) {
   const ScratchFolder folder;
-  if (shell(folder, "python3 -c 'import vtkmodules.vtkIOXML'").status != 0)
-    GTEST_SKIP() << "skipped: no VTK for Python here (Debian: python3-vtk9)";
+  const std::string python = pythonWithVtk(folder);
+  if (python.empty()) GTEST_SKIP() << "skipped: no VTK for Python here (Debian: python3-vtk9)";
   folder.write("pipe.obj", halfPipeObj(8, 4));
   ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --out results").status, 0);
-  const Outcome check = shell(folder, "python3 " + quoted(TORNWALZEN_VTK_CHECK) +
+  const Outcome check = shell(folder, python + " " + quoted(TORNWALZEN_VTK_CHECK) +
                                           " results/part.vtu results/blank.vtu pipe.obj results/blank.obj");
   EXPECT_EQ(check.status, 0) << check.out << check.err;
 }

@@ -44,17 +44,27 @@ TEST(Verdict, StepTooSmallTellsHowFarTheRunCame) {
 TEST(Verdict, MissedToleranceAtTheEndTellsTheGradient) {
   SampleRun sample;
   sample.run.progress.take({1.0, 0, nullptr});
-  sample.counts.lastGradient = 0.75;
-  EXPECT_EQ(judge(sample.part, 1, sample.run, sample.counts).reason,
-            "the last increment did not reach its gradient tolerance; its last gradient was 0.75");
+  sample.counts.lastGradient = 0.05;
+  EXPECT_EQ(judge(sample.part, 10, sample.run, sample.counts).reason,
+            "the gradient of the last increment stayed at 0.05, above its tolerance of 0.01");
 }
 
-TEST(Verdict, FlatPartUnderTheGeometricMaterialIsExplained) {
+TEST(Verdict, CollapsedLineSearchWithinTheToleranceIsNotCalledAMissedTolerance) {
+  SampleRun sample;
+  sample.run.progress.take({1.0, 0, nullptr});
+  sample.counts.lastGradient = 0.05;
+  EXPECT_EQ(
+      judge(sample.part, 1, sample.run, sample.counts).reason,
+      "the line search found no better blank in the last increment, which then does not count as converged, "
+      "although its gradient of 0.05 is within the tolerance of 0.1");
+}
+
+TEST(Verdict, AFlatPartIsExplained) {
   SampleRun sample;
   sample.run.progress.take({0.5, 0, nullptr});
-  EXPECT_THAT(judge(sample.part, 10, sample.run, sample.counts).reason, HasSubstr("the run ended at 50.0 %"));
+  EXPECT_EQ(judge(sample.part, 10, sample.run, sample.counts).reason, "the run ended at 50.0 % of the part");
   sample.part.points[14] = 0.0;
-  EXPECT_THAT(judge(sample.part, 10, sample.run, sample.counts).reason,
-              HasSubstr("the part is flat and is its own blank"));
-  EXPECT_THAT(judge(sample.part, 1, sample.run, sample.counts).reason, HasSubstr("the run ended at 50.0 %"));
+  for (const int material : {0, 10})
+    EXPECT_THAT(judge(sample.part, material, sample.run, sample.counts).reason,
+                HasSubstr("the part is flat and is its own blank"));
 }

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -50,6 +51,7 @@ struct PlainDescent {
   double qmax = 0.0, maxgrad = 0.0;
   Int degenerate = 0, iterations = 0;
   std::vector<double> steps = {};
+  std::vector<double> reported = {};  // smallest qmax so far, wherever the descent reports it
 
   std::size_t node(Int e, int c) const {
     return static_cast<std::size_t>(part.INTA[static_cast<std::size_t>(c * part.nele + e)] - 1);
@@ -104,6 +106,8 @@ struct PlainDescent {
       part.RX[2 * n + 1] = part.KNG[static_cast<std::size_t>(part.nkno) + n];
     }
     objective();
+    double smallest = qmax;
+    reported.push_back(smallest);
     for (iterations = 1; iterations <= 5000; ++iterations) {
       forces();
       if (maxgrad < double(1e-7f)) return true;
@@ -121,6 +125,8 @@ struct PlainDescent {
       move(f);
       steps.push_back(2.0 * f);
       objective();
+      smallest = std::min(smallest, qmax);
+      if (iterations % 10 == 1) reported.push_back(smallest);
       if (qmax <= 0.8 && degenerate < 1 && iterations > 19) return true;
     }
     return false;
@@ -220,20 +226,49 @@ TEST(Unfold, HeldNodeNeverMoves) {
   EXPECT_NE(part.KNA[33 - 8], part.KNG[33 - 8]);
 }
 
-TEST(Unfold, StepsAndBlankAgreeWithThePlainDescentToTheBit) {
+/// Runs the library on one of two equal parts and the plain descent on the other, and compares all that comes
+/// out.
+PlainDescent compareWithPlainDescent(TestPart& part, TestPart& plain) {
+  part.bind();
+  ProgressLog log;
+  captured(part);
+  const double qmax = run.qmax;
+  const bool converged = run.ierrel == 0;
+  run.ierrel = 0;
+  plain.ELG = part.ELG;
+  PlainDescent reference{plain};
+  EXPECT_EQ(reference.descend(), converged);
+  EXPECT_TRUE(sameBits(part.RX, plain.RX));
+  EXPECT_TRUE(sameBits(part.ELG, plain.ELG));
+  EXPECT_EQ(qmax, reference.qmax);
+  std::vector<double> fractions;
+  for (const double value : reference.reported)
+    fractions.push_back(1.0 - (0.8 - value) / (0.8 - reference.reported.front()));
+  fractions.front() = 0.0;
+  EXPECT_EQ(log.fractions, fractions);
+  return reference;
+}
+
+TEST(Unfold, StepsBlankAndFractionsAgreeWithThePlainDescentToTheBit) {
   for (const Int legs : {1, 3, 8}) {
+    SCOPED_TRACE(legs);
     TestPart part = hatWithVerticalWalls(legs, 3, 25.0), plain = hatWithVerticalWalls(legs, 3, 25.0);
     for (TestPart* p : {&part, &plain}) p->hold(1);
-    part.bind();
-    captured(part);
-    const double qmax = run.qmax;
-    plain.ELG = part.ELG;
-    PlainDescent reference{plain};
-    ASSERT_TRUE(reference.descend());
-    EXPECT_TRUE(sameBits(part.RX, plain.RX)) << "legs " << legs;
-    EXPECT_TRUE(sameBits(part.ELG, plain.ELG)) << "legs " << legs;
-    EXPECT_EQ(qmax, reference.qmax);
+    compareWithPlainDescent(part, plain);
   }
+}
+
+TEST(Unfold, StepThatNoHalvingImprovesIsTakenWhole) {
+  // A steep triangle of 0.1 mm height with one free corner: half a millimetre opens it as well as a whole
+  // one.
+  const auto steep = [] {
+    TestPart part({{0, 0, 0}, {0, -1, 0}, {0.01, -0.5, 0.1}}, {{1, 2, 3}});
+    part.hold(1);
+    part.hold(2);
+    return part;
+  };
+  TestPart part = steep(), plain = steep();
+  EXPECT_EQ(compareWithPlainDescent(part, plain).steps, std::vector<double>{1.0});
 }
 
 TEST(Unfold, VisitingOnlyWhatMovesChangesNoBitAndNoLine) {
@@ -318,12 +353,24 @@ TEST(Unfold, LinesFollowTheIterationNumbers) {
   EXPECT_EQ(log.times, static_cast<Int>(log.texts.size()));
 }
 
-// A node on top of a steep roof may slide along x alone; both its triangles want more room than there is. The
-// normalised steps of at least 2⁻⁹ mm swing about the balance for ever.
-TEST(Unfold, NoConvergenceSetsTheErrorWordAndStillWritesTheBlank) {
+/// A node on top of a steep roof may slide along x alone; both its triangles want more room than there is.
+/// The normalised steps of at least 2⁻⁹ mm swing about the balance for ever.
+TestPart steepRoof() {
   TestPart part({{0, 0, 0}, {0, 1, 0}, {0.4, 0.5, 20}, {1, 0, -3}, {1, 1, -3}}, {{1, 3, 2}, {4, 5, 3}});
   part.ARFA.assign(10, 0);
   part.ARFA[4] = 1;
+  return part;
+}
+
+TEST(Unfold, SmallestStepIsTwoToTheMinusNine) {
+  TestPart part = steepRoof(), plain = steepRoof();
+  const std::vector<double> steps = compareWithPlainDescent(part, plain).steps;
+  EXPECT_EQ(steps.size(), 5000u);
+  EXPECT_EQ(*std::min_element(steps.begin(), steps.end()), 0.001953125);
+}
+
+TEST(Unfold, NoConvergenceSetsTheErrorWordAndStillWritesTheBlank) {
+  TestPart part = steepRoof();
   ProgressLog log;
   captured(part);
   EXPECT_EQ(run.ierrel, -1);

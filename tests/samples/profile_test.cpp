@@ -1,11 +1,11 @@
 // Sections of lines and arcs, and their division into rows.
+#include "profile.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 #include <numbers>
-
-#include "profile.hpp"
 
 namespace {
 

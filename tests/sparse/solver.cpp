@@ -114,13 +114,12 @@ TEST(Solver, FactorIsThatOfDenseElimination) {
     for (Int j = 1; j <= a.n; ++j) p(i - 1, j - 1) = full(f.PERM(i) - 1, f.PERM(j) - 1);
   Eigen::MatrixXd L = Eigen::MatrixXd::Identity(a.n, a.n);
   Eigen::VectorXd D(a.n);
-  const Int entries = solver.work[header::factorEntries - 1];
   for (Int k = 1; k <= run.solver.supernodes; ++k) {
-    const double* at = &solver.rwork[f.ASTART(k) - 1];
+    const double* at = &solver.rwork[a.n + f.ASTART(k) - 1];
     for (Int j = f.XSUP(k), q = 1; j < f.XSUP(k + 1); ++j, ++q)
       for (Int t = f.XLINDX(k) + q; t < f.XLINDX(k + 1); ++t) L(f.LINDX(t) - 1, j - 1) = *at++;
   }
-  for (Int j = 0; j < a.n; ++j) D(j) = solver.rwork[entries + j];
+  for (Int j = 0; j < a.n; ++j) D(j) = solver.rwork[j];
   const double error = (L * D.asDiagonal() * L.transpose() - p).cwiseAbs().maxCoeff();
   EXPECT_LE(error, 10.0 * a.n * a.norm() * 2.2e-16);
 }

@@ -1,0 +1,96 @@
+// The benchmarks' program: solver phases against peers, the other phases per element and node, whole runs.
+// usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [solver] [phases] [runs]
+#include <cstdio>
+#include <cstring>
+#include <set>
+#include <stdexcept>
+
+#include "machine.hpp"
+#include "phases.hpp"
+#include "race.hpp"
+#include "report.hpp"
+#include "runs.hpp"
+
+namespace {
+
+struct Options {
+  bool quick = false, huge = false;
+  std::string csv = "bench.csv";
+  std::set<std::string> parts;
+};
+
+Options readOptions(int argc, char** argv) {
+  Options o;
+  for (int k = 1; k < argc; ++k) {
+    const std::string word = argv[k];
+    if (word == "--quick") o.quick = true;
+    else if (word == "--huge") o.huge = true;
+    else if (word == "--csv" && k + 1 < argc) o.csv = argv[++k];
+    else if (word == "solver" || word == "phases" || word == "runs") o.parts.insert(word);
+    else throw std::invalid_argument("usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [solver] [phases] [runs]");
+  }
+  if (o.parts.empty()) o.parts = {"solver", "phases", "runs"};
+  return o;
+}
+
+void printMachine(const bench::Machine& m) {
+  std::printf("%s\nFMA peak %.1f GFLOP/s, read bandwidth %.1f GB/s", m.processor.c_str(), m.fmaPeak, m.readBandwidth);
+  if (m.blasCore.empty()) std::printf("; no OpenBLAS\n");
+  else
+    std::printf(", DGEMM %.1f GFLOP/s with OpenBLAS' kernels for %s%s\n", m.dgemmPeak, m.blasCore.c_str(),
+                m.blasFits ? "" : ": NOT THIS PROCESSOR'S, no ratios to CHOLMOD");
+#ifndef BENCH_CHOLMOD
+  std::printf("left out: CHOLMOD (libsuitesparse-dev or OpenBLAS is missing)\n");
+#endif
+#ifndef BENCH_EIGEN
+  std::printf("left out: Eigen (libeigen3-dev is missing)\n");
+#endif
+}
+
+void runSolver(const Options& o, const bench::Machine& machine, bench::Report& report) {
+  using bench::Numbering;
+  for (std::int32_t nodes : {1000, 10000, 100000}) bench::raceSolvers({nodes}, machine, report);
+  if (o.quick) return;
+  for (std::int32_t nodes : {1000, 10000, 100000})
+    bench::raceSolvers({nodes, true, Numbering::rows, false, true}, machine, report);
+  bench::raceSolvers({100000, false, Numbering::random, false, false}, machine, report);
+  bench::raceSolvers({500000}, machine, report);
+  bench::raceSolvers({500000, true, Numbering::rows, false, false}, machine, report);
+  if (o.huge) bench::raceSolvers({1000000, false, Numbering::mesher, true, false}, machine, report);
+}
+
+void runPhases(const Options& o, bench::Report& report) {
+  for (std::int32_t nodes : {1000, 10000, 100000}) bench::timePhases(nodes, report);
+  bench::timePattern(100000, report);
+  if (o.quick) return;
+  bench::timePhases(500000, report);
+  bench::timePattern(1000000, report);
+}
+
+void runSamples(const Options& o, const bench::Machine& machine, bench::Report& report) {
+  bench::wholeRun({"square_cup", 50000, true, false}, machine, report);
+  bench::wholeRun({"box", 50000, false, true}, machine, report);
+  if (o.quick) return;
+  for (const char* shape : {"square_cup", "box", "s_rail", "flanged_hole"})
+    bench::wholeRun({shape, 5000, false, false}, machine, report);
+  bench::wholeRun({"square_cup", 200000, true, false}, machine, report);
+  bench::wholeRun({"box", 180000, false, true}, machine, report);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  const Options options = readOptions(argc, argv);
+  bench::Report report(options.csv);
+  const bench::Machine machine = bench::measureMachine();
+  printMachine(machine);
+  if (options.parts.count("solver")) runSolver(options, machine, report);
+  if (options.parts.count("phases")) runPhases(options, report);
+  if (options.parts.count("runs")) runSamples(options, machine, report);
+  std::printf("\n");
+  report.printRatios();
+  return 0;
+} catch (const std::exception& e) {
+  std::fprintf(stderr, "%s\n", e.what());
+  return 1;
+}

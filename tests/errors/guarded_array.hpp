@@ -1,0 +1,96 @@
+// An array whose first or last byte lies against a page that nobody may touch: a write or read past that end
+// ends the process. The rest of its pages holds guard bytes, which `whole` compares.
+#pragma once
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace hostile {
+
+enum class Flush { end, start };  // the end of the array that lies against its guard page
+
+/// Raw pages between two guard pages.
+class GuardedBytes {
+ public:
+  GuardedBytes(std::size_t length, Flush flush) : length_(length) {
+    const std::size_t page = pageSize();
+    used_ = (length + page - 1) / page * page;
+    block_ = static_cast<unsigned char*>(
+        mmap(nullptr, used_ + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
+    if (block_ == MAP_FAILED) std::abort();
+    pages_ = block_ + page;
+    first_ = flush == Flush::end ? pages_ + (used_ - length) : pages_;
+    allow(PROT_READ | PROT_WRITE);
+    if (used_ == 0) return;
+    std::memset(pages_, guardByte, used_);
+    std::memset(first_, unsetByte, length);
+  }
+  ~GuardedBytes() { munmap(block_, used_ + 2 * pageSize()); }
+  GuardedBytes(const GuardedBytes&) = delete;
+  GuardedBytes& operator=(const GuardedBytes&) = delete;
+
+  void* first() const { return first_; }
+  std::size_t length() const { return length_; }
+  void allow(int protection) const {
+    if (used_ > 0 && mprotect(pages_, used_, protection) != 0) std::abort();
+  }
+  bool whole() const {
+    const auto guard = [](unsigned char byte) { return byte == guardByte; };
+    return std::all_of(pages_, first_, guard) && std::all_of(first_ + length_, pages_ + used_, guard);
+  }
+
+ private:
+  static std::size_t pageSize() { return static_cast<std::size_t>(sysconf(_SC_PAGESIZE)); }
+  static constexpr unsigned char guardByte = 0xA5;
+  static constexpr unsigned char unsetByte = 0xFF;  // every double a NaN, every integer -1
+  std::size_t length_, used_ = 0;
+  unsigned char *block_ = nullptr, *pages_ = nullptr, *first_ = nullptr;
+};
+
+/// `length` elements of T, unset. Zero-based for the test that fills it.
+template <class T>
+class GuardedArray {
+ public:
+  GuardedArray(std::string name, Flush flush, std::int64_t length = 0)
+      : name_(std::move(name)), flush_(flush), bytes_(new GuardedBytes(sizeof(T) * length, flush)) {}
+  ~GuardedArray() { delete bytes_; }
+  GuardedArray(const GuardedArray&) = delete;
+  GuardedArray& operator=(const GuardedArray&) = delete;
+
+  /// New memory with the old front, as realloc gives it; the old address becomes unusable.
+  void resize(std::int64_t length) {
+    auto* const moved = new GuardedBytes(sizeof(T) * length, flush_);
+    const std::size_t kept = std::min(moved->length(), bytes_->length());
+    if (kept > 0) std::memcpy(moved->first(), bytes_->first(), kept);
+    delete bytes_;
+    bytes_ = moved;
+  }
+  void move() { resize(length()); }
+  template <class Values>
+  void set(const Values& values) {
+    resize(static_cast<std::int64_t>(values.size()));
+    std::copy(values.begin(), values.end(), data());
+  }
+
+  const std::string& name() const { return name_; }
+  T* data() const { return static_cast<T*>(bytes_->first()); }
+  std::int64_t length() const { return static_cast<std::int64_t>(bytes_->length() / sizeof(T)); }
+  T& operator[](std::int64_t i) const { return data()[i]; }
+  T* begin() const { return data(); }
+  T* end() const { return data() + length(); }
+  bool whole() const { return bytes_->whole(); }
+  void readOnly(bool on) const { bytes_->allow(on ? PROT_READ : PROT_READ | PROT_WRITE); }
+
+ private:
+  std::string name_;
+  Flush flush_;
+  GuardedBytes* bytes_;
+};
+
+}  // namespace hostile
