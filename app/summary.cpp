@@ -43,6 +43,16 @@ std::string settingsText(const RunSettings& settings) {
          decimal(settings.finalFactor) + "," + decimal(settings.pathFactor);
 }
 
+// A run may find its way back after increments that were taken as they were; but then it may also have ended
+// in another equilibrium, far from the blank.
+std::string convergedText(const RunReport& report) {
+  if (!report.verdict.converged) return "NO: " + report.verdict.reason;
+  const std::int32_t unconverged = report.run.report.accepted_unconverged;
+  if (unconverged == 0) return "yes";
+  return "yes, but " + counted(unconverged, "increment") +
+         " on the way did not; check the largest strain, and compare with --tolerance 0.001,0.1";
+}
+
 std::string seconds(double value) {
   return fixedDecimal(value, 2) + " s";
 }
@@ -129,7 +139,7 @@ std::string summaryTable(const RunReport& report) {
                   ", symbolic " + seconds(times.symbolic) + ",");
   row("", "development " + seconds(times.development) + ", increments " + seconds(times.increments));
   row("results in", report.folder);
-  row("converged", report.verdict.converged ? "yes" : "NO: " + report.verdict.reason);
+  row("converged", convergedText(report));
   return table;
 }
 
