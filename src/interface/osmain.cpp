@@ -15,12 +15,12 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
                        const int32_t* ICTRL, double* EVAL, int32_t* ISTAT) {
   if (ISTAT == nullptr) return;
   *ISTAT = 0;
+  const AnalysisRun analysis;
+  const ProcessorTime time(record.total);
   if (!argumentsGiven({{"ICTRL", ICTRL}})) {
     *ISTAT = -1;
     return;
   }
-  const AnalysisRun analysis;
-  const ProcessorTime time(record.total);
   materialSetup(*ICTRL, flowCurve());
   run.istat = (*ICTRL == 0 || *ICTRL == 1 || *ICTRL == 2) ? 1 : 0;
 

@@ -1,5 +1,5 @@
-// A whole run through the exported functions alone: owns the host's arrays, keeps what was told, and reduces all
-// that it left to one number.
+// A whole run through the exported functions alone: owns the host's arrays, keeps what was told, and reduces
+// all that it left to one number.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +21,8 @@ struct HostPart {
   std::int32_t elements() const { return static_cast<std::int32_t>(inzi.size() / 3); }
 };
 
-/// Holds u and v of the node nearest the centroid, and against rotation v of the node farthest from it in x, or u
-/// of the farthest in y, whichever is farther.
+/// Holds u and v of the node nearest the centroid, and against rotation v of the node farthest from it in x,
+/// or u of the farthest in y, whichever is farther.
 inline void holdRigidMotion(HostPart& part) {
   const std::size_t nodes = part.knots.size() / 3;
   part.arfa.assign(2 * nodes, 1);
@@ -58,8 +58,8 @@ class WholeRun {
     analyse(part);
   }
 
-  /// All arrays that the run left, its status, and the progress it reported but for the times (Fowler-Noll-Vo, on
-  /// the bits).
+  /// All arrays that the run left, its status, and the progress it reported but for the times
+  /// (Fowler-Noll-Vo, on the bits).
   std::uint64_t hash() const {
     std::uint64_t sum = 14695981039346656037ull;
     const auto add = [&sum](const void* data, std::size_t bytes) {
@@ -118,9 +118,9 @@ class WholeRun {
     for (auto* v : {&ELG, &EVAL}) v->assign(5 * static_cast<std::size_t>(NE), 0.0);
     SYSM.assign(static_cast<std::size_t>(MNSYSM), 0.0);
     PlivaneSetProgressHdlr(&WholeRun::take, this);
-    OSMAIN(INTA.data(), part.arfa.data(), COLS.data(), ROWI.data(), WORK.data(), RWORK.data(), RR.data(), RB.data(),
-           RX.data(), TEMP.data(), KNG.data(), KNZ.data(), KNA.data(), ELG.data(), SYSM.data(), RXA.data(),
-           WRHS.data(), &ICTRL, EVAL.data(), &ISTAT);
+    OSMAIN(INTA.data(), part.arfa.data(), COLS.data(), ROWI.data(), WORK.data(), RWORK.data(), RR.data(),
+           RB.data(), RX.data(), TEMP.data(), KNG.data(), KNZ.data(), KNA.data(), ELG.data(), SYSM.data(),
+           RXA.data(), WRHS.data(), &ICTRL, EVAL.data(), &ISTAT);
     PlivaneSetProgressHdlr(nullptr, nullptr);
   }
 };

@@ -1,4 +1,5 @@
-// The drawn cup whose blank and thickness are known from a forward simulation: how far the inverse run is from them.
+// The drawn cup whose blank and thickness are known from a forward simulation: how far the inverse run is
+// from them.
 #pragma once
 
 #include <algorithm>
@@ -42,8 +43,8 @@ inline DrawnCup readDrawnCup(const std::string& folder) {
   return cup;
 }
 
-/// Edges of the sheet's outer edge: those with one triangle that do not lie in a plane of symmetry, as node indices
-/// from 0.
+/// Edges of the sheet's outer edge: those with one triangle that do not lie in a plane of symmetry, as node
+/// indices from 0.
 inline std::vector<std::pair<std::size_t, std::size_t>> outerEdge(const extension::HostPart& part) {
   std::map<std::pair<std::int32_t, std::int32_t>, int> triangles;
   for (std::size_t e = 0; e < part.inzi.size(); e += 3)
@@ -61,9 +62,9 @@ inline std::vector<std::pair<std::size_t, std::size_t>> outerEdge(const extensio
 }
 
 struct CupErrors {
-  double edgeMean = 0, edgeLargest = 0;                        // mm, distance of our outer edge from the true one
-  double thicknessRms = 0, correlation = 0;                    // mm; dimensionless
-  std::vector<double> thickness;                               // mm, ours
+  double edgeMean = 0, edgeLargest = 0;      // mm, distance of our outer edge from the true one
+  double thicknessRms = 0, correlation = 0;  // mm; dimensionless
+  std::vector<double> thickness;             // mm, ours
 };
 
 inline double distanceToSegment(const double* p, const double* a, const double* b) {
