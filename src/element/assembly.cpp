@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "element/element.hpp"
+#include "element/lane_pass.hpp"
 #include "interface/run_state.hpp"
 
 namespace tornwalzen {
@@ -20,8 +21,10 @@ class TangentPlaces {
   TangentPlaces(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<double> SYSM)
       : COLS_(COLS), ROWI_(ROWI), SYSM_(SYSM) {}
 
-  /// corner: nodes of the element. AMAT: element tangent, 6 × 6 column-major.
-  void add(const Int (&corner)[3], const double (&AMAT)[36]) const {
+  /// corner: nodes of the element. AMAT: element tangent, 6 × 6 column-major, `stride` doubles from entry to
+  /// entry.
+  template <int stride>
+  void add(const Int (&corner)[3], const double* AMAT) const {
     int a = 0, b = 1, c = 2;  // the corners by rising node number
     if (corner[b] < corner[a]) std::swap(a, b);
     if (corner[c] < corner[b]) std::swap(b, c);
@@ -33,12 +36,12 @@ class TangentPlaces {
       beforeC += ROWI_(p) < 2 * corner[c] - 1;
     }
     for (Int p = B.first + 2; p < B.second; p += 2) beforeCinB += ROWI_(p) < 2 * corner[c] - 1;
-    addOwn(A, AMAT + 14 * a);
-    addPair(A, beforeB, corner[b], AMAT + 12 * a + 2 * b);
-    addPair(A, beforeC, corner[c], AMAT + 12 * a + 2 * c);
-    addOwn(B, AMAT + 14 * b);
-    addPair(B, beforeCinB, corner[c], AMAT + 12 * b + 2 * c);
-    addOwn(C, AMAT + 14 * c);
+    addOwn<stride>(A, AMAT + 14 * stride * a);
+    addPair<stride>(A, beforeB, corner[b], AMAT + stride * (12 * a + 2 * b));
+    addPair<stride>(A, beforeC, corner[c], AMAT + stride * (12 * a + 2 * c));
+    addOwn<stride>(B, AMAT + 14 * stride * b);
+    addPair<stride>(B, beforeCinB, corner[c], AMAT + stride * (12 * b + 2 * c));
+    addOwn<stride>(C, AMAT + 14 * stride * c);
   }
 
  private:
@@ -49,23 +52,43 @@ class TangentPlaces {
   };
 
   /// K: the block's entry (1, 1) in AMAT.
+  template <int stride>
   void addOwn(const Columns& column, const double* K) const {
     SYSM_(column.first) += K[0];
-    SYSM_(column.first + 1) += K[1];
-    SYSM_(column.second) += K[7];
+    SYSM_(column.first + 1) += K[stride];
+    SYSM_(column.second) += K[7 * stride];
   }
   /// A pair without a place in the pattern is left out.
+  template <int stride>
   void addPair(const Columns& column, Int before, Int n, const double* K) const {
     const Int p = column.first + 2 + 2 * before, q = column.second + 1 + 2 * before;
     if (p + 1 >= column.second || q + 1 >= column.end || ROWI_(p) != 2 * n - 1) return;
     SYSM_(p) += K[0];
-    SYSM_(p + 1) += K[1];
-    SYSM_(q) += K[6];
-    SYSM_(q + 1) += K[7];
+    SYSM_(p + 1) += K[stride];
+    SYSM_(q) += K[6 * stride];
+    SYSM_(q + 1) += K[7 * stride];
   }
 
   Vector<const Int> COLS_, ROWI_;
   Vector<double> SYSM_;
+};
+
+/// What one element adds to the global sums. Its gradient and tangent lie `stride` doubles from entry to
+/// entry.
+struct ElementSums {
+  const DriverArrays& a;
+  const TangentPlaces& places;
+  bool withMatrix;
+
+  template <int stride>
+  void add(Int e, const double* GRADIENT, const double* AMAT) const {
+    const Int corner[3] = {a.INTA(e, 1), a.INTA(e, 2), a.INTA(e, 3)};
+    for (int c = 0; c < 3; ++c) {
+      a.RR(2 * corner[c] - 1) -= GRADIENT[stride * (2 * c)];
+      a.RR(2 * corner[c]) -= GRADIENT[stride * (2 * c + 1)];
+    }
+    if (withMatrix) places.add<stride>(corner, AMAT);
+  }
 };
 
 /// Largest |RR(i)| of the free unknowns. A NaN stays: a residual that is no number must not pass for a small
@@ -92,16 +115,23 @@ void assemble(Int mode, const DriverArrays& a, Table<const double> FC) {
 
   const FlowCurve CURVE(FC);
   const TangentPlaces places(a.COLS, a.ROWI, a.SYSM);
-  for (Int e = 1; e <= run.nele; ++e) {
-    double potential, GRADIENT[6], AMAT[36];
-    elementRoutine(e, mode, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
-    if (failed(run.ierrel)) return;
-    const Int corner[3] = {a.INTA(e, 1), a.INTA(e, 2), a.INTA(e, 3)};
-    for (int c = 0; c < 3; ++c) {
-      a.RR(2 * corner[c] - 1) -= GRADIENT[2 * c];
-      a.RR(2 * corner[c]) -= GRADIENT[2 * c + 1];
+  const ElementSums sums{a, places, withMatrix};
+  const LaneCurve laneCurve(CURVE);
+  LaneBatch batch;
+  for (Int e = 1; e <= run.nele;) {
+    if (e + laneCount - 1 <= run.nele && lanesServe() && takeEight(e, a.INTA, a.RX, a.KNZ, batch)) {
+      elementLanes().evaluate(withMatrix ? Order::hessian : Order::gradient, laneCurve, batch);
+      for (int l = 0; l < laneCount; ++l, ++e)
+        sums.add<laneCount>(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l]);
+      continue;
     }
-    if (withMatrix) places.add(corner, AMAT);
+    const Int last = e + laneCount - 1 < run.nele ? e + laneCount - 1 : run.nele;
+    for (; e <= last; ++e) {
+      double potential, GRADIENT[6], AMAT[36];
+      elementRoutine(e, mode, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
+      if (failed(run.ierrel)) return;
+      sums.add<1>(e, GRADIENT, AMAT);
+    }
   }
   run.maxgrad = residualNorm(a.ARFA, a.RR);
 }
