@@ -7,14 +7,19 @@
 namespace host {
 
 struct SolveOptions {
-  std::string part;        // mesh file
-  int material = 1;        // 0, 1, 2 flow curves; 10 geometric
-  std::string hold;        // see hold.hpp
-  std::string out;         // folder of the results; empty: <part without extension>_blank
-  bool largest = false;    // take the largest piece of several
-  bool verbose = false;    // the library's messages on the screen too
-  bool eben = false;       // write the blank as eben.t51 too
-  bool ebenStart = false;  // write the starting blank as eben_start.t51 too
+  std::string part;             // mesh file
+  int material = 1;             // 0, 1, 2 flow curves; 10 geometric
+  std::string curve, law;       // own flow curve in place of that one: file, or hardening law; empty: none
+  double r = 1.0;               // mean normal anisotropy
+  std::string energy = "part";  // what the energy is weighed with: part or blank
+  std::string tolerance;        // FINAL[,PATH]; empty: the default, with repeats where it does not converge
+  std::string unit = "mm";      // of the part and of the results: mm, cm, m, inch
+  std::string hold;             // see hold.hpp
+  std::string out;              // folder of the results; empty: <part without extension>_blank
+  bool largest = false;         // take the largest piece of several
+  bool verbose = false;         // the library's messages on the screen too
+  bool eben = false;            // write the blank as eben.t51 too
+  bool ebenStart = false;       // write the starting blank as eben_start.t51 too
 };
 
 struct DeckOptions {

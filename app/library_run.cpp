@@ -51,7 +51,7 @@ class Session {
   void setUp(int mode, double& seconds);
   void analyse(const Hold& hold, int material);
   RunOutput& output() { return output_; }
-  void collect();
+  void collect(int material);
 
  private:
   const Part& part_;
@@ -121,26 +121,32 @@ void Session::analyse(const Hold& hold, int material) {
   }
 }
 
-void Session::collect() {
+void Session::collect(int material) {
   output_.matrixEntries = MNSYSM_;
   output_.RX.assign(RX_.data(), RX_.data() + RX_.length());
   output_.EVAL.assign(EVAL_.data(), EVAL_.data() + EVAL_.length());
   output_.corners.reserve(static_cast<std::size_t>(INTA_.length()));
   for (std::int64_t e = 0; e < NE_; ++e)
     for (std::int64_t k = 0; k < 3; ++k) output_.corners.push_back(INTA_[k * NE_ + e]);
+  output_.report.size = sizeof output_.report;
+  tornwalzen_get_report(&output_.report);
+  output_.strains.resize(static_cast<std::size_t>(NE_));
+  tornwalzen_element_strains(material, NN_, NE_, part_.points.data(), output_.corners.data(),
+                             output_.RX.data(), output_.strains.data());
 }
 
 }  // namespace
 
-RunOutput runLibrary(const Part& part, const Hold& hold, int material,
+RunOutput runLibrary(const Part& part, const Hold& hold, const RunSettings& settings,
                      const std::function<void(const ProgressRecord&)>& onProgress) {
+  applySettings(settings);
   Session session(part);
   const HandlerRegistration registration(session.output().progress, onProgress);
   session.setUp(1, session.output().times.structure);
   session.setUp(2, session.output().times.ordering);
   session.setUp(3, session.output().times.symbolic);
-  session.analyse(hold, material);
-  session.collect();
+  session.analyse(hold, settings.material);
+  session.collect(settings.material);
   return std::move(session.output());
 }
 

@@ -9,6 +9,8 @@
 #include "hold.hpp"
 #include "mesh_check.hpp"
 #include "progress_record.hpp"
+#include "run_settings.hpp"
+#include "tornwalzen_ext.h"
 
 namespace host {
 
@@ -26,15 +28,18 @@ struct RunOutput {
   std::vector<double> RX;             // mm: u, v of node 1, of node 2, ...
   std::vector<double> startingBlank;  // mm: u, v per node as RX, of the developed part
   std::vector<double> EVAL;  // five values per element as in tornwalzen.h; NaN if no increment converged
+  std::vector<TornwalzenElementStrain> strains;  // per element, between part and blank
+  TornwalzenReport report{};
   std::int32_t ISTAT = 0;
   std::int64_t matrixEntries = 0;  // stored entries of the global matrix
   ProgressRecord progress;
   PhaseTimes times;
 };
 
-// part, hold: checked. material: 0, 1, 2 or 10. onProgress: called on this thread after each progress record.
-// Throws Failure (exitRunFailed) if the set-up fails, in words; a failure of the analysis is left in ISTAT.
-RunOutput runLibrary(const Part& part, const Hold& hold, int material,
+// part, hold: checked, lengths in mm. Begins with the library as after loading. onProgress: called on this
+// thread after each progress record. Throws Failure (exitRunFailed) if the set-up fails, in words; a failure
+// of the analysis is left in ISTAT and the report.
+RunOutput runLibrary(const Part& part, const Hold& hold, const RunSettings& settings,
                      const std::function<void(const ProgressRecord&)>& onProgress);
 
 }  // namespace host

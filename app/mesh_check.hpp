@@ -15,7 +15,7 @@ namespace host {
 // piece alone it has fewer elements than the file.
 struct Part {
   std::string file;
-  std::vector<double> points;         // mm: x, y, z of node 1, of node 2, ...
+  std::vector<double> points;         // file's unit: x, y, z of node 1, of node 2, ...
   std::vector<std::int32_t> corners;  // the three node numbers of element 1, of element 2, ...; 1..nodes()
   std::vector<std::int32_t> fileElement;  // number in the file of each element, from 1
   std::vector<std::int32_t> deckFlags;    // of a mesh deck: per unknown 1 free, 0 held; else empty
@@ -23,7 +23,7 @@ struct Part {
   std::int64_t filePieces = 0;            // pieces in the file
   std::int64_t fileElements = 0;          // triangles in the file
   std::int64_t turned = 0;                // triangles that were turned to the orientation of the others
-  double size = 0.0;                      // mm: the longest side of the box around the nodes in triangles
+  double size = 0.0;                      // likewise: the longest side of the box around the nodes in triangles
 
   std::int64_t nodes() const { return static_cast<std::int64_t>(points.size() / 3); }
   std::int64_t elements() const { return static_cast<std::int64_t>(corners.size() / 3); }

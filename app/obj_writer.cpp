@@ -17,8 +17,8 @@ std::string onOneLine(std::string text) {
 }  // namespace
 
 void writeBlankObj(FileWriter& file, const RunReport& report) {
-  file.write("# flat blank of " + onOneLine(report.part.file) +
-             "\n# unit: mm; nodes in the order of the part\n");
+  file.write("# flat blank of " + onOneLine(report.part.file) + "\n# unit: " + report.unit.name +
+             "; nodes in the order of the part\n");
   if (!report.verdict.converged) file.write("# NOT CONVERGED: " + report.verdict.reason + "\n");
   const std::vector<double>& points = report.results.blankPoints;
   for (std::size_t k = 0; k < points.size(); k += 3)

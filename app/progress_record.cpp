@@ -8,11 +8,9 @@ namespace host {
 void ProgressRecord::take(const TornwalzenProgress& record) {
   if (record.kind == 0) {
     fraction_ = record.value;
-    timeTexts_ = 0;
     return;
   }
   const std::string_view text = record.text;
-  if (text.starts_with("TIME: ")) ++timeTexts_;
   // each increment announces itself by this information line, directly behind its fraction
   if (text.find("Inverse Projektion") != std::string_view::npos) {
     if (phase_ == RunPhase::development) developed_ = std::chrono::steady_clock::now();

@@ -21,17 +21,9 @@ class ProgressRecord {
   // When the development was over, if it was.
   std::chrono::steady_clock::time_point developed() const { return developed_; }
 
-  // The run converged if and only if it reached the whole part (last fraction 1.0), the last increment's
-  // report was followed by the closing one (two time texts behind that fraction), and the status is not -1.
-  bool converged(int ISTAT) const {
-    return phase_ == RunPhase::increments && fraction_ == 1.0 && timeTexts_ == 2 && ISTAT != -1;
-  }
-  bool reachedWholePart() const { return phase_ == RunPhase::increments && fraction_ == 1.0; }
-
  private:
   RunPhase phase_ = RunPhase::development;
   double fraction_ = 0.0;
-  int timeTexts_ = 0;  // since the last fraction
   int steps_ = 0;
   std::chrono::steady_clock::time_point developed_{};
 };

@@ -17,20 +17,20 @@ namespace host {
 
 struct Results {
   // per element
-  std::vector<double> partArea;         // mm^2
-  std::vector<double> blankArea;        // mm^2; zero or negative: the element is folded over in the blank
+  std::vector<double> partArea;         // square of the part's unit
+  std::vector<double> blankArea;        // likewise; zero or negative: the element is folded over in the blank
   std::vector<double> thicknessRatio;   // t / t0; NaN for a folded element
   std::vector<double> thicknessStrain;  // ln(t / t0); NaN for a folded element
   std::vector<double> minusTraceE;      // -(E11 + E22) of the library, dimensionless
   std::vector<double> density;          // of the library's potential, dimensionless
   std::vector<double> smallestAngle;    // degrees, of the part's triangle
   // per node, all nodes of the file
-  std::vector<double> blankPoints;          // mm: x, y, 0
-  std::vector<double> displacement;         // mm: part minus blank, x, y, z
+  std::vector<double> blankPoints;          // part's unit: x, y, 0
+  std::vector<double> displacement;         // part's unit: part minus blank, x, y, z
   std::vector<double> nodeThicknessStrain;  // mean over the triangles around the node, weighed by part area
   // totals over the nodes in triangles
-  double partAreaTotal = 0.0, blankAreaTotal = 0.0;  // mm^2
-  double blankSizeX = 0.0, blankSizeY = 0.0;         // mm, sides of the box around the blank
+  double partAreaTotal = 0.0, blankAreaTotal = 0.0;  // square of the part's unit
+  double blankSizeX = 0.0, blankSizeY = 0.0;         // part's unit, sides of the box around the blank
   std::int64_t thinnest = 0, thickest = 0;           // element numbers from 1, 0 if all are folded
   std::int64_t folded = 0;                           // elements with no positive area in the blank
 };

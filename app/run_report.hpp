@@ -8,7 +8,8 @@
 #include "library_run.hpp"
 #include "mesh_check.hpp"
 #include "results.hpp"
-#include "run_log.hpp"
+#include "run_settings.hpp"
+#include "unit.hpp"
 #include "verdict.hpp"
 
 namespace host {
@@ -17,12 +18,13 @@ struct RunReport {
   const Part& part;
   const Hold& hold;
   const RunOutput& run;
-  const RunCounts& counts;
   const Results& results;
   const Verdict& verdict;
-  int material;          // 0, 1, 2 or 10
-  std::string holdRule;  // as the user gave it
-  std::string folder;    // of the result files
+  const RunSettings& settings;  // of the last run
+  int runs;                     // runs made until one converged, or to the last
+  const Unit& unit;             // of part, blank and results
+  std::string holdRule;         // as the user gave it
+  std::string folder;           // of the result files
 };
 
 }  // namespace host

@@ -46,18 +46,37 @@ void tellAboutMesh(const Part& part) {
 }
 
 // The run, with the library's messages in the log and its progress on the screen.
-RunOutput runWithMessages(const Part& part, const Hold& hold, const SolveOptions& options, RunLog& log) {
-  const bool terminal = ::isatty(STDERR_FILENO) == 1 && !options.verbose;  // messages would tear the bar
+RunOutput runWithMessages(const Part& part, const Hold& hold, const RunSettings& settings, bool verbose,
+                          RunLog& log) {
+  const bool terminal = ::isatty(STDERR_FILENO) == 1 && !verbose;  // messages would tear the bar
   ProgressView view(terminal);
-  const int screen = options.verbose ? ::dup(STDOUT_FILENO) : -1;
+  const int screen = verbose ? ::dup(STDOUT_FILENO) : -1;
   RunOutput run;
   {
     const OutputCapture capture([&](std::string_view line) { log.take(line, screen); });
-    run =
-        runLibrary(part, hold, options.material, [&](const ProgressRecord& record) { view.update(record); });
+    run = runLibrary(part, hold, settings, [&](const ProgressRecord& record) { view.update(record); });
   }
   view.finish();
   if (screen >= 0) ::close(screen);
+  return run;
+}
+
+// The run, and where it does not converge and the user left the tolerance to the program, the same with the
+// intermediate increments brought closer to equilibrium. settings: in and out, those of the last run; runs:
+// out, their number.
+RunOutput runUntilConverged(const Part& part, const Hold& hold, const SolveOptions& options, RunLog& log,
+                            RunSettings& settings, int& runs) {
+  RunOutput run = runWithMessages(part, hold, settings, options.verbose, log);
+  runs = 1;
+  for (const double factor : {0.1, 0.01}) {
+    if (!settings.mayRepeat || !tighterPathMayHelp(part, run)) break;
+    settings.pathFactor = factor;
+    std::fprintf(stderr,
+                 "not converged: %s\nrepeating with the tolerance of the increments on the way times %s\n",
+                 judge(part, run).reason.c_str(), decimal(factor).c_str());
+    run = runWithMessages(part, hold, settings, options.verbose, log);
+    ++runs;
+  }
   return run;
 }
 
@@ -78,8 +97,12 @@ void writeResults(const RunReport& report, const SolveOptions& options) {
 }  // namespace
 
 int solve(const SolveOptions& options) {
+  RunSettings settings = settingsOf(options);
+  const Unit unit = unitOf(options.unit);
   const Part part = checkMesh(readMeshFile(options.part), options.largest);
   tellAboutMesh(part);
+  const std::string warning = sizeWarning(part, unit);
+  if (!warning.empty()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   if (options.eben || options.ebenStart) checkFlatBlankFits(part);
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);
@@ -87,14 +110,16 @@ int solve(const SolveOptions& options) {
   const std::string folder = outputFolder(options);
   makeFolder(folder);
   RunLog log((fs::path(folder) / "tornwalzen.log").string());
-  const RunOutput run = runWithMessages(part, hold, options, log);
-  const Verdict verdict = judge(part, options.material, run, log.counts());
+  int runs;
+  RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options, log, settings, runs);
+  convertBlanks(run, unit);
+  const Verdict verdict = judge(part, run);
   if (!blankIsFinite(run))
     throw Failure("the run gave no usable blank: " + verdict.reason + "; no result file was written",
                   exitRunFailed);
 
   const Results results = computeResults(part, run);
-  const RunReport report{part, hold, run, log.counts(), results, verdict, options.material, rule, folder};
+  const RunReport report{part, hold, run, results, verdict, settings, runs, unit, rule, folder};
   writeResults(report, options);
   std::fputs(summaryTable(report).c_str(), stdout);
   if (!log.problem().empty()) throw Failure(log.problem());

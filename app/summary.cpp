@@ -36,6 +36,23 @@ std::string elementText(const RunReport& report, std::int64_t element) {
          fixedDecimal(report.results.thicknessStrain[e], 4);
 }
 
+std::string settingsText(const RunSettings& settings) {
+  return "material " + std::to_string(settings.material) +
+         (settings.curve.source.empty() ? "" : " as " + settings.curve.source) + ", r " +
+         decimal(settings.r) + ", energy " + (settings.partReference ? "part" : "blank") + ", tolerance " +
+         decimal(settings.finalFactor) + "," + decimal(settings.pathFactor);
+}
+
+// A run may find its way back after increments that were taken as they were; but then it may also have ended
+// in another equilibrium, far from the blank.
+std::string convergedText(const RunReport& report) {
+  if (!report.verdict.converged) return "NO: " + report.verdict.reason;
+  const std::int32_t unconverged = report.run.report.accepted_unconverged;
+  if (unconverged == 0) return "yes";
+  return "yes, but " + counted(unconverged, "increment") +
+         " on the way did not; check the largest strain, and compare with --tolerance 0.001,0.1";
+}
+
 std::string seconds(double value) {
   return fixedDecimal(value, 2) + " s";
 }
@@ -44,12 +61,19 @@ std::string seconds(double value) {
 
 std::string summaryJson(const RunReport& report) {
   const Results& results = report.results;
+  const TornwalzenReport& run = report.run.report;
   Json json;
   json["program"] = "tornwalzen " TORNWALZEN_VERSION;
   json["part"] = report.part.file;
   json["converged"] = report.verdict.converged;
   json["reason"] = report.verdict.converged ? Json(nullptr) : Json(report.verdict.reason);
-  json["material"] = report.material;
+  json["material"] = report.settings.material;
+  json["flow_curve"] =
+      report.settings.curve.source.empty() ? Json("built in") : Json(report.settings.curve.source);
+  json["normal_anisotropy"] = report.settings.r;
+  json["energy_reference"] = report.settings.partReference ? "part" : "blank";
+  json["tolerance_factors"] = {report.settings.finalFactor, report.settings.pathFactor};
+  json["unit"] = report.unit.name;
   json["hold"] = report.holdRule;
   json["held_unknowns"] = report.hold.held;
   json["nodes"] = report.part.nodes();
@@ -58,20 +82,26 @@ std::string summaryJson(const RunReport& report) {
   json["pieces_in_file"] = report.part.filePieces;
   json["triangles_turned"] = report.part.turned;
   json["matrix_entries"] = report.run.matrixEntries;
-  json["part_area_mm2"] = results.partAreaTotal;
-  json["blank_area_mm2"] = results.blankAreaTotal;
-  json["blank_size_x_mm"] = results.blankSizeX;
-  json["blank_size_y_mm"] = results.blankSizeY;
+  const std::string& unit = report.unit.name;
+  json["part_area_" + unit + "2"] = results.partAreaTotal;
+  json["blank_area_" + unit + "2"] = results.blankAreaTotal;
+  json["blank_size_x_" + unit] = results.blankSizeX;
+  json["blank_size_y_" + unit] = results.blankSizeY;
   json["thinnest"] = elementJson(report, results.thinnest);
   json["thickest"] = elementJson(report, results.thickest);
   json["triangles_folded_in_blank"] = results.folded;
-  json["increments"] = report.counts.increments();
-  json["repeated_increments"] = report.counts.repeats;
-  json["newton_iterations"] = report.counts.newtonIterations;
-  json["progress_reached"] =
-      report.run.progress.phase() == RunPhase::increments ? report.run.progress.fraction() : 0.0;
-  json["last_largest_gradient"] =
-      report.counts.newtonIterations > 0 ? Json(report.counts.lastGradient) : Json(nullptr);
+  json["largest_equivalent_strain"] = run.largest_strain;
+  json["largest_strain_beyond_flow_curve"] = run.beyond_curve == 1;
+  json["runs"] = report.runs;
+  json["increments"] = run.increments;
+  json["repeated_increments"] = run.repeats;
+  json["increments_accepted_unconverged"] = run.accepted_unconverged;
+  json["newton_iterations"] = run.newton_iterations;
+  json["progress_reached"] = run.progress;
+  json["last_largest_gradient_mm"] = run.newton_iterations > 0 ? Json(run.last_gradient) : Json(nullptr);
+  json["gradient_tolerance_mm"] = run.newton_iterations > 0 ? Json(run.gradient_limit) : Json(nullptr);
+  json["negative_pivots"] = run.negative_pivots >= 0 ? Json(run.negative_pivots) : Json(nullptr);
+  json["factor_entries"] = run.factor_entries;
   json["wall_time"] = timesJson(report.run.times);
   // a file name need not be UTF-8: what is not becomes the replacement character
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
@@ -80,6 +110,9 @@ std::string summaryJson(const RunReport& report) {
 std::string summaryTable(const RunReport& report) {
   const Results& results = report.results;
   const PhaseTimes& times = report.run.times;
+  const TornwalzenReport& run = report.run.report;
+  const std::string& unit = report.unit.name;
+  const int digits = report.unit.millimetres < 2.0 ? 2 : 4;  // of lengths
   std::string table;
   const auto row = [&](const std::string& name, const std::string& value) {
     std::string cell = name;
@@ -88,21 +121,25 @@ std::string summaryTable(const RunReport& report) {
   };
   row("nodes", std::to_string(report.part.nodes()));
   row("triangles", std::to_string(report.part.elements()));
-  row("blank size",
-      fixedDecimal(results.blankSizeX, 2) + " x " + fixedDecimal(results.blankSizeY, 2) + " mm");
-  row("blank area", fixedDecimal(results.blankAreaTotal, 1) + " mm2 (part " +
-                        fixedDecimal(results.partAreaTotal, 1) + " mm2)");
+  row("blank size", fixedDecimal(results.blankSizeX, digits) + " x " +
+                        fixedDecimal(results.blankSizeY, digits) + " " + unit);
+  row("blank area", fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "2 (part " +
+                        fixedDecimal(results.partAreaTotal, digits - 1) + " " + unit + "2)");
   row("thinnest", elementText(report, results.thinnest));
   row("thickest", elementText(report, results.thickest));
   if (results.folded > 0) row("folded over", counted(results.folded, "triangle") + " of the blank");
-  row("increments",
-      std::to_string(report.counts.increments()) + " (" + counted(report.counts.repeats, "repeat") + ")");
-  row("Newton iterations", std::to_string(report.counts.newtonIterations));
+  row("largest strain", fixedDecimal(run.largest_strain, 4) + " (equivalent" +
+                            (run.beyond_curve == 1 ? ", BEYOND the data of the flow curve)" : ")"));
+  row("settings", settingsText(report.settings));
+  row("increments", std::to_string(run.increments) + " (" + counted(run.repeats, "repeat") + ")");
+  row("Newton iterations",
+      std::to_string(run.newton_iterations) +
+          (report.runs > 1 ? " (in the last of " + std::to_string(report.runs) + " runs)" : ""));
   row("time", "structure " + seconds(times.structure) + ", ordering " + seconds(times.ordering) +
                   ", symbolic " + seconds(times.symbolic) + ",");
   row("", "development " + seconds(times.development) + ", increments " + seconds(times.increments));
   row("results in", report.folder);
-  row("converged", report.verdict.converged ? "yes" : "NO: " + report.verdict.reason);
+  row("converged", convergedText(report));
   return table;
 }
 

@@ -7,7 +7,6 @@
 #include "failure.hpp"
 #include "library_run.hpp"
 #include "mesh_check.hpp"
-#include "run_log.hpp"
 
 namespace host {
 
@@ -17,7 +16,12 @@ struct Verdict {
   ExitStatus status = exitUnconverged;
 };
 
-Verdict judge(const Part& part, int material, const RunOutput& run, const RunCounts& counts);
+// From the library's own report of the run.
+Verdict judge(const Part& part, const RunOutput& run);
+
+// Whether the run may converge if the intermediate increments are brought closer to equilibrium: its
+// increments stalled, and the part is not flat.
+bool tighterPathMayHelp(const Part& part, const RunOutput& run);
 
 }  // namespace host
 

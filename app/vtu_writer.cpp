@@ -50,7 +50,8 @@ void writeArray(FileWriter& file, const std::string& name, const std::vector<T>&
 
 void writePoints(FileWriter& file, const RunReport& report, Shape shape) {
   file.write("<Points>\n");
-  writeArray(file, "position_mm", shape == Shape::part ? report.part.points : report.results.blankPoints,
+  writeArray(file, "position_" + report.unit.name,
+             shape == Shape::part ? report.part.points : report.results.blankPoints,
              "NumberOfComponents=\"3\" ");
   file.write("</Points>\n");
 }
@@ -68,7 +69,28 @@ void writeCells(FileWriter& file, const RunReport& report) {
   file.write("</Cells>\n");
 }
 
-void writeCellData(FileWriter& file, const RunReport& report) {
+// Strains and flow stress of the elements, with the direction of the major strain in the shape that is
+// written.
+void writeStrains(FileWriter& file, const RunReport& report, Shape shape) {
+  std::vector<double> major, minor, equivalent, stress, direction;
+  for (const TornwalzenElementStrain& strain : report.run.strains) {
+    major.push_back(strain.major);
+    minor.push_back(strain.minor);
+    equivalent.push_back(strain.equivalent);
+    stress.push_back(strain.flow_stress);
+    if (shape == Shape::part)
+      direction.insert(direction.end(), strain.direction_part, strain.direction_part + 3);
+    else
+      direction.insert(direction.end(), {strain.direction_blank[0], strain.direction_blank[1], 0.0});
+  }
+  writeArray(file, "strain_major_log", major);
+  writeArray(file, "strain_minor_log", minor);
+  writeArray(file, "strain_equivalent", equivalent);
+  writeArray(file, "flow_stress_MPa", stress);
+  writeArray(file, "direction_of_strain_major", direction, "NumberOfComponents=\"3\" ");
+}
+
+void writeCellData(FileWriter& file, const RunReport& report, Shape shape) {
   const Results& results = report.results;
   file.write("<CellData Scalars=\"thickness_strain_ln_Ablank_by_Apart\">\n");
   writeArray(file, "thickness_strain_ln_Ablank_by_Apart", results.thicknessStrain);
@@ -76,8 +98,9 @@ void writeCellData(FileWriter& file, const RunReport& report) {
   writeArray(file, "minus_E11_plus_E22", results.minusTraceE);
   writeArray(file, "density", results.density);
   writeArray(file, "smallest_angle_deg", results.smallestAngle);
-  writeArray(file, "part_area_mm2", results.partArea);
-  writeArray(file, "blank_area_mm2", results.blankArea);
+  writeArray(file, "part_area_" + report.unit.name + "2", results.partArea);
+  writeArray(file, "blank_area_" + report.unit.name + "2", results.blankArea);
+  writeStrains(file, report, shape);
   writeArray(file, "element_number_in_file", report.part.fileElement);
   file.write("</CellData>\n");
 }
@@ -93,11 +116,12 @@ void writePointData(FileWriter& file, const RunReport& report) {
     heldV.push_back(report.hold.ARFA[k + 1] == 0);
     number.push_back(static_cast<std::int32_t>(k / 2) + 1);
   }
-  file.write("<PointData Vectors=\"displacement_part_minus_blank_mm\">\n");
-  writeArray(file, "displacement_part_minus_blank_mm", report.results.displacement,
+  const std::string& unit = report.unit.name;
+  file.write("<PointData Vectors=\"displacement_part_minus_blank_" + unit + "\">\n");
+  writeArray(file, "displacement_part_minus_blank_" + unit, report.results.displacement,
              "NumberOfComponents=\"3\" ");
-  writeArray(file, "u_blank_mm", u);
-  writeArray(file, "v_blank_mm", v);
+  writeArray(file, "u_blank_" + unit, u);
+  writeArray(file, "v_blank_" + unit, v);
   writeArray(file, "thickness_strain_node_mean", report.results.nodeThicknessStrain);
   writeArray(file, "held_u", heldU);
   writeArray(file, "held_v", heldV);
@@ -134,7 +158,7 @@ void writeVtu(FileWriter& file, const RunReport& report, Shape shape) {
              "\" NumberOfCells=\"" + std::to_string(report.part.elements()) + "\">\n");
   writePoints(file, report, shape);
   writeCells(file, report);
-  writeCellData(file, report);
+  writeCellData(file, report, shape);
   writePointData(file, report);
   file.write("</Piece>\n</UnstructuredGrid>\n</VTKFile>\n");
 }

@@ -5,6 +5,7 @@
 #include "develop/unfold_geometry.hpp"
 #include "develop/unfold_report.hpp"
 #include "interface/progress.hpp"
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 
 namespace tornwalzen {
@@ -55,10 +56,21 @@ bool unfoldConverged(double qmax, Int degenerate, Int iteration) {
   return !(qmax > targetMeasure) && degenerate < 1 && iteration >= leastIterations;
 }
 
+namespace {
+
+void keepForTheReport(const DescentState& state) {
+  record.unfoldIterations = state.iteration;
+  record.invertedElements = state.degenerate;
+  record.largestMeasure = run.qmax;
+}
+
+}  // namespace
+
 void unfoldDescent(const DriverArrays& a, VisitedElements& visited) {
   DescentState state{};
   unfoldObjective(a, visited, state.degenerate, state.EN);
   state.qmaxAtStart = state.qmin = run.qmax;
+  keepForTheReport(state);
   progre(&run.qmax);
 
   for (Int k = 1; k <= iterationLimit; ++k) {
@@ -70,6 +82,7 @@ void unfoldDescent(const DriverArrays& a, VisitedElements& visited) {
     unfoldObjective(a, visited, state.degenerate, state.EN);
     state.iteration = k;
     state.qmax = run.qmax;
+    keepForTheReport(state);
     if (state.qmax <= state.qmin) state.qmin = state.qmax;
     if (k % lineInterval == 1) {
       reportIteration(state);

@@ -3,6 +3,7 @@
 
 #include "interface/messages.hpp"
 #include "interface/progress.hpp"
+#include "interface/run_record.hpp"
 
 namespace tornwalzen {
 
@@ -38,15 +39,15 @@ void reportAdvance(const DescentState& state) {
 }
 
 void reportNoConvergence(Int degenerate, Int iteration) {
-  proinf(MessageLine()
-             .text(" Tornwalzen - Geometrie abwickeln: ")
-             .integer(degenerate, 5)
-             .text(" deg.Elemente  ")
-             .integer(iteration, 5)
-             .text(" Iterationen ,    KEINE KONVERGENZ -> ABBRUCH !!!")
-             .nul()
-             .buffer(),
-         messageLength);
+  const MessageLine line = MessageLine()
+                               .text(" Tornwalzen - Geometrie abwickeln: ")
+                               .integer(degenerate, 5)
+                               .text(" deg.Elemente  ")
+                               .integer(iteration, 5)
+                               .text(" Iterationen ,    KEINE KONVERGENZ -> ABBRUCH !!!")
+                               .nul();
+  noteFatalText(line.buffer());
+  proinf(line.buffer(), messageLength);
 }
 
 }  // namespace tornwalzen

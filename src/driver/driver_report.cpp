@@ -3,6 +3,7 @@
 
 #include "interface/messages.hpp"
 #include "interface/progress.hpp"
+#include "interface/run_record.hpp"
 
 namespace tornwalzen {
 
@@ -43,7 +44,9 @@ void reportRepeat() {
 }
 
 void reportMinimumStep() {
-  printMessage(MessageLine().text(" KEINE KONVERGENZ, MINIMLAE SCHRITTWEITE @"));
+  static const char text[] = " KEINE KONVERGENZ, MINIMLAE SCHRITTWEITE @";
+  noteFatalText(text);
+  printMessage(MessageLine().text(text));
 }
 
 void reportDegenerateFullStep() {

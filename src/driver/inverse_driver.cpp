@@ -5,10 +5,13 @@
 
 #include "develop/unfold.hpp"
 #include "driver/driver_report.hpp"
+#include "driver/element_strains.hpp"
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
 #include "interface/progress.hpp"
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
+#include "sparse/factor_record.hpp"
 
 namespace tornwalzen {
 
@@ -47,6 +50,11 @@ Outcome stalled(const LoadPath& path) {
   return path.lambda == lambdaEnd ? Outcome::endedUnconverged : Outcome::acceptedUnconverged;
 }
 
+void acceptIncrement(const LoadPath& path) {
+  record.increments += 1;
+  record.progress = path.lambda;
+}
+
 /// Newton iterations of one increment; counts them in path.m.
 Outcome iterate(LoadPath& path, double tol, const DriverArrays& a, Table<const double> FC) {
   double EN;
@@ -56,19 +64,19 @@ Outcome iterate(LoadPath& path, double tol, const DriverArrays& a, Table<const d
     path.m += 1;
     if (path.m > newtonLimit || run.lsfak < lineSearchCollapse) return stalled(path);
     newtonStep(EN, a, FC);
+    record.newtonSteps += 1;
     if (failed(run.ierrel)) return Outcome::repeat;
     reportIteration(EN);
+    const double limit = gradientLimit(tol, path.lambda) * toleranceFactor(path.lambda);
+    record.lastGradient = run.maxgrad;
+    record.gradientLimit = limit;
     // Written so that a residual that is not a number never counts as converged.
-    if (path.m >= newtonLeast && run.maxgrad <= gradientLimit(tol, path.lambda)) return Outcome::converged;
+    if (path.m >= newtonLeast && run.maxgrad <= limit) return Outcome::converged;
   }
 }
 
-}  // namespace
-
-void inverseDriver(const DriverArrays& a, Vector<double> EVAL) {
-  const Table<const double> FC = flowCurve();
-  unfoldBlank(a);
-  if (failed(run.ierrel)) return;
+/// Increments until the part is reached or the path is given up; returns how it ended.
+RunEnd followPath(const DriverArrays& a, Vector<double> EVAL, Table<const double> FC) {
   const double tol = gradientTolerance(run.istat);
   LoadPath path;
   openProgress(path);
@@ -80,7 +88,7 @@ void inverseDriver(const DriverArrays& a, Vector<double> EVAL) {
     if (exhausted) {
       reportMinimumStep();
       run.ierrel = errorSet;
-      return;
+      return RunEnd::stepTooSmall;
     }
     path.advance();
     reportIncrement(path);
@@ -88,24 +96,47 @@ void inverseDriver(const DriverArrays& a, Vector<double> EVAL) {
     switch (iterate(path, tol, a, FC)) {
       case Outcome::converged:
         copyResults(a.ELG, EVAL);
+        acceptIncrement(path);
         if (path.atEnd()) {
           procpu();
-          return;
+          return RunEnd::converged;
         }
         break;
       case Outcome::acceptedUnconverged:
+        acceptIncrement(path);
+        record.acceptedUnconverged += 1;
         path.m = newtonLimit + 1;  // the step rule then shrinks to the floor
         break;
       case Outcome::endedUnconverged:
-        return;
+        return RunEnd::finalUnconverged;
       case Outcome::repeat:
         restoreUnknowns(a);
         run.ierrel = 0;
         path.stepBack();
         reportRepeat();
+        record.repeats += 1;
         break;
     }
   }
+}
+
+}  // namespace
+
+void inverseDriver(const DriverArrays& a, Vector<double> EVAL) {
+  const Table<const double> FC = flowCurve();
+  record.end = RunEnd::running;
+  const bool leftover = failed(run.ierrel);
+  {
+    const ProcessorTime time(record.development);
+    unfoldBlank(a);
+  }
+  if (failed(run.ierrel)) {
+    record.end = leftover ? RunEnd::leftoverError : RunEnd::notDeveloped;
+    return;
+  }
+  record.end = followPath(a, EVAL, FC);
+  recordFactor(a.WORK, a.RWORK);
+  recordLargestStrain(a, FC);
 }
 
 }  // namespace tornwalzen

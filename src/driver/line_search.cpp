@@ -5,6 +5,7 @@
 
 #include "driver/driver_report.hpp"
 #include "element/assembly.hpp"
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 
 namespace tornwalzen {
@@ -30,6 +31,7 @@ void moveBack(const DriverArrays& a, double f, bool& moved) {
 /// well.
 void evaluate(const DriverArrays& a, Table<const double> FC, bool& degenerate) {
   run.ierrel = 0;
+  record.lineSearchTrials += 1;
   assemble(residualOnly, a, FC);
   degenerate = failed(run.ierrel);
 }

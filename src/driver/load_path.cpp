@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "interface/run_options.hpp"
+
 namespace tornwalzen {
 
 namespace {
@@ -27,6 +29,10 @@ double nextStep(double dlam, Int m) {
 
 double gradientLimit(double tol, double lambda) {
   return lambda == lambdaEnd ? tol : intermediateFactor * tol;
+}
+
+double toleranceFactor(double lambda) {
+  return lambda == lambdaEnd ? options.finalTolerance : options.pathTolerance;
 }
 
 double gradientTolerance(Int istat) {

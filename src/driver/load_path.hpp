@@ -18,6 +18,10 @@ double nextStep(double dlam, Int m);
 /// before.
 double gradientLimit(double tol, double lambda);
 
+/// What the host multiplies that limit with: one factor at the end of the path, another before; both 1 if it
+/// chose none.
+double toleranceFactor(double lambda);
+
 /// `tol` of a run: 0.1 where istat = 1, 0.01 where istat = 0.
 double gradientTolerance(Int istat);
 

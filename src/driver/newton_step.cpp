@@ -6,6 +6,7 @@
 #include "driver/line_search.hpp"
 #include "element/assembly.hpp"
 #include "element/element.hpp"
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 #include "sparse/loesys.hpp"
 
@@ -18,7 +19,8 @@ constexpr Int numericStep = 44;     // step codes of the solver
 constexpr Int solveStep = 1;
 constexpr Int heldFlag = 0;  // any other flag lets the unknown move
 
-void solver(Int step, const DriverArrays& a) {
+void solver(Int step, const DriverArrays& a, double& seconds) {
+  const ProcessorTime time(seconds);
   loesys(step, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.SYSM, a.WRHS);
 }
 
@@ -33,11 +35,16 @@ void discardUnusableCorrection(Vector<double> RB) {
 }  // namespace
 
 void newtonStep(double& EN, const DriverArrays& a, Table<const double> FC) {
-  assemble(residualAndMatrix, a, FC);
-  if (failed(run.ierrel)) return;
-  imposeHeldUnknowns(a);
-  solver(numericStep, a);
-  solver(solveStep, a);
+  {
+    const ProcessorTime time(record.assembly);
+    assemble(residualAndMatrix, a, FC);
+    if (failed(run.ierrel)) return;
+    imposeHeldUnknowns(a);
+  }
+  solver(numericStep, a, record.factorization);
+  record.factorizations += 1;
+  solver(solveStep, a, record.solve);
+  const ProcessorTime time(record.lineSearch);
   discardUnusableCorrection(a.RB);
   lineSearch(lineSearchLimit, a, FC);
   energySum(EN, a, FC);
@@ -58,13 +65,7 @@ void imposeHeldUnknowns(const DriverArrays& a) {
 }
 
 void energySum(double& EN, const DriverArrays& a, Table<const double> FC) {
-  EN = 0.0;
-  for (Int e = 1; e <= run.nele; ++e) {
-    double potential;
-    elementMeasure(e, a.INTA, a.RX, a.KNZ, FC, potential, a.ELG);
-    if (failed(run.ierrel)) return;
-    EN += potential;
-  }
+  measureElements(a.INTA, a.RX, a.KNZ, FC, EN, a.ELG);
 }
 
 }  // namespace tornwalzen

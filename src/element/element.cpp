@@ -5,6 +5,7 @@
 #include "element/density_plastic.hpp"
 #include "element/expansion.hpp"
 #include "element/kinematics.hpp"
+#include "interface/run_options.hpp"
 #include "tornwalzen.h"
 
 namespace tornwalzen {
@@ -33,6 +34,12 @@ bool evaluate(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const
   return true;
 }
 
+/// What the density is weighed with where the part's triangle is the reference of the energy: it does not
+/// change with the blank.
+double partWeight(Int e, Table<const Int> INTA, Table<const double> KNZ) {
+  return twicePartArea(INTA(e, 1), INTA(e, 2), INTA(e, 3), KNZ);
+}
+
 }  // namespace
 
 void elementRoutine(Int e, Int mode, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
@@ -42,6 +49,13 @@ void elementRoutine(Int e, Int mode, Table<const Int> INTA, Vector<const double>
   const bool accepted = mode == 1 ? evaluate<Order::hessian>(e, INTA, RX, KNZ, CURVE, K, F)
                                   : evaluate<Order::gradient>(e, INTA, RX, KNZ, CURVE, K, F);
   if (!accepted) return;
+  if (options.partReference) {
+    const double A = partWeight(e, INTA, KNZ);
+    POTENTIAL = A * F.phi;
+    weighedGradient(K, F, A, GRADIENT);
+    if (mode == 1) weighedHessian(K, F, A, HESSIAN);
+    return;
+  }
   POTENTIAL = K.D * F.phi;
   potentialGradient(K, F, GRADIENT);
   if (mode == 1) potentialHessian(K, F, HESSIAN);
@@ -55,7 +69,7 @@ void elementMeasure(Int e, Table<const Int> INTA, Vector<const double> RX, Table
     prttxt(degenerateText, sizeof degenerateText - 1);
     return;
   }
-  POTENTIAL = K.D * F.phi;
+  POTENTIAL = (options.partReference ? partWeight(e, INTA, KNZ) : K.D) * F.phi;
   ELG(e, 1) = -(0.5 * (K.C11 - 1.0) + 0.5 * (K.C22 - 1.0));
   ELG(e, 2) = F.phi;
 }

@@ -1,6 +1,8 @@
 // One membrane triangle: its potential Π = D·φ over the blank coordinates of its corners, with the exact
 // gradient and Hessian. D is twice the blank area (mm²), φ the density (dimensionless) that the run status
-// selects: istat = 0 the Green-Lagrange density E11² + E22² + E12², otherwise ½·W(ε̄)² of the flow curve.
+// selects: istat = 0 the Green-Lagrange density E11² + E22² + E12², otherwise ½·W(ε̄)² of the flow curve. A
+// host may have chosen the part as the reference of the energy: then Π = A·φ with A twice the target
+// triangle's area.
 #pragma once
 
 #include "element/flow_curve.hpp"
@@ -26,5 +28,11 @@ void elementRoutine(Int e, Int mode, Table<const Int> INTA, Vector<const double>
 /// ELEMENT ", sets `ierrel` = -1 and leaves the outputs untouched.
 void elementMeasure(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
                     const FlowCurve& CURVE, double& POTENTIAL, Table<double> ELG);
+
+/// elementMeasure for all elements in order, with the same bits. SUM: out, sum of their potentials in that
+/// order (mm²). A degenerate element ends it as elementMeasure tells; SUM and ELG then hold what came before
+/// it.
+void measureElements(Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
+                     const FlowCurve& CURVE, double& SUM, Table<double> ELG);
 
 }  // namespace tornwalzen

@@ -1,8 +1,10 @@
-// The built-in flow curves (plastic strain, dimensionless; flow stress in MPa), their normalisation and the
-// coefficients of their piecewise cubics.
+// The built-in flow curves (plastic strain, dimensionless; flow stress in MPa), the host's in their place, their
+// normalisation and the coefficients of their piecewise cubics.
 #include "interface/material_setup.hpp"
 
 #include <iterator>
+
+#include "interface/run_options.hpp"
 
 namespace tornwalzen {
 
@@ -15,7 +17,7 @@ constexpr double stress566876 = 566.876f;    // 566.8759765625
 constexpr double stress570104 = 570.104f;    // 570.10400390625
 constexpr double stress85323 = 853.23f;      // 853.22998046875
 
-constexpr double farStrain = 5.0;   // extrapolation point that keeps very large strains inside the table
+constexpr double farStrain = farCurveStrain;
 
 constexpr double strains0[] = {0.0,     0.06897, 0.13793, 0.2069,  0.27586, 0.34483, 0.41379, 0.48276, 0.55172,
                                0.62069, 0.68966, 0.75862, 0.82759, 0.89655, 0.96552, 1.03448, 1.10345, 1.17241,
@@ -60,11 +62,19 @@ static_assert(std::size(strains2) == std::size(stresses2) && std::size(strains2)
 static_assert(std::size(strains10) == std::size(stresses10) && std::size(strains10) == 26);
 
 // Divides the stresses by the smallest of them.
-void normalise(Table<double> FC, Int npkt) {
-  double smin = 1e10;
+void normalise(Table<double> FC, Int npkt, double& smin) {
+  smin = 1e10;
   for (Int i = 1; i <= npkt; ++i)
     if (FC(i, 2) <= smin) smin = FC(i, 2);
   for (Int i = 1; i <= npkt; ++i) FC(i, 2) /= smin;
+}
+
+void copyBuiltIn(const BuiltInCurve& curve, Table<double> FC, Int& npkt) {
+  npkt = curve.points;
+  for (Int i = 1; i <= npkt; ++i) {
+    FC(i, 1) = curve.strains[i - 1];
+    FC(i, 2) = curve.stresses[i - 1];
+  }
 }
 
 }  // namespace
@@ -99,17 +109,35 @@ void prepareFlowCurve(Table<double> FC, Int npkt) {
   }
 }
 
-void materialSetup(Int ICTRL, Table<double> FC) {
-  for (const BuiltInCurve& curve : builtInCurves) {
-    if (curve.selector != ICTRL) continue;
-    run.npkt = curve.points;
-    for (Int i = 1; i <= run.npkt; ++i) {
-      FC(i, 1) = curve.strains[i - 1];
-      FC(i, 2) = curve.stresses[i - 1];
-    }
-    normalise(FC, run.npkt);
-    prepareFlowCurve(FC, run.npkt);
+void copyHostCurve(const HostCurve& curve, Table<double> FC, Int& npkt) {
+  const Int last = curve.points;
+  for (Int i = 1; i <= last; ++i) {
+    FC(i, 1) = curve.strain[i - 1];
+    FC(i, 2) = curve.stress[i - 1];
   }
+  npkt = last + 1;
+  FC(npkt, 1) = farCurveStrain;
+  FC(npkt, 2) =
+      FC(last, 2) + (FC(last, 2) - FC(last - 1, 2)) / (FC(last, 1) - FC(last - 1, 1)) * (farCurveStrain - FC(last, 1));
+}
+
+bool loadFlowCurve(Int selector, Table<double> FC, Int& npkt, double& smin) {
+  for (const BuiltInCurve& curve : builtInCurves) {
+    if (curve.selector != selector) continue;
+    if (selector < curveSelectors && options.curves[selector].points > 0)
+      copyHostCurve(options.curves[selector], FC, npkt);
+    else
+      copyBuiltIn(curve, FC, npkt);
+    normalise(FC, npkt, smin);
+    prepareFlowCurve(FC, npkt);
+    return true;
+  }
+  return false;
+}
+
+void materialSetup(Int ICTRL, Table<double> FC) {
+  double smin;
+  loadFlowCurve(ICTRL, FC, run.npkt, smin);
 }
 
 }  // namespace tornwalzen

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "interface/fixed_fields.hpp"
+#include "interface/run_record.hpp"
 #include "tornwalzen.h"
 
 namespace tornwalzen {
@@ -58,6 +59,7 @@ void printMessage(const MessageLine& line) {
 
 void failSolver(const char* text) {
   std::memcpy(run.MSGSTR_solver, MessageLine().text(text).buffer(), messageLength);
+  noteFatalText(text);
   prterr();
   run.ierrso = errorSet;
 }

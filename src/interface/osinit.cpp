@@ -1,6 +1,7 @@
 // OSINIT: structure set-up in three modes. Mode 1 takes the mesh and builds the pattern of the global matrix,
 // mode 2 orders its equations, mode 3 lays out the factor; each reports the work lengths that the next step needs.
 #include "interface/host_pointers.hpp"
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 #include "interface/subscript_check.hpp"
 #include "sparse/loeini.hpp"
@@ -57,6 +58,9 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
   }
 
   if (*MODE == 1) {
+    record = RunRecord{};
+    setUpTimes = SetUpTimes{};
+    const ProcessorTime time(setUpTimes.structure);
     forgetMesh();
     if (!argumentsGiven({{"NKNO", NKNO}, {"NELE", NELE}, {"NEQ", NEQ}, {"MNSYSM", MNSYSM}, {"NIWOR", NIWOR}}) ||
         !meshCountsUsable(*NKNO, *NELE, *NEQ, *MNSYSM) ||
@@ -103,6 +107,7 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
     *ISTAT = -1;
     return;
   }
+  const ProcessorTime time(*MODE == 2 ? setUpTimes.ordering : setUpTimes.symbolic);
   solverStep(*MODE == 2 ? ordering : symbolic, {"COLS", COLS, Int64{run.maxsys} + 1}, {"ROWI", ROWI, run.mnsysm},
              {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk});
   if (failed(run.ierrso)) {

@@ -2,6 +2,7 @@
 #include "driver/inverse_driver.hpp"
 #include "interface/host_pointers.hpp"
 #include "interface/material_setup.hpp"
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 #include "interface/subscript_check.hpp"
 #include "tornwalzen.h"
@@ -14,6 +15,8 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
                        const int32_t* ICTRL, double* EVAL, int32_t* ISTAT) {
   if (ISTAT == nullptr) return;
   *ISTAT = 0;
+  const AnalysisRun analysis;
+  const ProcessorTime time(record.total);
   if (!argumentsGiven({{"ICTRL", ICTRL}})) {
     *ISTAT = -1;
     return;
@@ -60,5 +63,6 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
   const bool usable = given && incidencesInside(arrays.INTA, run.nkno) &&
                       (run.neq == 0 || patternInside(arrays.COLS, arrays.ROWI, run.neq));
   if (usable) inverseDriver(arrays, {"EVAL", EVAL, 5 * elements});
+  if (usable && failed(run.ierrso)) record.end = RunEnd::solverFailed;
   *ISTAT = failed(run.ierrso) ? -1 : run.istat;
 }

@@ -33,6 +33,10 @@ void tornwalzen::processorTimeText(char* out, Int64 milliseconds) {
     std::snprintf(out, timeTextLength, "TIME: %lldsec", seconds % 60);
 }
 
+void tornwalzen::resetProgress() {
+  progress = ProgressState{};
+}
+
 extern "C" {
 
 void PlivaneSetProgressHdlr(TornwalzenProgressHandler handler, void* userdata) {

@@ -14,4 +14,7 @@ constexpr int timeTextLength =
 /// out: at least timeTextLength characters, zero-terminated on return. milliseconds: in, >= 0.
 void processorTimeText(char* out, Int64 milliseconds);
 
+/// No handler, no open scale: the state after loading.
+void resetProgress();
+
 }  // namespace tornwalzen

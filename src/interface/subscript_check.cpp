@@ -1,6 +1,7 @@
 // Range checks of host indices.
 #include "interface/subscript_check.hpp"
 
+#include "interface/run_record.hpp"
 #include "interface/run_state.hpp"
 
 namespace tornwalzen {
@@ -9,6 +10,9 @@ namespace {
 
 bool violation(const char* indexed, Int64 value, Int64 upper, Int64 lower) {
   reportSubscript(indexed, 1, value, upper, lower);
+  char line[subscriptLineLength];
+  composeSubscript(line, indexed, 1, value, upper, lower);
+  noteFatalText(line);
   run.ierrso = errorSet;
   return false;
 }

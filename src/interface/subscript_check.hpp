@@ -12,6 +12,12 @@ namespace tornwalzen {
 /// lower..upper.
 void reportSubscript(const char* name, int position, Int64 value, Int64 upper, Int64 lower = 1);
 
+constexpr int subscriptLineLength = 192;  // words, two 64-bit numbers and a name of up to 40 characters
+
+/// That line with its line end, zero-terminated.
+void composeSubscript(char (&line)[subscriptLineLength], const char* name, int position, Int64 value,
+                      Int64 upper, Int64 lower);
+
 /// True if every element of `indices` lies in 1..upper. At the first that does not: reports it as subscript
 /// #1 of the array `indexed`, sets the solver-side error word `ierrso` to -1 and returns false.
 bool subscriptsInside(Vector<const Int> indices, const char* indexed, Int64 upper);

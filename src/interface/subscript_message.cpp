@@ -7,17 +7,24 @@
 
 namespace tornwalzen {
 
-void reportSubscript(const char* name, int position, Int64 value, Int64 upper, Int64 lower) {
+void composeSubscript(char (&line)[subscriptLineLength], const char* name, int position, Int64 value,
+                      Int64 upper, Int64 lower) {
   if (value > upper)
-    std::fprintf(stderr,
-                 "fort: (2): Subscript #%d of the array %s has value %" PRId64
-                 " which is greater than the upper bound of %" PRId64 "\n",
-                 position, name, value, upper);
+    std::snprintf(line, sizeof line,
+                  "fort: (2): Subscript #%d of the array %s has value %" PRId64
+                  " which is greater than the upper bound of %" PRId64 "\n",
+                  position, name, value, upper);
   else
-    std::fprintf(stderr,
-                 "fort: (3): Subscript #%d of the array %s has value %" PRId64
-                 " which is less than the lower bound of %" PRId64 "\n",
-                 position, name, value, lower);
+    std::snprintf(line, sizeof line,
+                  "fort: (3): Subscript #%d of the array %s has value %" PRId64
+                  " which is less than the lower bound of %" PRId64 "\n",
+                  position, name, value, lower);
+}
+
+void reportSubscript(const char* name, int position, Int64 value, Int64 upper, Int64 lower) {
+  char line[subscriptLineLength];
+  composeSubscript(line, name, position, value, upper, lower);
+  std::fputs(line, stderr);
   std::fflush(stderr);
 }
 

@@ -42,40 +42,16 @@ std::string printed(bool terminal, Tell tell) {
 
 }  // namespace
 
-TEST(Converged, NeedsTheWholePartAndTheClosingTime) {
-  ProgressRecord record;
-  tellFraction(record, 0.0);
-  tellIncrement(record, 0.5);
-  EXPECT_FALSE(record.converged(0));
-  tellIncrement(record, 1.0);
-  EXPECT_FALSE(record.converged(0));  // as when the last increment fails: no closing time
-  tellText(record, "TIME: 1min 1s");
-  EXPECT_TRUE(record.converged(0));
-  EXPECT_TRUE(record.converged(1));
-}
-
-TEST(Converged, NeverWithStatusMinusOne) {
-  ProgressRecord record;
-  tellIncrement(record, 1.0);
-  tellText(record, "TIME: 1sec");
-  EXPECT_FALSE(record.converged(-1));
-}
-
-TEST(Converged, NotByARepeatOfTheLastIncrement) {
-  ProgressRecord record;
-  tellIncrement(record, 1.0);
-  tellIncrement(record, 1.0);
-  EXPECT_FALSE(record.converged(0));
-}
-
-TEST(Converged, NotByTheDevelopmentAlone) {
+TEST(ProgressRecord, TellsDevelopmentFromIncrements) {
   ProgressRecord record;
   tellFraction(record, 1.0);
   tellText(record, developmentLine);
-  tellText(record, "TIME: 1sec");
-  tellText(record, "TIME: 1sec");
-  EXPECT_FALSE(record.converged(0));
   EXPECT_EQ(record.phase(), RunPhase::development);
+  tellIncrement(record, 0.5);
+  tellIncrement(record, 1.0);
+  EXPECT_EQ(record.phase(), RunPhase::increments);
+  EXPECT_EQ(record.steps(), 2);
+  EXPECT_EQ(record.fraction(), 1.0);
 }
 
 TEST(ProgressBar, FillsInProportion) {

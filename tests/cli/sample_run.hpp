@@ -7,12 +7,16 @@
 #include "mesh_check.hpp"
 #include "results.hpp"
 #include "run_report.hpp"
+#include "run_settings.hpp"
+#include "unit.hpp"
 
 struct SampleRun {
   host::Part part;
   host::Hold hold;
   host::RunOutput run;
-  host::RunCounts counts;
+  host::RunSettings settings;
+  host::Unit unit;
+  int runs = 1;
   host::Verdict verdict{true, "", host::exitConverged};
   host::Results results;
 
@@ -31,16 +35,23 @@ struct SampleRun {
     run.times = {0.25, 0.5, 0.75, 1.0, 1.25};
     run.progress.take({1.0, 0, nullptr});
     run.progress.take({0.0, 1, " Tornwalzen - Inverse Projektion :    "});
-    run.progress.take({0.0, 1, "TIME: 1sec"});
-    run.progress.take({0.0, 1, "TIME: 1sec"});
-    counts.attempts = 16;
-    counts.repeats = 1;
-    counts.newtonIterations = 31;
-    counts.lastGradient = 0.05;
+    run.report.converged = 1;
+    run.report.reason = TORNWALZEN_CONVERGED;
+    run.report.increments = 15;
+    run.report.repeats = 1;
+    run.report.newton_iterations = 31;
+    run.report.last_gradient = 5e-5;
+    run.report.gradient_limit = 1e-4;
+    run.report.progress = 1.0;
+    run.report.largest_strain = 0.25;
+    run.strains = {{0.1, -0.05, {1, 0}, {0, 1, 0}, -0.05, 0.12, 400},
+                   {0.2, 0, {0, 1}, {0, 0, 1}, -0.2, 0.25, 500}};
     compute();
   }
   void compute() { results = host::computeResults(part, run); }
-  host::RunReport report() const { return {part, hold, run, counts, results, verdict, 1, "auto", "out"}; }
+  host::RunReport report() const {
+    return {part, hold, run, results, verdict, settings, runs, unit, "auto", "out"};
+  }
 };
 
 #endif

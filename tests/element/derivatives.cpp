@@ -36,16 +36,32 @@ void take(Errors& worst, const Errors& e) {
   worst.hessian = std::max(worst.hessian, e.hessian);
 }
 
-class DerivativesTest : public ElementTest, public ::testing::WithParamInterface<int> {
+struct Choice {
+  const char* name;
+  Int istat;
+  double r;            // normal anisotropy
+  bool partReference;  // weigh the density with the target's area
+};
+
+class DerivativesTest : public ElementTest, public ::testing::WithParamInterface<Choice> {
  protected:
   void SetUp() override {
     ElementTest::SetUp();
-    run.istat = GetParam();
+    run.istat = GetParam().istat;
+    tornwalzen::options.anisotropy = GetParam().r;
+    tornwalzen::options.partReference = GetParam().partReference;
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(BothDensities, DerivativesTest, ::testing::Values(0, 1),
-                         [](const auto& which) { return which.param == 0 ? "geometric" : "plasticWork"; });
+INSTANTIATE_TEST_SUITE_P(BothDensities, DerivativesTest,
+                         ::testing::Values(Choice{"geometric", 0, 1.0, false},
+                                           Choice{"plasticWork", 1, 1.0, false},
+                                           Choice{"plasticWorkLowAnisotropy", 1, 0.6, false},
+                                           Choice{"plasticWorkHighAnisotropy", 1, 1.9, false},
+                                           Choice{"geometricOverThePart", 0, 1.0, true},
+                                           Choice{"plasticWorkOverThePart", 1, 1.0, true},
+                                           Choice{"plasticWorkAnisotropicOverThePart", 1, 1.5, true}),
+                         [](const auto& which) { return which.param.name; });
 
 // The metric carries rounding of some ε of its size (the part lies up to 100 mm from the origin, the
 // triangles measure some 10 mm); derivatives multiply it by the stretch ratio and by 1/(height of the

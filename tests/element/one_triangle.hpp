@@ -39,7 +39,10 @@ class ElementTest : public ::testing::Test {
     tornwalzen::materialSetup(1, tornwalzen::flowCurve());
     run.istat = 1;
   }
-  void TearDown() override { run = tornwalzen::RunState(); }
+  void TearDown() override {
+    run = tornwalzen::RunState();
+    tornwalzen::options = tornwalzen::RunOptions();
+  }
 };
 
 inline double largest(const double* values, int count) {

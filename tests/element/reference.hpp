@@ -8,9 +8,11 @@
 #include <array>
 #include <cmath>
 #include <random>
+#include <type_traits>
 
 #include "dual.hpp"
 #include "interface/material_setup.hpp"
+#include "interface/run_options.hpp"
 
 namespace reference {
 
@@ -46,13 +48,24 @@ T geometricDensity(const Metric<T>& C) {
   return E11 * E11 + E22 * E22 + E12 * E12;
 }
 
+/// A constant with all the digits of the innermost number.
+template <class T>
+T scaled(long double factor) {
+  if constexpr (std::is_arithmetic_v<T>)
+    return static_cast<T>(factor);
+  else
+    return T(scaled<decltype(T{}.value)>(factor), decltype(T{}.value){});
+}
+
 /// ½·W² of the principal logarithmic strains.
 template <class T>
 T workDensity(const T& e1, const T& e2) {
   using std::sqrt;
   const auto FC = tornwalzen::flowCurve();
-  const T S = (e1 + e2) * e1 + e2 * e2 + T(1e-10);
-  const T strain = T(1.154700517654419) * sqrt(S);
+  const double r = tornwalzen::options.anisotropy;
+  const T S = e1 * e1 + e2 * e2 + T(2.0 * r / (1.0 + r)) * e1 * e2 + T(1e-10);
+  const long double factor = (1.0L + r) / std::sqrt(1.0L + 2.0L * r) * std::sqrt(3.0L) / 2.0L;
+  const T strain = T(1.154700517654419) * scaled<T>(factor) * sqrt(S);
   const auto integral = [&](Int k, const T& to) {
     const T from(FC(k, 1)), from2 = from * from, to2 = to * to;
     return T(FC(k, 4)) * (to2 * to2 - from2 * from2) / T(4.0) +
@@ -76,10 +89,25 @@ T plasticDensity(const Metric<T>& C) {
   return workDensity(T(0.5) * log(m + r), T(0.5) * log(m - r));
 }
 
+/// Twice the area of the part's triangle, from its three edges (Heron's formula).
+inline long double twiceArea(const Part& part) {
+  const auto edge = [&part](int a, int b) {
+    long double square = 0.0L;
+    for (int i = 0; i < 3; ++i) {
+      const long double d = static_cast<long double>(part[3 * a + i]) - part[3 * b + i];
+      square += d * d;
+    }
+    return std::sqrt(square);
+  };
+  const long double a = edge(0, 1), b = edge(1, 2), c = edge(2, 0), s = (a + b + c) / 2.0L;
+  return 2.0L * std::sqrt(s * (s - a) * (s - b) * (s - c));
+}
+
 template <class T>
 T potential(const std::array<T, 6>& w, const Part& part) {
   const Metric<T> C = metric(w, part);
-  return C.D * (run.istat == 0 ? geometricDensity(C) : plasticDensity(C));
+  const T weight = tornwalzen::options.partReference ? scaled<T>(twiceArea(part)) : C.D;
+  return weight * (run.istat == 0 ? geometricDensity(C) : plasticDensity(C));
 }
 
 /// Exact derivatives of the unbranched potential in long double; not where the eigenvalues meet exactly.

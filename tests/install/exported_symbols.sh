@@ -1,10 +1,14 @@
 #!/usr/bin/env bash
-# The shared library exports its nine functions and nothing else, under a versioned soname.
+# The shared library exports its functions, fixed and extended, and nothing else, under a versioned soname.
 # usage: exported_symbols.sh LIBRARY MAJOR
 set -euo pipefail
 library=$1 major=$2
 
-wanted='OSINIT OSMAIN PlivaneSetProgressHdlr inipgr procpu progre proinf prterr prttxt'
+fixed='OSINIT OSMAIN PlivaneSetProgressHdlr inipgr procpu progre proinf prterr prttxt'
+extended='element_strains error_text get_report points_hockett_sherby points_hollomon points_ludwik points_swift
+  points_voce reset set_energy_reference set_flow_curve set_normal_anisotropy set_tolerance_factors version'
+wanted=$fixed
+for name in $extended; do wanted+=" tornwalzen_$name"; done
 # Of a symbol "name@@VERSION" the name counts; absolute symbols (A) are version names.
 found=$(nm -D --defined-only "$library" | awk '$2 != "A" {sub(/@.*/, "", $3); print $3}' | LC_ALL=C sort | xargs)
 if [ "$found" != "$wanted" ]; then

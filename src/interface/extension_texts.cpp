@@ -1,0 +1,97 @@
+// The texts of the codes, in German and English. "#" stands for the refused index, "%" for the refused value.
+#include <cstddef>
+#include <cstdio>
+
+#include "interface/refusal.hpp"
+#include "tornwalzen_ext.h"
+
+namespace tornwalzen {
+
+Refusal lastRefusal;
+
+namespace {
+
+struct Text {
+  Int code;
+  const char* german;
+  const char* english;
+};
+
+constexpr Text texts[] = {
+    {TORNWALZEN_OK, "kein Fehler", "no error"},
+    {TORNWALZEN_NULL_POINTER, "Argument # ist ein Nullzeiger", "argument # is a null pointer"},
+    {TORNWALZEN_BUSY, "waehrend OSMAIN laeuft, kann nichts gesetzt werden",
+     "nothing can be set while OSMAIN runs"},
+    {TORNWALZEN_BAD_SELECTOR, "die Fliesskurve % gibt es nicht oder sie kann nicht ersetzt werden",
+     "there is no flow curve %, or it cannot be replaced"},
+    {TORNWALZEN_BAD_POINT_COUNT, "eine Fliesskurve braucht 3 bis 49 Punkte, nicht %",
+     "a flow curve takes 3 to 49 points, not %"},
+    {TORNWALZEN_POINT_NOT_FINITE, "Punkt # der Fliesskurve ist keine endliche Zahl: %",
+     "point # of the flow curve is not a finite number: %"},
+    {TORNWALZEN_FIRST_STRAIN_NOT_ZERO, "die erste Dehnung der Fliesskurve muss genau 0 sein, nicht %",
+     "the first strain of the flow curve must be exactly 0, not %"},
+    {TORNWALZEN_STRAIN_NOT_INCREASING, "Dehnung # der Fliesskurve ist %, nicht groesser als die davor",
+     "strain # of the flow curve is %, not larger than the one before it"},
+    {TORNWALZEN_STRAIN_TOO_LARGE, "Dehnung # der Fliesskurve ist %, sie muss kleiner als 5 sein",
+     "strain # of the flow curve is %, it must be below 5"},
+    {TORNWALZEN_STRESS_NOT_POSITIVE, "Spannung # der Fliesskurve ist % MPa, nicht positiv",
+     "stress # of the flow curve is % MPa, not positive"},
+    {TORNWALZEN_CURVE_NOT_POSITIVE,
+     "die Fliesskurve faellt hinter Punkt # bis auf % MPa, sie muss positiv bleiben",
+     "the flow curve falls to % MPa behind point #, it must stay positive"},
+    {TORNWALZEN_BAD_LAW, "Parameter # des Verfestigungsgesetzes ist %, ausserhalb seines Bereichs",
+     "parameter # of the hardening law is %, outside its range"},
+    {TORNWALZEN_BAD_ANISOTROPY, "die senkrechte Anisotropie r ist %, sie muss positiv und endlich sein",
+     "the normal anisotropy r is %, it must be positive and finite"},
+    {TORNWALZEN_BAD_REFERENCE, "der Energiebezug ist %, erlaubt sind 0 (Platine) und 1 (Teil)",
+     "the energy reference is %, allowed are 0 (blank) and 1 (part)"},
+    {TORNWALZEN_BAD_TOLERANCE, "Toleranzfaktor # ist %, er muss groesser als 0 und hoechstens 1 sein",
+     "tolerance factor # is %, it must be above 0 and at most 1"},
+    {TORNWALZEN_SHORT_REPORT, "die Berichtsstruktur ist mit % Bytes zu kurz (Feld size)",
+     "the report structure is too short with % bytes (field size)"},
+    {TORNWALZEN_BAD_COUNT, "Argument #, eine Anzahl, ist %", "argument #, a count, is %"},
+    {TORNWALZEN_BAD_NODE, "Eintrag # der Inzidenzen ist %, das ist keine Knotennummer",
+     "entry # of the incidences is %, which is no node number"},
+};
+
+constexpr Text unknownText = {1, "unbekannter Fehlercode %", "unknown error code %"};
+
+char composed[160];
+
+/// Index and value of the last refusal where it has this code; otherwise the places hold "n" and "x".
+void compose(const char* text, bool withDetails, Int index, double value) {
+  std::size_t used = 0;
+  const auto put = [&](const char* piece) {
+    while (*piece != '\0' && used + 1 < sizeof composed) composed[used++] = *piece++;
+  };
+  for (; *text != '\0'; ++text) {
+    char piece[32] = {*text, '\0'};
+    if (*text == '#' && withDetails)
+      std::snprintf(piece, sizeof piece, "%d", index);
+    else if (*text == '#')
+      std::snprintf(piece, sizeof piece, "n");
+    else if (*text == '%' && withDetails)
+      std::snprintf(piece, sizeof piece, "%.9g", value);
+    else if (*text == '%')
+      std::snprintf(piece, sizeof piece, "x");
+    put(piece);
+  }
+  composed[used] = '\0';
+}
+
+}  // namespace
+
+}  // namespace tornwalzen
+
+using namespace tornwalzen;
+
+extern "C" const char* tornwalzen_error_text(int32_t code, int32_t language) {
+  for (const Text& text : texts) {
+    if (text.code != code) continue;
+    compose(language == 0 ? text.german : text.english, lastRefusal.code == code, lastRefusal.index,
+            lastRefusal.value);
+    return composed;
+  }
+  compose(language == 0 ? unknownText.german : unknownText.english, true, 0, code);
+  return composed;
+}

@@ -1,0 +1,172 @@
+// Anisotropy, energy reference, tolerances, the reset, the version, and the texts of the codes.
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string>
+
+#include "driver/load_path.hpp"
+#include "parts.hpp"
+#include "refusals.hpp"
+
+namespace extension {
+namespace {
+
+using tornwalzen::options;
+
+using Options = ExtensionTest;
+
+TEST_F(Options, RefusesAnisotropiesThatAreNotPositiveAndFinite) {
+  ASSERT_EQ(tornwalzen_set_normal_anisotropy(1.4), 0);
+  for (const auto& [r, text] : {std::pair{0.0, "0"},
+                                {-1.5, "-1.5"},
+                                {std::numeric_limits<double>::infinity(), "inf"},
+                                {std::numeric_limits<double>::quiet_NaN(), "nan"}})
+    expectRefused(
+        [r = r] { return tornwalzen_set_normal_anisotropy(r); }, TORNWALZEN_BAD_ANISOTROPY,
+        std::string("die senkrechte Anisotropie r ist ") + text + ", sie muss positiv und endlich sein",
+        std::string("the normal anisotropy r is ") + text + ", it must be positive and finite");
+  EXPECT_EQ(options.anisotropy, 1.4);
+}
+
+TEST_F(Options, RefusesEnergyReferencesOtherThanBlankAndPart) {
+  ASSERT_EQ(tornwalzen_set_energy_reference(1), 0);
+  for (const int reference : {-1, 2})
+    expectRefused(
+        [=] { return tornwalzen_set_energy_reference(reference); }, TORNWALZEN_BAD_REFERENCE,
+        "der Energiebezug ist " + std::to_string(reference) + ", erlaubt sind 0 (Platine) und 1 (Teil)",
+        "the energy reference is " + std::to_string(reference) + ", allowed are 0 (blank) and 1 (part)");
+  EXPECT_TRUE(options.partReference);
+}
+
+TEST_F(Options, RefusesToleranceFactorsOutsideZeroToOne) {
+  ASSERT_EQ(tornwalzen_set_tolerance_factors(0.5, 0.25), 0);
+  expectRefused([] { return tornwalzen_set_tolerance_factors(0.0, 1.0); }, TORNWALZEN_BAD_TOLERANCE,
+                "Toleranzfaktor 1 ist 0, er muss groesser als 0 und hoechstens 1 sein",
+                "tolerance factor 1 is 0, it must be above 0 and at most 1");
+  expectRefused([] { return tornwalzen_set_tolerance_factors(1.0, 1.5); }, TORNWALZEN_BAD_TOLERANCE,
+                "Toleranzfaktor 2 ist 1.5, er muss groesser als 0 und hoechstens 1 sein",
+                "tolerance factor 2 is 1.5, it must be above 0 and at most 1");
+  expectRefused(
+      [] { return tornwalzen_set_tolerance_factors(1.0, std::numeric_limits<double>::quiet_NaN()); },
+      TORNWALZEN_BAD_TOLERANCE, "Toleranzfaktor 2 ist nan, er muss groesser als 0 und hoechstens 1 sein",
+      "tolerance factor 2 is nan, it must be above 0 and at most 1");
+  EXPECT_EQ(options.finalTolerance, 0.5);
+  EXPECT_EQ(options.pathTolerance, 0.25);
+}
+
+TEST_F(Options, TheFirstToleranceFactorIsThatOfTheFinalIncrement) {
+  ASSERT_EQ(tornwalzen_set_tolerance_factors(0.5, 0.25), 0);
+  EXPECT_EQ(tornwalzen::toleranceFactor(1.0), 0.5);
+  EXPECT_EQ(tornwalzen::toleranceFactor(0.999), 0.25);
+}
+
+TEST_F(Options, WeightsOfTheIsotropicStrainAreTheBuiltInOnesToTheBit) {
+  const tornwalzen::StrainWeights weights(1.0);
+  EXPECT_EQ(weights.sumWeight, 0.75);
+  EXPECT_EQ(weights.differenceWeight, 0.25);
+  EXPECT_EQ(weights.strainFactor, 1.154700517654419);
+  EXPECT_EQ(weights.rateFactor, 0.5773502588272095);
+}
+
+TEST_F(Options, UniaxialTensionGivesItsOwnStrainForEveryAnisotropy) {
+  // under uniaxial stress e2 = -r/(1+r)·e1, and the equivalent strain is e1
+  for (const double r : {0.5, 1.0, 1.6, 3.0}) {
+    const tornwalzen::StrainWeights w(r);
+    const double e1 = 0.3, e2 = -r / (1.0 + r) * e1, s = e1 + e2, t = e1 - e2;
+    const double strain = w.strainFactor * std::sqrt(w.sumWeight * s * s + w.differenceWeight * t * t);
+    EXPECT_NEAR(strain, e1, 2e-8) << "2/sqrt(3) is held in single precision";
+  }
+}
+
+TEST_F(Options, ResetClearsALeftoverElementErrorWord) {
+  const HostPart part = samplePart("round_cup", 200);
+  tornwalzen::run.ierrel = tornwalzen::errorSet;
+  testing::internal::CaptureStdout();
+  const WholeRun blocked(part, 1);
+  EXPECT_NE(blocked.fractions.back(), 1.0)
+      << "the word of an earlier run ends every run after its development";
+  ASSERT_EQ(tornwalzen_reset(), 0);
+  const WholeRun free(part, 1);
+  testing::internal::GetCapturedStdout();
+  EXPECT_EQ(free.fractions.back(), 1.0);
+}
+
+TEST_F(Options, ResetReturnsToTheStateAfterLoading) {
+  const std::string before = libraryState();
+  const double strain[3] = {0.0, 0.1, 0.5}, stress[3] = {100.0, 200.0, 300.0};
+  ASSERT_EQ(tornwalzen_set_flow_curve(2, 3, strain, stress), 0);
+  ASSERT_EQ(tornwalzen_set_normal_anisotropy(2.0), 0);
+  ASSERT_EQ(tornwalzen_set_energy_reference(1), 0);
+  ASSERT_EQ(tornwalzen_set_tolerance_factors(0.1, 0.1), 0);
+  testing::internal::CaptureStdout();
+  WholeRun(samplePart("plate", 50), 2);
+  testing::internal::GetCapturedStdout();
+  EXPECT_NE(libraryState(), before);
+  ASSERT_EQ(tornwalzen_reset(), 0);
+  EXPECT_EQ(tornwalzen::options.anisotropy, 1.0);
+  EXPECT_EQ(tornwalzen::run.nkno, 0);
+  EXPECT_EQ(tornwalzen::run.npkt, 0);
+  EXPECT_EQ(tornwalzen::record.end, tornwalzen::RunEnd::noRun);
+}
+
+/// Calls every function from within the progress handler.
+struct Intruder {
+  int set[5] = {}, report = 1, reason = -1;
+  static void call(void* self, const TornwalzenProgress*) {
+    auto& intruder = *static_cast<Intruder*>(self);
+    intruder.set[0] = tornwalzen_set_flow_curve(1, 0, nullptr, nullptr);
+    intruder.set[1] = tornwalzen_set_normal_anisotropy(2.0);
+    intruder.set[2] = tornwalzen_set_energy_reference(1);
+    intruder.set[3] = tornwalzen_set_tolerance_factors(0.1, 0.1);
+    intruder.set[4] = tornwalzen_reset();
+    TornwalzenReport report;
+    report.size = sizeof report;
+    intruder.report = tornwalzen_get_report(&report);
+    intruder.reason = report.reason;
+  }
+};
+
+TEST_F(Options, NothingIsSetWhileAnAnalysisRuns) {
+  const HostPart part = samplePart("round_cup", 200);
+  testing::internal::CaptureStdout();
+  WholeRun first(part, 1);
+  const std::vector<double> blank = first.RX;
+  Intruder intruder;
+  PlivaneSetProgressHdlr(&Intruder::call, &intruder);
+  OSMAIN(first.INTA.data(), part.arfa.data(), first.COLS.data(), first.ROWI.data(), first.WORK.data(),
+         first.RWORK.data(), first.RR.data(), first.RB.data(), first.RX.data(), first.TEMP.data(),
+         first.KNG.data(), first.KNZ.data(), first.KNA.data(), first.ELG.data(), first.SYSM.data(),
+         first.RXA.data(), first.WRHS.data(), &first.ICTRL, first.EVAL.data(), &first.ISTAT);
+  testing::internal::GetCapturedStdout();
+  for (const int code : intruder.set) EXPECT_EQ(code, TORNWALZEN_BUSY);
+  EXPECT_EQ(intruder.report, 0);
+  EXPECT_EQ(intruder.reason, TORNWALZEN_RUNNING);
+  EXPECT_EQ(first.RX, blank);
+  EXPECT_STREQ(tornwalzen_error_text(TORNWALZEN_BUSY, 0),
+               "waehrend OSMAIN laeuft, kann nichts gesetzt werden");
+  EXPECT_STREQ(tornwalzen_error_text(TORNWALZEN_BUSY, 1), "nothing can be set while OSMAIN runs");
+  EXPECT_EQ(tornwalzen_reset(), 0) << "allowed again";
+}
+
+TEST_F(Options, TextsOfUnknownCodesAndOfOtherRefusals) {
+  EXPECT_STREQ(tornwalzen_error_text(0, 0), "kein Fehler");
+  EXPECT_STREQ(tornwalzen_error_text(0, 1), "no error");
+  EXPECT_STREQ(tornwalzen_error_text(-99, 0), "unbekannter Fehlercode -99");
+  EXPECT_STREQ(tornwalzen_error_text(-99, 7), "unknown error code -99");
+  EXPECT_STREQ(tornwalzen_error_text(TORNWALZEN_BAD_ANISOTROPY, 1),
+               "the normal anisotropy r is x, it must be positive and finite");
+  EXPECT_STREQ(tornwalzen_error_text(TORNWALZEN_BAD_TOLERANCE, 0),
+               "Toleranzfaktor n ist x, er muss groesser als 0 und hoechstens 1 sein");
+  for (int code = TORNWALZEN_BAD_NODE; code < 0; ++code) {
+    EXPECT_EQ(std::strncmp(tornwalzen_error_text(code, 1), "unknown", 7) == 0, false) << code;
+    EXPECT_EQ(std::strncmp(tornwalzen_error_text(code, 0), "unbekannt", 9) == 0, false) << code;
+  }
+}
+
+TEST_F(Options, VersionHasThreeNumbers) {
+  int major = -1, minor = -1, patch = -1;
+  EXPECT_EQ(std::sscanf(tornwalzen_version(), "%d.%d.%d", &major, &minor, &patch), 3);
+}
+
+}  // namespace
+}  // namespace extension
