@@ -71,7 +71,7 @@ bool meshCountsUsable(Int nkno, Int nele, Int neq, Int mnsysm) {
     failSolver(" FATALER FEHLER : nkno, nele oder mnsysm negativ @");
     return false;
   }
-  if (2 * Int64{nkno} >= largestInt || Int64{neq} != 2 * Int64{nkno}) {   // COLS has neq + 1 entries
+  if (Int64{neq} != 2 * Int64{nkno}) {   // even, so that the neq + 1 entries of COLS fit as well
     failSolver(" FATALER FEHLER : neq ist nicht 2*nkno @");
     return false;
   }
