@@ -23,7 +23,9 @@ double middle(std::vector<double> v) {
 
 }  // namespace
 
-Seconds now() { return {seconds(CLOCK_PROCESS_CPUTIME_ID), seconds(CLOCK_MONOTONIC)}; }
+Seconds now() {
+  return {seconds(CLOCK_PROCESS_CPUTIME_ID), seconds(CLOCK_MONOTONIC)};
+}
 
 Seconds median(const std::vector<Seconds>& samples) {
   std::vector<double> cpu, wall;

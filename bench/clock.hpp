@@ -5,7 +5,8 @@
 
 namespace bench {
 
-/// Seconds. The processor's time is what counts on a machine that others use too; the wall's time is kept beside it.
+/// Seconds. The processor's time is what counts on a machine that others use too; the wall's time is kept
+/// beside it.
 struct Seconds {
   double cpu = 0.0, wall = 0.0;
 };
@@ -20,7 +21,8 @@ Seconds timed(Call call) {
   return {end.cpu - start.cpu, end.wall - start.wall};
 }
 
-/// Median by processor time, of at least one; the mean of the middle two for an even number. Cpu and wall apart.
+/// Median by processor time, of at least one; the mean of the middle two for an even number. Cpu and wall
+/// apart.
 Seconds median(const std::vector<Seconds>& samples);
 
 }  // namespace bench

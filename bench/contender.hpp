@@ -13,8 +13,8 @@ namespace bench {
 
 /// What the ordering asks for, before supernodes are merged.
 struct Fill {
-  double entries = 0.0;   // nnz(L), diagonal included
-  double flops = 0.0;     // Σ c², c the entries of a column of L, diagonal included
+  double entries = 0.0;  // nnz(L), diagonal included
+  double flops = 0.0;    // Σ c², c the entries of a column of L, diagonal included
 };
 
 class Contender {

@@ -56,6 +56,8 @@ void Cholmod::solve(const std::vector<double>& b, std::vector<double>& x) {
   x.assign(solution, solution + b.size());
 }
 
-double Cholmod::storedEntries() const { return static_cast<double>(L_->is_super ? L_->xsize : L_->nzmax); }
+double Cholmod::storedEntries() const {
+  return static_cast<double>(L_->is_super ? L_->xsize : L_->nzmax);
+}
 
 }  // namespace bench

@@ -25,9 +25,9 @@ class Cholmod : public Contender {
   void test(bool good) const;
 
   cholmod_common common_{};
-  cholmod_sparse matrix_{};   // a view of the caller's arrays
+  cholmod_sparse matrix_{};  // a view of the caller's arrays
   cholmod_factor* L_ = nullptr;
-  cholmod_dense *X_ = nullptr, *Y_ = nullptr, *E_ = nullptr;   // kept between solves
+  cholmod_dense *X_ = nullptr, *Y_ = nullptr, *E_ = nullptr;  // kept between solves
 };
 
 }  // namespace bench

@@ -11,8 +11,11 @@ namespace {
 class EigenSimplicial : public Contender {
  public:
   explicit EigenSimplicial(const SymmetricMatrix& a)
-      : matrix_(a.n, a.n, static_cast<Eigen::Index>(a.row.size()), a.start.data(), a.row.data(), a.SYSM.data()) {}
-  void analyse() override { counted([&] { ldlt_.analyzePattern(matrix_); }); }
+      : matrix_(a.n, a.n, static_cast<Eigen::Index>(a.row.size()), a.start.data(), a.row.data(),
+                a.SYSM.data()) {}
+  void analyse() override {
+    counted([&] { ldlt_.analyzePattern(matrix_); });
+  }
   void factorize() override {
     counted([&] { ldlt_.factorize(matrix_); });
     if (ldlt_.info() != Eigen::Success) throw std::runtime_error("Eigen failed");

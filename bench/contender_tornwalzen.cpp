@@ -12,7 +12,8 @@ namespace bench {
 
 namespace tw = tornwalzen;
 
-// The run state belongs to the loaded library: what it must know of this matrix is set anew at every analysis.
+// The run state belongs to the loaded library: what it must know of this matrix is set anew at every
+// analysis.
 void Tornwalzen::analyse() {
   tw::run.neq = tw::run.maxsys = a_.n;
   tw::run.nnzl = tw::run.nsysm = tw::run.mnsysm = static_cast<tw::Int>(a_.ROWI.size());
@@ -23,7 +24,9 @@ void Tornwalzen::analyse() {
   }
 }
 
-void Tornwalzen::factorize() { step(44, nullptr, nullptr); }
+void Tornwalzen::factorize() {
+  step(44, nullptr, nullptr);
+}
 
 void Tornwalzen::solve(const std::vector<double>& b, std::vector<double>& x) {
   x.resize(a_.n);
@@ -54,19 +57,24 @@ void Tornwalzen::supplyLengths() {
 }
 
 std::vector<std::int32_t> Tornwalzen::eliminationOrder() const {
-  const tw::Vector<tw::Int> WORK("WORK", const_cast<tw::Int*>(work_.data()), static_cast<tw::Int64>(work_.size()));
+  const tw::Vector<tw::Int> WORK("WORK", const_cast<tw::Int*>(work_.data()),
+                                 static_cast<tw::Int64>(work_.size()));
   const tw::FactorStructure f = tw::factorStructure(WORK);
   std::vector<std::int32_t> order(a_.n);
   for (std::int32_t k = 0; k < a_.n; ++k) order[k] = f.PERM(k + 1) - 1;
   return order;
 }
 
-Fill Tornwalzen::fill() const { return countFactor(a_, eliminationOrder()); }
+Fill Tornwalzen::fill() const {
+  return countFactor(a_, eliminationOrder());
+}
 
 double Tornwalzen::storedEntries() const {
   return static_cast<double>(work_[tw::header::factorEntries - 1]) + a_.n;
 }
 
-std::unique_ptr<Contender> makeTornwalzen(const SymmetricMatrix& a) { return std::make_unique<Tornwalzen>(a); }
+std::unique_ptr<Contender> makeTornwalzen(const SymmetricMatrix& a) {
+  return std::make_unique<Tornwalzen>(a);
+}
 
 }  // namespace bench

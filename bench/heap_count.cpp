@@ -9,14 +9,16 @@
 
 namespace {
 
-double held = 0.0, peak = 0.0;   // bytes
+double held = 0.0, peak = 0.0;  // bytes
 
 void* taken(void* p) {
   held += static_cast<double>(malloc_usable_size(p));
   peak = std::max(peak, held);
   return p;
 }
-void given(void* p) { held -= static_cast<double>(malloc_usable_size(p)); }
+void given(void* p) {
+  held -= static_cast<double>(malloc_usable_size(p));
+}
 
 }  // namespace
 
@@ -26,8 +28,12 @@ void* __real_calloc(std::size_t, std::size_t);
 void* __real_realloc(void*, std::size_t);
 void __real_free(void*);
 
-void* __wrap_malloc(std::size_t bytes) { return taken(__real_malloc(bytes)); }
-void* __wrap_calloc(std::size_t n, std::size_t bytes) { return taken(__real_calloc(n, bytes)); }
+void* __wrap_malloc(std::size_t bytes) {
+  return taken(__real_malloc(bytes));
+}
+void* __wrap_calloc(std::size_t n, std::size_t bytes) {
+  return taken(__real_calloc(n, bytes));
+}
 void* __wrap_realloc(void* p, std::size_t bytes) {
   given(p);
   return taken(__real_realloc(p, bytes));
@@ -43,16 +49,32 @@ void* operator new(std::size_t bytes) {
   if (p == nullptr) throw std::bad_alloc();
   return p;
 }
-void* operator new[](std::size_t bytes) { return operator new(bytes); }
-void operator delete(void* p) noexcept { __wrap_free(p); }
-void operator delete[](void* p) noexcept { __wrap_free(p); }
-void operator delete(void* p, std::size_t) noexcept { __wrap_free(p); }
-void operator delete[](void* p, std::size_t) noexcept { __wrap_free(p); }
+void* operator new[](std::size_t bytes) {
+  return operator new(bytes);
+}
+void operator delete(void* p) noexcept {
+  __wrap_free(p);
+}
+void operator delete[](void* p) noexcept {
+  __wrap_free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+  __wrap_free(p);
+}
+void operator delete[](void* p, std::size_t) noexcept {
+  __wrap_free(p);
+}
 
 namespace bench {
 
-double heapBytes() { return held; }
-double heapPeak() { return peak; }
-void resetHeapPeak() { peak = held; }
+double heapBytes() {
+  return held;
+}
+double heapPeak() {
+  return peak;
+}
+void resetHeapPeak() {
+  peak = held;
+}
 
 }  // namespace bench

@@ -29,7 +29,7 @@ std::string processorName() {
 // Ten chains of multiply-adds hide the latency of two units.
 constexpr int chains = 10;
 
-double portableFma(long rounds) {   // what the baseline instruction set has: a product and a sum
+double portableFma(long rounds) {  // what the baseline instruction set has: a product and a sum
   typedef double V __attribute__((vector_size(16)));
   V s[chains] = {};
   for (long k = 0; k < rounds; ++k)
@@ -66,7 +66,7 @@ __attribute__((target("avx512f"))) double avx512Fma(long rounds) {
 }
 #endif
 
-double bestRate(double (*loop)(long)) {   // GFLOP/s
+double bestRate(double (*loop)(long)) {  // GFLOP/s
   double best = 0.0;
   for (int k = 0; k < 7; ++k) {
     double flops = 0.0;
@@ -83,7 +83,8 @@ double dgemmRate() {
   double best = 0.0;
   for (int k = 0; k < 10; ++k) {
     const Seconds t = timed([&] {
-      cblas_dgemm(CblasColMajor, CblasNoTrans, CblasTrans, n, n, n, -1.0, a.data(), n, b.data(), n, 1.0, c.data(), n);
+      cblas_dgemm(CblasColMajor, CblasNoTrans, CblasTrans, n, n, n, -1.0, a.data(), n, b.data(), n, 1.0,
+                  c.data(), n);
     });
     best = std::max(best, 2e-9 * n * n * n / t.cpu);
   }
@@ -91,7 +92,7 @@ double dgemmRate() {
 }
 #endif
 
-double bandwidth() {   // GB/s
+double bandwidth() {  // GB/s
   const std::vector<double> v(std::size_t{32} << 20, 1.0);
   double best = 0.0;
   for (int k = 0; k < 5; ++k) {

@@ -6,11 +6,11 @@
 namespace bench {
 
 struct Machine {
-  std::string processor;     // name and widest vector set
-  std::string blasCore;      // the processor whose kernels OpenBLAS runs, empty without OpenBLAS
-  bool blasFits = false;     // are they this processor's? Without that no ratio is given
-  double fmaPeak = 0.0;      // GFLOP/s of independent fused multiply-adds in registers
-  double dgemmPeak = 0.0;    // GFLOP/s of OpenBLAS' dgemm, 768 × 768 × 768; 0 without OpenBLAS
+  std::string processor;       // name and widest vector set
+  std::string blasCore;        // the processor whose kernels OpenBLAS runs, empty without OpenBLAS
+  bool blasFits = false;       // are they this processor's? Without that no ratio is given
+  double fmaPeak = 0.0;        // GFLOP/s of independent fused multiply-adds in registers
+  double dgemmPeak = 0.0;      // GFLOP/s of OpenBLAS' dgemm, 768 × 768 × 768; 0 without OpenBLAS
   double readBandwidth = 0.0;  // GB/s of summing an array of 256 MB
 };
 

@@ -23,19 +23,27 @@ Options readOptions(int argc, char** argv) {
   Options o;
   for (int k = 1; k < argc; ++k) {
     const std::string word = argv[k];
-    if (word == "--quick") o.quick = true;
-    else if (word == "--huge") o.huge = true;
-    else if (word == "--csv" && k + 1 < argc) o.csv = argv[++k];
-    else if (word == "solver" || word == "phases" || word == "runs") o.parts.insert(word);
-    else throw std::invalid_argument("usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [solver] [phases] [runs]");
+    if (word == "--quick")
+      o.quick = true;
+    else if (word == "--huge")
+      o.huge = true;
+    else if (word == "--csv" && k + 1 < argc)
+      o.csv = argv[++k];
+    else if (word == "solver" || word == "phases" || word == "runs")
+      o.parts.insert(word);
+    else
+      throw std::invalid_argument(
+          "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [solver] [phases] [runs]");
   }
   if (o.parts.empty()) o.parts = {"solver", "phases", "runs"};
   return o;
 }
 
 void printMachine(const bench::Machine& m) {
-  std::printf("%s\nFMA peak %.1f GFLOP/s, read bandwidth %.1f GB/s", m.processor.c_str(), m.fmaPeak, m.readBandwidth);
-  if (m.blasCore.empty()) std::printf("; no OpenBLAS\n");
+  std::printf("%s\nFMA peak %.1f GFLOP/s, read bandwidth %.1f GB/s", m.processor.c_str(), m.fmaPeak,
+              m.readBandwidth);
+  if (m.blasCore.empty())
+    std::printf("; no OpenBLAS\n");
   else
     std::printf(", DGEMM %.1f GFLOP/s with OpenBLAS' kernels for %s%s\n", m.dgemmPeak, m.blasCore.c_str(),
                 m.blasFits ? "" : ": NOT THIS PROCESSOR'S, no ratios to CHOLMOD");

@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "quiet.hpp"
-#include "surface_mesh.hpp"   // shapes::Random
+#include "surface_mesh.hpp"  // shapes::Random
 #include "tornwalzen.h"
 
 namespace bench {
@@ -14,7 +14,7 @@ namespace bench {
 namespace {
 
 constexpr double poisson = 0.3;
-constexpr double shift = 1e-3;   // of the mean diagonal entry
+constexpr double shift = 1e-3;  // of the mean diagonal entry
 
 void buildPattern(const PlaneMesh& mesh, SymmetricMatrix& a) {
   const std::int32_t mode = 1, nn = mesh.nodes(), ne = mesh.triangles(), neq = 2 * nn;
@@ -29,9 +29,9 @@ void buildPattern(const PlaneMesh& mesh, SymmetricMatrix& a) {
   a.COLS.resize(neq + 1);
   a.ROWI.resize(mnsysm);
   const Quiet quiet;
-  OSINIT(&mode, &nn, &ne, &neq, &mnsysm, &niwor, &nrk, knots.data(), mesh.corners.data(), inta.data(), nullptr,
-         a.COLS.data(), a.ROWI.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, kng.data(), nullptr,
-         nullptr, nullptr, nullptr, nullptr, nullptr, &istat);
+  OSINIT(&mode, &nn, &ne, &neq, &mnsysm, &niwor, &nrk, knots.data(), mesh.corners.data(), inta.data(),
+         nullptr, a.COLS.data(), a.ROWI.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+         kng.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &istat);
   if (istat != 0) throw std::runtime_error("the pattern could not be built");
   a.ROWI.resize(mnsysm);
   a.ROWI.shrink_to_fit();

@@ -62,14 +62,17 @@ void print(const std::string& subject, const std::vector<Line>& lines, Report& r
   std::fflush(stdout);
 }
 
-int repetitions(std::int32_t nodes) { return std::max(5, std::min(200, 1000000 / nodes)); }
+int repetitions(std::int32_t nodes) {
+  return std::max(5, std::min(200, 1000000 / nodes));
+}
 
 }  // namespace
 
 void timePattern(std::int32_t nodes, Report& report) {
   const PlaneMesh mesh = jitteredDelaunayMesh(nodes, Numbering::mesher, 1);
   const std::int32_t nn = mesh.nodes(), ne = mesh.triangles();
-  std::vector<std::int32_t> INTA(mesh.corners.size()), COLS(2 * std::size_t(nn) + 1), ROWI(4 * (nn + 3 * ne) - nn);
+  std::vector<std::int32_t> INTA(mesh.corners.size()), COLS(2 * std::size_t(nn) + 1),
+      ROWI(4 * (nn + 3 * ne) - nn);
   for (std::int32_t e = 0; e < ne; ++e)
     for (int c = 0; c < 3; ++c) INTA[std::size_t(c) * ne + e] = mesh.corners[3 * e + c];
   tw::run.nkno = nn;
@@ -91,7 +94,8 @@ void timePattern(std::int32_t nodes, Report& report) {
   }
   if (tw::failed(tw::run.ierrso)) throw std::runtime_error("the pattern could not be built");
   print("pattern-" + sizeName(nodes),
-        {{"pattern", pattern, static_cast<double>(nn), "node"}, {"sort-of-pairs", sort, static_cast<double>(nn), "node"}},
+        {{"pattern", pattern, static_cast<double>(nn), "node"},
+         {"sort-of-pairs", sort, static_cast<double>(nn), "node"}},
         report);
   report.ratio("pattern", sizeName(nodes), median(pattern).cpu / median(sort).cpu);
 }
@@ -124,7 +128,7 @@ void timePhases(std::int32_t nodes, Report& report) {
     energy.push_back(timed([&] { tw::energySum(EN, a, FC); }));
   }
   if (tw::failed(tw::run.ierrel) || tw::failed(tw::run.ierrso)) throw std::runtime_error("a pass failed");
-  factorize.erase(factorize.begin());   // the first one is not a repeat
+  factorize.erase(factorize.begin());  // the first one is not a repeat
   const double elements = sample.triangles(), unknowns = 2.0 * sample.nodes();
   print("phases-" + sizeName(nodes),
         {{"tangent", tangent, elements, "element"},

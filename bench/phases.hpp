@@ -5,8 +5,8 @@
 
 namespace bench {
 
-/// Pattern, tangent pass, residual pass and energy sum on a jittered mesh of so many nodes that is drawn to a shallow
-/// dome, with the flow curve 1, against the solver's repeated factorization on the same pattern.
+/// Pattern, tangent pass, residual pass and energy sum on a jittered mesh of so many nodes that is drawn to a
+/// shallow dome, with the flow curve 1, against the solver's repeated factorization on the same pattern.
 void timePhases(std::int32_t nodes, Report& report);
 
 /// The pattern alone, against one std::sort of the mesh's node pairs (three per triangle) as 64-bit keys.

@@ -6,14 +6,16 @@
 #include <cmath>
 #include <numeric>
 
-#include "surface_mesh.hpp"   // shapes::Random
+#include "surface_mesh.hpp"  // shapes::Random
 
 namespace bench {
 
 namespace {
 
-constexpr double largestShift = 0.24;   // cells; below 0.25 every cell of the grid can be cut into two triangles
-constexpr std::int32_t mesherRun = 64;  // numbers that a mesher may hand out in any order within a neighbourhood
+constexpr double largestShift =
+    0.24;  // cells; below 0.25 every cell of the grid can be cut into two triangles
+constexpr std::int32_t mesherRun =
+    64;  // numbers that a mesher may hand out in any order within a neighbourhood
 
 double area2(const PlaneMesh& m, std::int32_t a, std::int32_t b, std::int32_t c) {
   const double *p = &m.xy[2 * (a - 1)], *q = &m.xy[2 * (b - 1)], *r = &m.xy[2 * (c - 1)];
@@ -22,7 +24,8 @@ double area2(const PlaneMesh& m, std::int32_t a, std::int32_t b, std::int32_t c)
 
 /// Positive where d lies inside the circle through a, b, c (counter-clockwise).
 double inCircle(const PlaneMesh& m, std::int32_t a, std::int32_t b, std::int32_t c, std::int32_t d) {
-  const double *p = &m.xy[2 * (a - 1)], *q = &m.xy[2 * (b - 1)], *r = &m.xy[2 * (c - 1)], *s = &m.xy[2 * (d - 1)];
+  const double *p = &m.xy[2 * (a - 1)], *q = &m.xy[2 * (b - 1)], *r = &m.xy[2 * (c - 1)],
+               *s = &m.xy[2 * (d - 1)];
   const double ax = p[0] - s[0], ay = p[1] - s[1], bx = q[0] - s[0], by = q[1] - s[1], cx = r[0] - s[0],
                cy = r[1] - s[1];
   return (ax * ax + ay * ay) * (bx * cy - cx * by) - (bx * bx + by * by) * (ax * cy - cx * ay) +
@@ -42,8 +45,10 @@ PlaneMesh grid(std::int32_t nodes, bool jitter, shapes::Random& random) {
     for (std::int32_t x = 0; x + 1 < side; ++x) {
       const std::int32_t a = y * side + x + 1, b = a + 1, d = a + side, c = d + 1;
       const bool rising = jitter ? area2(m, a, b, c) > 0.0 && area2(m, a, c, d) > 0.0 : (x + y) % 2 == 0;
-      if (rising) m.corners.insert(m.corners.end(), {a, b, c, a, c, d});
-      else m.corners.insert(m.corners.end(), {a, b, d, b, c, d});
+      if (rising)
+        m.corners.insert(m.corners.end(), {a, b, c, a, c, d});
+      else
+        m.corners.insert(m.corners.end(), {a, b, d, b, c, d});
     }
   return m;
 }
@@ -82,9 +87,10 @@ void flipToDelaunay(PlaneMesh& m) {
     waiting.pop_back();
     if (u < 0) continue;
     const std::int32_t j = placeOf(u, t);
-    const std::int32_t a = m.corners[side], b = m.corners[3 * t + (i + 1) % 3], c = m.corners[3 * t + (i + 2) % 3],
-                       d = m.corners[3 * u + j];
-    if (!(inCircle(m, a, b, c, d) > 1e-12)) continue;   // rounding is some 1e-15 cells⁴: four nodes on a circle stay
+    const std::int32_t a = m.corners[side], b = m.corners[3 * t + (i + 1) % 3],
+                       c = m.corners[3 * t + (i + 2) % 3], d = m.corners[3 * u + j];
+    if (!(inCircle(m, a, b, c, d) > 1e-12))
+      continue;  // rounding is some 1e-15 cells⁴: four nodes on a circle stay
     const std::int32_t beyondB = next[3 * t + (i + 1) % 3], beyondC = next[3 * t + (i + 2) % 3];
     const std::int32_t uB = next[3 * u + (j + 1) % 3], uC = next[3 * u + (j + 2) % 3];
     // u holds d, c, b from its corner j on: uB lies across d-b, uC across c-d

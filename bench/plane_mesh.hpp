@@ -1,4 +1,5 @@
-// Plane triangulations of a square to build matrices on: as many nodes as asked for, reproducible by the seed.
+// Plane triangulations of a square to build matrices on: as many nodes as asked for, reproducible by the
+// seed.
 #pragma once
 
 #include <cstdint>
@@ -17,16 +18,17 @@ struct PlaneMesh {
 };
 
 enum class Numbering {
-  rows,      // along the rows of the grid: the most orderly one
-  mesher,    // along the rows, but every 64 consecutive numbers in random order: near nodes have near numbers
-  random     // all nodes in random order
+  rows,    // along the rows of the grid: the most orderly one
+  mesher,  // along the rows, but every 64 consecutive numbers in random order: near nodes have near numbers
+  random   // all nodes in random order
 };
 
 /// About `nodes` nodes on a regular grid, diagonals alternating.
 PlaneMesh structuredMesh(std::int32_t nodes, Numbering numbering, std::uint64_t seed);
 
-/// Delaunay triangulation of such a grid whose nodes are moved by up to 0.24 cells in x and y (those of the edges
-/// along their edge). Made by flipping diagonals (C. L. Lawson, Software for C1 surface interpolation, 1977).
+/// Delaunay triangulation of such a grid whose nodes are moved by up to 0.24 cells in x and y (those of the
+/// edges along their edge). Made by flipping diagonals (C. L. Lawson, Software for C1 surface interpolation,
+/// 1977).
 PlaneMesh jitteredDelaunayMesh(std::int32_t nodes, Numbering numbering, std::uint64_t seed);
 
 }  // namespace bench

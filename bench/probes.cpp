@@ -1,5 +1,5 @@
-// Each wrapper has the mangled name that the linker calls in the procedure's place. A name that no longer exists
-// would leave its probe silent: whoever reads the counts tests that they are not zero.
+// Each wrapper has the mangled name that the linker calls in the procedure's place. A name that no longer
+// exists would leave its probe silent: whoever reads the counts tests that they are not zero.
 #include "probes.hpp"
 
 #include "develop/visited_elements.hpp"
@@ -8,9 +8,9 @@
 
 namespace tornwalzen {
 
-#define PROBED(name, mangled, ...)                                \
-  void real_##name(__VA_ARGS__) asm("__real_" mangled);           \
-  void wrap_##name(__VA_ARGS__) asm("__wrap_" mangled);           \
+#define PROBED(name, mangled, ...)                      \
+  void real_##name(__VA_ARGS__) asm("__real_" mangled); \
+  void wrap_##name(__VA_ARGS__) asm("__wrap_" mangled); \
   void wrap_##name(__VA_ARGS__)
 
 namespace {
@@ -25,8 +25,8 @@ void probe(bench::Probe& p, Call call) {
 
 }  // namespace
 
-PROBED(assemble, "_ZN10tornwalzen8assembleEiRKNS_12DriverArraysENS_5TableIKdEE", Int mode, const DriverArrays& a,
-       Table<const double> FC) {
+PROBED(assemble, "_ZN10tornwalzen8assembleEiRKNS_12DriverArraysENS_5TableIKdEE", Int mode,
+       const DriverArrays& a, Table<const double> FC) {
   probe(mode == 1 ? bench::probes.tangent : bench::probes.residual, [&] { real_assemble(mode, a, FC); });
   if (mode == 1 && bench::probes.beforeFirstFactorization) {
     const bench::Seconds start = bench::now();
@@ -43,9 +43,12 @@ PROBED(loesys, "_ZN10tornwalzen6loesysEiNS_6VectorIKiEES2_NS0_IiEENS0_IdEENS0_IK
        Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK,
        Vector<const double> RHS, Vector<double> SOLUTION, Vector<const double> SYSM, Vector<double> WRHS) {
   const auto step = [&] { real_loesys(IDO, COLS, ROWI, WORK, RWORK, RHS, SOLUTION, SYSM, WRHS); };
-  if (IDO == 44) probe(bench::probes.factorize, step);
-  else if (IDO == 1) probe(bench::probes.solve, step);
-  else step();
+  if (IDO == 44)
+    probe(bench::probes.factorize, step);
+  else if (IDO == 1)
+    probe(bench::probes.solve, step);
+  else
+    step();
 }
 
 PROBED(newtonStep, "_ZN10tornwalzen10newtonStepERdRKNS_12DriverArraysENS_5TableIKdEE", double& EN,

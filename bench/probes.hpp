@@ -1,5 +1,5 @@
-// Counts and times of the library's own procedures during a run, without a change to the library: the linker sends
-// its calls through here (--wrap on the names in probes.cpp).
+// Counts and times of the library's own procedures during a run, without a change to the library: the linker
+// sends its calls through here (--wrap on the names in probes.cpp).
 #pragma once
 
 #include <functional>
@@ -15,13 +15,13 @@ struct Probe {
 };
 
 struct Probes {
-  Probe development;                       // the blank development as a whole
+  Probe development;  // the blank development as a whole
   long unfoldIterations = 0, unfoldEvaluations = 0;
-  long increments = 0;                     // started, repeats included
-  Probe newton;                            // Newton steps, all that follows here included
-  Probe tangent, residual;                 // assembly passes
+  long increments = 0;      // started, repeats included
+  Probe newton;             // Newton steps, all that follows here included
+  Probe tangent, residual;  // assembly passes
   Probe factorize, solve;
-  Probe energy;                            // energy sum at the start of an increment
+  Probe energy;  // energy sum at the start of an increment
   /// Called once, before the first factorization, with the arrays as they then stand; its time is no one's.
   std::function<void(const tornwalzen::DriverArrays&)> beforeFirstFactorization;
 };

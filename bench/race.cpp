@@ -6,15 +6,15 @@
 #include <memory>
 
 #include "contender.hpp"
-#include "surface_mesh.hpp"   // shapes::Random
+#include "surface_mesh.hpp"  // shapes::Random
 
 namespace bench {
 
 namespace {
 
-constexpr double backwardErrorLimit = 1e-13;   // some hundred roundings
+constexpr double backwardErrorLimit = 1e-13;  // some hundred roundings
 constexpr int rounds = 3;
-constexpr std::int32_t slowPeersOnce = 40000;   // equations from which a slow peer repeats once in a round
+constexpr std::int32_t slowPeersOnce = 40000;  // equations from which a slow peer repeats once in a round
 
 struct Entrant {
   const char* name;
@@ -26,13 +26,14 @@ struct Entrant {
 };
 
 std::vector<Entrant> entrants(bool slowPeers) {
-  std::vector<Entrant> all{{"tornwalzen", makeTornwalzen, false, {}, {}, {}, {}, {}},
+  std::vector<Entrant> all{
+      {"tornwalzen", makeTornwalzen, false, {}, {}, {}, {}, {}},
 #ifdef BENCH_CHOLMOD
-                           {"cholmod-supernodal", makeCholmodSupernodal, false, {}, {}, {}, {}, {}},
-                           {"cholmod-simplicial", makeCholmodSimplicial, true, {}, {}, {}, {}, {}},
+      {"cholmod-supernodal", makeCholmodSupernodal, false, {}, {}, {}, {}, {}},
+      {"cholmod-simplicial", makeCholmodSimplicial, true, {}, {}, {}, {}, {}},
 #endif
 #ifdef BENCH_EIGEN
-                           {"eigen-simplicial", makeEigenSimplicial, true, {}, {}, {}, {}, {}},
+      {"eigen-simplicial", makeEigenSimplicial, true, {}, {}, {}, {}, {}},
 #endif
   };
   if (!slowPeers) std::erase_if(all, [](const Entrant& e) { return e.slow; });
@@ -40,7 +41,9 @@ std::vector<Entrant> entrants(bool slowPeers) {
 }
 
 /// Repetitions within a round: small matrices are over before the clock ticks often.
-int repetitions(std::int32_t nodes) { return nodes <= 2000 ? 20 : nodes <= 20000 ? 7 : nodes <= 200000 ? 2 : 1; }
+int repetitions(std::int32_t nodes) {
+  return nodes <= 2000 ? 20 : nodes <= 20000 ? 7 : nodes <= 200000 ? 2 : 1;
+}
 
 void check(Entrant& e, Contender& c, const SymmetricMatrix& a, const std::vector<double>& b) {
   std::vector<double> x;
@@ -51,7 +54,8 @@ void check(Entrant& e, Contender& c, const SymmetricMatrix& a, const std::vector
     throw std::runtime_error(std::string(e.name) + ": backward error " + std::to_string(error));
 }
 
-void runRound(std::vector<Entrant>& all, const SymmetricMatrix& a, const std::vector<double>& b, int repeats) {
+void runRound(std::vector<Entrant>& all, const SymmetricMatrix& a, const std::vector<double>& b,
+              int repeats) {
   std::vector<std::unique_ptr<Contender>> live;
   for (Entrant& e : all) {
     live.push_back(e.make(a));
@@ -82,9 +86,10 @@ void runRound(std::vector<Entrant>& all, const SymmetricMatrix& a, const std::ve
 
 void print(const std::string& subject, const SymmetricMatrix& a, const std::vector<Entrant>& all,
            const Machine& machine, Report& report) {
-  std::printf("\n%s: %d equations, %zu entries; median processor times in ms\n", subject.c_str(), a.n, a.row.size());
-  std::printf("%-19s %9s %9s %9s %9s %8s %9s %9s %8s %7s %7s %9s %8s\n", "", "analyse", "first", "repeat", "solve",
-              "MB", "nnz(L)/1k", "stored", "Gflop", "GFLOP/s", "of FMA", "of DGEMM", "error");
+  std::printf("\n%s: %d equations, %zu entries; median processor times in ms\n", subject.c_str(), a.n,
+              a.row.size());
+  std::printf("%-19s %9s %9s %9s %9s %8s %9s %9s %8s %7s %7s %9s %8s\n", "", "analyse", "first", "repeat",
+              "solve", "MB", "nnz(L)/1k", "stored", "Gflop", "GFLOP/s", "of FMA", "of DGEMM", "error");
   for (const Entrant& e : all) {
     const double rate = 1e-9 * e.fill.flops / median(e.repeat).cpu;
     const auto ms = [](const std::vector<Seconds>& s) { return 1e3 * median(s).cpu; };
@@ -106,10 +111,12 @@ void print(const std::string& subject, const SymmetricMatrix& a, const std::vect
   std::fflush(stdout);
 }
 
-void giveRatios(const std::string& size, const std::vector<Entrant>& all, const Machine& machine, Report& report) {
+void giveRatios(const std::string& size, const std::vector<Entrant>& all, const Machine& machine,
+                Report& report) {
   const Entrant& own = all.front();
   const auto against = [&](const char* name) {
-    return std::find_if(all.begin(), all.end(), [&](const Entrant& e) { return std::string(name) == e.name; });
+    return std::find_if(all.begin(), all.end(),
+                        [&](const Entrant& e) { return std::string(name) == e.name; });
   };
   const auto times = [](const std::vector<Seconds>& ours, const std::vector<Seconds>& theirs) {
     return median(ours).cpu / median(theirs).cpu;
@@ -137,8 +144,8 @@ void raceSolvers(const RaceCase& which, const Machine& machine, Report& report) 
   std::vector<Entrant> all = entrants(which.slowPeers);
   for (int r = 0; r < rounds; ++r) runRound(all, a, b, repetitions(which.nodes));
   const char* numbering[] = {"rows", "mesher", "random"};
-  const std::string subject = std::string(which.structured ? "structured-" : "jittered-") + sizeName(which.nodes) +
-                              "-" + numbering[static_cast<int>(which.numbering)];
+  const std::string subject = std::string(which.structured ? "structured-" : "jittered-") +
+                              sizeName(which.nodes) + "-" + numbering[static_cast<int>(which.numbering)];
   print(subject, a, all, machine, report);
   if (which.ratios) giveRatios(sizeName(which.nodes), all, machine, report);
 }

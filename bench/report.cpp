@@ -10,12 +10,14 @@ Report::Report(const std::string& path) : csv_(std::fopen(path.c_str(), "w")) {
   std::fprintf(csv_, "phase,subject,who,quantity,value,unit\n");
 }
 
-Report::~Report() { std::fclose(csv_); }
+Report::~Report() {
+  std::fclose(csv_);
+}
 
 void Report::figure(const std::string& phase, const std::string& subject, const std::string& who,
                     const std::string& quantity, double value, const std::string& unit) {
-  std::fprintf(csv_, "%s,%s,%s,%s,%.6g,%s\n", phase.c_str(), subject.c_str(), who.c_str(), quantity.c_str(), value,
-               unit.c_str());
+  std::fprintf(csv_, "%s,%s,%s,%s,%.6g,%s\n", phase.c_str(), subject.c_str(), who.c_str(), quantity.c_str(),
+               value, unit.c_str());
   std::fflush(csv_);
 }
 

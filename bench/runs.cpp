@@ -49,8 +49,8 @@ void timePeer(const SymmetricMatrix& m, Seconds& factorize, Seconds& solve) {
 
 void printSplit(const std::string& subject, const Seconds& all, Report& report) {
   const auto line = [&](const char* name, long calls, double cpu) {
-    std::printf("  %-22s %9.3f s %5.1f %% %7ld calls %10.3f ms each\n", name, cpu, 100.0 * cpu / all.cpu, calls,
-                calls > 0 ? 1e3 * cpu / static_cast<double>(calls) : 0.0);
+    std::printf("  %-22s %9.3f s %5.1f %% %7ld calls %10.3f ms each\n", name, cpu, 100.0 * cpu / all.cpu,
+                calls, calls > 0 ? 1e3 * cpu / static_cast<double>(calls) : 0.0);
     report.figure("run", subject, name, "cpu", cpu, "s");
     report.figure("run", subject, name, "calls", static_cast<double>(calls), "");
   };
@@ -91,11 +91,12 @@ void wholeRun(const RunCase& which, const Machine& machine, Report& report) {
   const std::string size = sizeName(which.triangles), subject = std::string(which.shape) + "-" + size;
   if (!run.converged()) throw std::runtime_error(subject + ": the run did not converge");
 
-  std::printf("\n%s: %d nodes, %d triangles, %ld increments, %ld Newton iterations, %ld unfolding iterations of %.1f "
-              "evaluations\n",
-              subject.c_str(), run.nodes(), run.triangles(), probes.increments, probes.newton.calls,
-              probes.unfoldIterations,
-              static_cast<double>(probes.unfoldEvaluations) / static_cast<double>(probes.unfoldIterations));
+  std::printf(
+      "\n%s: %d nodes, %d triangles, %ld increments, %ld Newton iterations, %ld unfolding iterations of %.1f "
+      "evaluations\n",
+      subject.c_str(), run.nodes(), run.triangles(), probes.increments, probes.newton.calls,
+      probes.unfoldIterations,
+      static_cast<double>(probes.unfoldEvaluations) / static_cast<double>(probes.unfoldIterations));
   std::printf("  %-22s %9.3f s; set-up %.3f s before it (processor times; wall %.3f s)\n", "OSMAIN", all.cpu,
               setUp.cpu, all.wall);
   printSplit(subject, all, report);

@@ -27,9 +27,9 @@ SampleRun::SampleRun(const shapes::Sheet& sheet)
 
 void SampleRun::setUp(std::int32_t mode, const shapes::Sheet& sheet) {
   std::int32_t ISTAT = 0;
-  OSINIT(&mode, &NN_, &NE_, &NEQ_, &MNSYSM_, &NIWOR_, &NRK_, sheet.knots.data(), sheet.inzi.data(), INTA_.data(),
-         nullptr, COLS_.data(), ROWI_.data(), WORK_.data(), RWORK_.data(), nullptr, nullptr, nullptr, nullptr,
-         KNG_.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &ISTAT);
+  OSINIT(&mode, &NN_, &NE_, &NEQ_, &MNSYSM_, &NIWOR_, &NRK_, sheet.knots.data(), sheet.inzi.data(),
+         INTA_.data(), nullptr, COLS_.data(), ROWI_.data(), WORK_.data(), RWORK_.data(), nullptr, nullptr,
+         nullptr, nullptr, KNG_.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &ISTAT);
   if (ISTAT != 0) throw std::runtime_error("the structure could not be set up");
   ROWI_.resize(MNSYSM_);
   WORK_.resize(NIWOR_);
@@ -55,15 +55,12 @@ void SampleRun::hold(const shapes::Sheet& sheet) {
 
 tornwalzen::DriverArrays SampleRun::arrays() {
   const tornwalzen::Int64 nn = NN_, ne = NE_, neq = NEQ_, entries = MNSYSM_;
-  return {{"INTA", INTA_.data(), ne, 3},    {"ARFA", ARFA_.data(), neq},
-          {"COLS", COLS_.data(), neq + 1},  {"ROWI", ROWI_.data(), entries},
-          {"WORK", WORK_.data(), NIWOR_},   {"RWORK", RWORK_.data(), NRK_},
-          {"RR", RR_.data(), neq},          {"RB", RB_.data(), neq},
-          {"RX", RX_.data(), neq},          {"TEMP", TEMP_.data(), neq},
-          {"KNG", KNG_.data(), nn, 3},      {"KNZ", KNZ_.data(), nn, 3},
-          {"KNA", KNA_.data(), nn, 3},      {"ELG", ELG_.data(), ne, 5},
-          {"SYSM", SYSM_.data(), entries},  {"RXA", RXA_.data(), neq},
-          {"WRHS", WRHS_.data(), neq}};
+  return {{"INTA", INTA_.data(), ne, 3},   {"ARFA", ARFA_.data(), neq},    {"COLS", COLS_.data(), neq + 1},
+          {"ROWI", ROWI_.data(), entries}, {"WORK", WORK_.data(), NIWOR_}, {"RWORK", RWORK_.data(), NRK_},
+          {"RR", RR_.data(), neq},         {"RB", RB_.data(), neq},        {"RX", RX_.data(), neq},
+          {"TEMP", TEMP_.data(), neq},     {"KNG", KNG_.data(), nn, 3},    {"KNZ", KNZ_.data(), nn, 3},
+          {"KNA", KNA_.data(), nn, 3},     {"ELG", ELG_.data(), ne, 5},    {"SYSM", SYSM_.data(), entries},
+          {"RXA", RXA_.data(), neq},       {"WRHS", WRHS_.data(), neq}};
 }
 
 void SampleRun::analyse(std::int32_t material) {
@@ -76,19 +73,20 @@ void SampleRun::analyse(std::int32_t material) {
         if (record->kind == 0) *static_cast<double*>(fraction) = record->value;
       },
       &lastFraction);
-  tornwalzen::run.ierrel = 0;   // a run that was given up must not end the next one
+  tornwalzen::run.ierrel = 0;  // a run that was given up must not end the next one
   std::int32_t ISTAT = 0;
   {
     const Quiet quiet;
     OSMAIN(INTA_.data(), ARFA_.data(), COLS_.data(), ROWI_.data(), WORK_.data(), RWORK_.data(), RR_.data(),
-           RB_.data(), RX_.data(), TEMP_.data(), KNG_.data(), KNZ_.data(), KNA_.data(), ELG_.data(), SYSM_.data(),
-           RXA_.data(), WRHS_.data(), &material, EVAL_.data(), &ISTAT);
+           RB_.data(), RX_.data(), TEMP_.data(), KNG_.data(), KNZ_.data(), KNA_.data(), ELG_.data(),
+           SYSM_.data(), RXA_.data(), WRHS_.data(), &material, EVAL_.data(), &ISTAT);
   }
   PlivaneSetProgressHdlr(nullptr, nullptr);
   converged_ = ISTAT != -1 && lastFraction == 1.0 && !tornwalzen::failed(tornwalzen::run.ierrel);
-  const long seen[] = {probes.development.calls, probes.unfoldIterations, probes.unfoldEvaluations, probes.increments,
-                       probes.newton.calls,      probes.tangent.calls,    probes.residual.calls,    probes.energy.calls,
-                       probes.factorize.calls,   probes.solve.calls};
+  const long seen[] = {probes.development.calls, probes.unfoldIterations, probes.unfoldEvaluations,
+                       probes.increments,        probes.newton.calls,     probes.tangent.calls,
+                       probes.residual.calls,    probes.energy.calls,     probes.factorize.calls,
+                       probes.solve.calls};
   for (long calls : seen)
     if (calls == 0) throw std::runtime_error("a procedure of the library is no longer seen by its probe");
 }

@@ -9,8 +9,9 @@
 
 namespace bench {
 
-/// The host's arrays for one mesh, with the structure set up (OSINIT modes 1 to 3) and three unknowns held that take
-/// out the rigid motion: u and v of the node nearest the middle seen from +z, v of the node farthest from it in x.
+/// The host's arrays for one mesh, with the structure set up (OSINIT modes 1 to 3) and three unknowns held
+/// that take out the rigid motion: u and v of the node nearest the middle seen from +z, v of the node
+/// farthest from it in x.
 class SampleRun {
  public:
   /// Throws std::runtime_error if the set-up fails.

@@ -65,13 +65,7 @@ void imposeHeldUnknowns(const DriverArrays& a) {
 }
 
 void energySum(double& EN, const DriverArrays& a, Table<const double> FC) {
-  EN = 0.0;
-  for (Int e = 1; e <= run.nele; ++e) {
-    double potential;
-    elementMeasure(e, a.INTA, a.RX, a.KNZ, FC, potential, a.ELG);
-    if (failed(run.ierrel)) return;
-    EN += potential;
-  }
+  measureElements(a.INTA, a.RX, a.KNZ, FC, EN, a.ELG);
 }
 
 }  // namespace tornwalzen

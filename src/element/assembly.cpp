@@ -1,33 +1,95 @@
-// Global residual and tangent: a sum over the triangles, element entries placed through a dense scatter
-// vector.
+// Global residual and tangent: a sum over the triangles in order, each entry at its place in the pattern.
 #include "element/assembly.hpp"
 
 #include <cmath>
+#include <utility>
 
 #include "element/element.hpp"
+#include "element/lane_pass.hpp"
 #include "interface/run_state.hpp"
 
 namespace tornwalzen {
 
 namespace {
 
-/// Adds the lower triangle of one element tangent to SYSM. A column of the element is spread over TEMP by
-/// equation number, one sweep over the stored column picks it up and leaves TEMP zero: no search for
-/// positions. eq: the six equations of the element. AMAT: element tangent, 6 × 6 column-major.
-void addTangent(const Int (&eq)[6], const double (&AMAT)[36], Vector<const Int> COLS, Vector<const Int> ROWI,
-                Vector<double> TEMP, Vector<double> SYSM) {
-  for (int k = 0; k < 6; ++k) {
-    const Int c = eq[k];
-    for (int j = 0; j < 6; ++j)
-      if (eq[j] >= c) TEMP(eq[j]) = AMAT[6 * k + j];
-    const Int end = COLS(c + 1);
-    for (Int p = COLS(c); p < end; ++p) {
-      const Int row = ROWI(p);
-      SYSM(p) += TEMP(row);
-      TEMP(row) = 0.0;
+/// Adds the lower triangle of one element tangent to SYSM, each entry at its place. The two columns of a node
+/// begin with the node's own rows and go on with the same pairs of rows, one pair for each larger neighbour:
+/// the number of smaller pairs is a neighbour's place in both. It is counted over the whole column, since a
+/// search would end where the processor cannot foresee it.
+class TangentPlaces {
+ public:
+  TangentPlaces(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<double> SYSM)
+      : COLS_(COLS), ROWI_(ROWI), SYSM_(SYSM) {}
+
+  /// corner: nodes of the element. AMAT: element tangent, 6 × 6 column-major, `stride` doubles from entry to
+  /// entry.
+  template <int stride>
+  void add(const Int (&corner)[3], const double* AMAT) const {
+    int a = 0, b = 1, c = 2;  // the corners by rising node number
+    if (corner[b] < corner[a]) std::swap(a, b);
+    if (corner[c] < corner[b]) std::swap(b, c);
+    if (corner[b] < corner[a]) std::swap(a, b);
+    const Columns A(COLS_, corner[a]), B(COLS_, corner[b]), C(COLS_, corner[c]);
+    Int beforeB = 0, beforeC = 0, beforeCinB = 0;
+    for (Int p = A.first + 2; p < A.second; p += 2) {
+      beforeB += ROWI_(p) < 2 * corner[b] - 1;
+      beforeC += ROWI_(p) < 2 * corner[c] - 1;
     }
+    for (Int p = B.first + 2; p < B.second; p += 2) beforeCinB += ROWI_(p) < 2 * corner[c] - 1;
+    addOwn<stride>(A, AMAT + 14 * stride * a);
+    addPair<stride>(A, beforeB, corner[b], AMAT + stride * (12 * a + 2 * b));
+    addPair<stride>(A, beforeC, corner[c], AMAT + stride * (12 * a + 2 * c));
+    addOwn<stride>(B, AMAT + 14 * stride * b);
+    addPair<stride>(B, beforeCinB, corner[c], AMAT + stride * (12 * b + 2 * c));
+    addOwn<stride>(C, AMAT + 14 * stride * c);
   }
-}
+
+ private:
+  struct Columns {  // of one node: their first entries, and one past the last
+    Int first, second, end;
+    Columns(Vector<const Int> COLS, Int n)
+        : first(COLS(2 * n - 1)), second(COLS(2 * n)), end(COLS(2 * n + 1)) {}
+  };
+
+  /// K: the block's entry (1, 1) in AMAT.
+  template <int stride>
+  void addOwn(const Columns& column, const double* K) const {
+    SYSM_(column.first) += K[0];
+    SYSM_(column.first + 1) += K[stride];
+    SYSM_(column.second) += K[7 * stride];
+  }
+  /// A pair without a place in the pattern is left out.
+  template <int stride>
+  void addPair(const Columns& column, Int before, Int n, const double* K) const {
+    const Int p = column.first + 2 + 2 * before, q = column.second + 1 + 2 * before;
+    if (p + 1 >= column.second || q + 1 >= column.end || ROWI_(p) != 2 * n - 1) return;
+    SYSM_(p) += K[0];
+    SYSM_(p + 1) += K[stride];
+    SYSM_(q) += K[6 * stride];
+    SYSM_(q + 1) += K[7 * stride];
+  }
+
+  Vector<const Int> COLS_, ROWI_;
+  Vector<double> SYSM_;
+};
+
+/// What one element adds to the global sums. Its gradient and tangent lie `stride` doubles from entry to
+/// entry.
+struct ElementSums {
+  const DriverArrays& a;
+  const TangentPlaces& places;
+  bool withMatrix;
+
+  template <int stride>
+  void add(Int e, const double* GRADIENT, const double* AMAT) const {
+    const Int corner[3] = {a.INTA(e, 1), a.INTA(e, 2), a.INTA(e, 3)};
+    for (int c = 0; c < 3; ++c) {
+      a.RR(2 * corner[c] - 1) -= GRADIENT[stride * (2 * c)];
+      a.RR(2 * corner[c]) -= GRADIENT[stride * (2 * c + 1)];
+    }
+    if (withMatrix) places.add<stride>(corner, AMAT);
+  }
+};
 
 /// Largest |RR(i)| of the free unknowns. A NaN stays: a residual that is no number must not pass for a small
 /// one.
@@ -52,18 +114,24 @@ void assemble(Int mode, const DriverArrays& a, Table<const double> FC) {
   }
 
   const FlowCurve CURVE(FC);
-  for (Int e = 1; e <= run.nele; ++e) {
-    double potential, GRADIENT[6], AMAT[36];
-    elementRoutine(e, mode, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
-    if (failed(run.ierrel)) return;
-    Int eq[6];
-    for (int corner = 0; corner < 3; ++corner) {
-      const Int n = a.INTA(e, corner + 1);
-      eq[2 * corner] = 2 * n - 1;
-      eq[2 * corner + 1] = 2 * n;
+  const TangentPlaces places(a.COLS, a.ROWI, a.SYSM);
+  const ElementSums sums{a, places, withMatrix};
+  const LaneCurve laneCurve(CURVE);
+  LaneBatch batch;
+  for (Int e = 1; e <= run.nele;) {
+    if (e + laneCount - 1 <= run.nele && lanesServe() && takeEight(e, a.INTA, a.RX, a.KNZ, batch)) {
+      elementLanes().evaluate(withMatrix ? Order::hessian : Order::gradient, laneCurve, batch);
+      for (int l = 0; l < laneCount; ++l, ++e)
+        sums.add<laneCount>(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l]);
+      continue;
     }
-    for (int k = 0; k < 6; ++k) a.RR(eq[k]) -= GRADIENT[k];
-    if (withMatrix) addTangent(eq, AMAT, a.COLS, a.ROWI, a.TEMP, a.SYSM);
+    const Int last = e + laneCount - 1 < run.nele ? e + laneCount - 1 : run.nele;
+    for (; e <= last; ++e) {
+      double potential, GRADIENT[6], AMAT[36];
+      elementRoutine(e, mode, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
+      if (failed(run.ierrel)) return;
+      sums.add<1>(e, GRADIENT, AMAT);
+    }
   }
   run.maxgrad = residualNorm(a.ARFA, a.RR);
 }

@@ -29,4 +29,10 @@ void elementRoutine(Int e, Int mode, Table<const Int> INTA, Vector<const double>
 void elementMeasure(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
                     const FlowCurve& CURVE, double& POTENTIAL, Table<double> ELG);
 
+/// elementMeasure for all elements in order, with the same bits. SUM: out, sum of their potentials in that
+/// order (mm²). A degenerate element ends it as elementMeasure tells; SUM and ELG then hold what came before
+/// it.
+void measureElements(Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
+                     const FlowCurve& CURVE, double& SUM, Table<double> ELG);
+
 }  // namespace tornwalzen

@@ -16,11 +16,12 @@
 namespace tornwalzen {
 
 /// GRADIENT: out, 6 (mm), order u1 v1 u2 v2 u3 v3.
-inline void potentialGradient(const Kinematics& K, const Density& F, double (&GRADIENT)[6]) {
-  const double S12 = 0.5 * F.g3;
-  const double T11 = K.C11 * F.g1 + K.C12 * S12, T12 = K.C11 * S12 + K.C12 * F.g2;
-  const double T21 = K.C12 * F.g1 + K.C22 * S12, T22 = K.C12 * S12 + K.C22 * F.g2;
-  const double P11 = F.phi - 2.0 * T11, P22 = F.phi - 2.0 * T22, P12 = -2.0 * T12, P21 = -2.0 * T21;
+template <class Real>
+void potentialGradient(const KinematicsOf<Real>& K, const DensityOf<Real>& F, Real (&GRADIENT)[6]) {
+  const Real S12 = 0.5 * F.g3;
+  const Real T11 = K.C11 * F.g1 + K.C12 * S12, T12 = K.C11 * S12 + K.C12 * F.g2;
+  const Real T21 = K.C12 * F.g1 + K.C22 * S12, T22 = K.C12 * S12 + K.C22 * F.g2;
+  const Real P11 = F.phi - 2.0 * T11, P22 = F.phi - 2.0 * T22, P12 = -2.0 * T12, P21 = -2.0 * T21;
   for (int n = 0; n < 2; ++n) {
     GRADIENT[2 * n + 2] = P11 * K.DN[n][0] + P12 * K.DN[n][1];
     GRADIENT[2 * n + 3] = P21 * K.DN[n][0] + P22 * K.DN[n][1];
@@ -30,11 +31,12 @@ inline void potentialGradient(const Kinematics& K, const Density& F, double (&GR
 }
 
 /// The Hessian in the four coordinates of corners 2 and 3, order u2 v2 u3 v3. EDGE: out, both triangles.
-inline void edgeHessian(const Kinematics& K, const Density& F, double (&EDGE)[4][4]) {
-  const double scale = 1.0 / K.D, S12 = 0.5 * F.g3;
-  double c1[4], c2[4], c3[4];  // D times the derivatives of C11, C22, C12 (mm)
+template <class Real>
+void edgeHessian(const KinematicsOf<Real>& K, const DensityOf<Real>& F, Real (&EDGE)[4][4]) {
+  const Real scale = 1.0 / K.D, S12 = 0.5 * F.g3;
+  Real c1[4], c2[4], c3[4];  // D times the derivatives of C11, C22, C12 (mm)
   for (int n = 0; n < 2; ++n) {
-    const double Nu = K.DN[n][0], Nv = K.DN[n][1];
+    const Real Nu = K.DN[n][0], Nv = K.DN[n][1];
     c1[2 * n] = -2.0 * K.C11 * Nu;
     c1[2 * n + 1] = -2.0 * K.C12 * Nu;
     c2[2 * n] = -2.0 * K.C12 * Nv;
@@ -43,26 +45,26 @@ inline void edgeHessian(const Kinematics& K, const Density& F, double (&EDGE)[4]
     c3[2 * n + 1] = -(K.C22 * Nu + K.C12 * Nv);
   }
   for (int k = 0; k < 4; ++k) {
-    const double f1 = F.h11 * c1[k] + F.h12 * c2[k] + F.h13 * c3[k];
-    const double f2 = F.h12 * c1[k] + F.h22 * c2[k] + F.h23 * c3[k];
-    const double f3 = F.h13 * c1[k] + F.h23 * c2[k] + F.h33 * c3[k];
+    const Real f1 = F.h11 * c1[k] + F.h12 * c2[k] + F.h13 * c3[k];
+    const Real f2 = F.h12 * c1[k] + F.h22 * c2[k] + F.h23 * c3[k];
+    const Real f3 = F.h13 * c1[k] + F.h23 * c2[k] + F.h33 * c3[k];
     for (int l = 0; l <= k; ++l) EDGE[k][l] = (f1 * c1[l] + f2 * c2[l] + f3 * c3[l]) * scale;
   }
 
-  const double(&N)[2] = K.DN[0];
-  const double(&M)[2] = K.DN[1];
-  const auto curvature = [&](const double(&A)[2], const double(&B)[2]) {
+  const Real(&N)[2] = K.DN[0];
+  const Real(&M)[2] = K.DN[1];
+  const auto curvature = [&](const Real(&A)[2], const Real(&B)[2]) {
     return 2.0 * scale * (F.g1 * (A[0] * B[0]) + F.g2 * (A[1] * B[1]) + S12 * (A[0] * B[1] + A[1] * B[0]));
   };
-  const double nn = curvature(N, N), nm = curvature(N, M), mm = curvature(M, M);
+  const Real nn = curvature(N, N), nm = curvature(N, M), mm = curvature(M, M);
   EDGE[0][0] += K.C11 * nn;
   EDGE[1][0] += K.C12 * nn;
   EDGE[1][1] += K.C22 * nn;
   EDGE[2][2] += K.C11 * mm;
   EDGE[3][2] += K.C12 * mm;
   EDGE[3][3] += K.C22 * mm;
-  const double trace = K.C11 * F.g1 + K.C22 * F.g2 + 2.0 * (K.C12 * S12);
-  const double turn = F.phi - 2.0 * trace;
+  const Real trace = K.C11 * F.g1 + K.C22 * F.g2 + 2.0 * (K.C12 * S12);
+  const Real turn = F.phi - 2.0 * trace;
   EDGE[2][0] += K.C11 * nm;
   EDGE[2][1] += K.C12 * nm - turn;
   EDGE[3][0] += K.C12 * nm + turn;
@@ -73,9 +75,10 @@ inline void edgeHessian(const Kinematics& K, const Density& F, double (&EDGE)[4]
 
 /// From the four coordinates of corners 2 and 3 to all six. HESSIAN: out, 6 × 6 column-major (dimensionless),
 /// both triangles, equal to the bit.
-inline void expandHessian(const double (&EDGE)[4][4], double (&HESSIAN)[36]) {
+template <class Real>
+void expandHessian(const Real (&EDGE)[4][4], Real (&HESSIAN)[36]) {
   for (int k = 0; k < 4; ++k) {
-    double* column = HESSIAN + 6 * (k + 2);
+    Real* column = HESSIAN + 6 * (k + 2);
     for (int l = 0; l < 4; ++l) column[l + 2] = EDGE[k][l];
     for (int i = 0; i < 2; ++i) HESSIAN[6 * i + k + 2] = column[i] = -(EDGE[k][i] + EDGE[k][i + 2]);
   }
@@ -85,8 +88,9 @@ inline void expandHessian(const double (&EDGE)[4][4], double (&HESSIAN)[36]) {
 }
 
 /// HESSIAN: out, 6 × 6 column-major (dimensionless).
-inline void potentialHessian(const Kinematics& K, const Density& F, double (&HESSIAN)[36]) {
-  double EDGE[4][4];
+template <class Real>
+void potentialHessian(const KinematicsOf<Real>& K, const DensityOf<Real>& F, Real (&HESSIAN)[36]) {
+  Real EDGE[4][4];
   edgeHessian(K, F, EDGE);
   expandHessian(EDGE, HESSIAN);
 }

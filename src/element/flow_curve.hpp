@@ -9,11 +9,15 @@ namespace tornwalzen {
 
 /// Specific plastic work (dimensionless, stresses being scaled) between strains a and b with the cubic of row
 /// k: A(b⁴-a⁴)/4 + B(b³-a³)/3 + C(b²-a²)/2 + D(b-a), with the factor b - a taken out.
-inline double segmentWork(Table<const double> FC, Int k, double a, double b) {
-  const double sum = a + b, squares = a * a + b * b;
-  const double mean =
-      FC(k, 4) * (sum * squares) / 4.0 + FC(k, 5) * (squares + a * b) / 3.0 + FC(k, 6) * sum / 2.0 + FC(k, 7);
+/// Real: double, or a vector of doubles, one strain per lane.
+template <class Real>
+Real cubicWork(Real A, Real B, Real C, Real D, Real a, Real b) {
+  const Real sum = a + b, squares = a * a + b * b;
+  const Real mean = A * (sum * squares) / 4.0 + B * (squares + a * b) / 3.0 + C * sum / 2.0 + D;
   return mean * (b - a);
+}
+inline double segmentWork(Table<const double> FC, Int k, double a, double b) {
+  return cubicWork(FC(k, 4), FC(k, 5), FC(k, 6), FC(k, 7), a, b);
 }
 
 /// Made once per pass, so that an element adds one segment to a stored sum; the sum runs in the order of the
@@ -34,9 +38,11 @@ struct FlowCurve {
   double WFULL[curveRows];  // [k]: work from the first strain to the end of segment k
 };
 
-struct Stress {
-  double work, sigma, slope;  // W, σ = dW/dε̄, dσ/dε̄
+template <class Real>
+struct StressOf {
+  Real work, sigma, slope;  // W, σ = dW/dε̄, dσ/dε̄
 };
+using Stress = StressOf<double>;
 
 /// Work and stress at the equivalent strain: the cubic of the segment that reaches up to it, extended beyond
 /// the last point. A curve of fewer than three points has only its first segment.

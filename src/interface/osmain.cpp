@@ -9,10 +9,10 @@
 
 using namespace tornwalzen;
 
-extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, const int32_t* ROWI, int32_t* WORK,
-                       double* RWORK, double* RR, double* RB, double* RX, double* TEMP, const double* KNG,
-                       double* KNZ, double* KNA, double* ELG, double* SYSM, double* RXA, double* WRHS,
-                       const int32_t* ICTRL, double* EVAL, int32_t* ISTAT) {
+extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, const int32_t* ROWI,
+                       int32_t* WORK, double* RWORK, double* RR, double* RB, double* RX, double* TEMP,
+                       const double* KNG, double* KNZ, double* KNA, double* ELG, double* SYSM, double* RXA,
+                       double* WRHS, const int32_t* ICTRL, double* EVAL, int32_t* ISTAT) {
   if (ISTAT == nullptr) return;
   *ISTAT = 0;
   const AnalysisRun analysis;
@@ -25,44 +25,20 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
   run.istat = (*ICTRL == 0 || *ICTRL == 1 || *ICTRL == 2) ? 1 : 0;
 
   const Int64 nodes = run.maxkno, elements = run.maxele, equations = run.neq, entries = run.mnsysm;
-  const bool given = argumentsGiven({{"INTA", INTA, elements},
-                                     {"ARFA", ARFA, equations},
-                                     {"COLS", COLS, equations},
-                                     {"ROWI", ROWI, entries},
-                                     {"WORK", WORK, run.niwor},
-                                     {"RWORK", RWORK, run.nrk},
-                                     {"RR", RR, equations},
-                                     {"RB", RB, equations},
-                                     {"RX", RX, equations},
-                                     {"TEMP", TEMP, equations},
-                                     {"KNG", KNG, nodes},
-                                     {"KNZ", KNZ, nodes},
-                                     {"KNA", KNA, nodes},
-                                     {"ELG", ELG, elements},
-                                     {"SYSM", SYSM, entries},
-                                     {"RXA", RXA, equations},
-                                     {"WRHS", WRHS, equations},
-                                     {"EVAL", EVAL, elements}});
-  const DriverArrays arrays{{"INTA", INTA, elements, 3},
-                            {"ARFA", ARFA, equations},
-                            {"COLS", COLS, equations + 1},
-                            {"ROWI", ROWI, entries},
-                            {"WORK", WORK, run.niwor},
-                            {"RWORK", RWORK, run.nrk},
-                            {"RR", RR, equations},
-                            {"RB", RB, equations},
-                            {"RX", RX, equations},
-                            {"TEMP", TEMP, equations},
-                            {"KNG", KNG, nodes, 3},
-                            {"KNZ", KNZ, nodes, 3},
-                            {"KNA", KNA, nodes, 3},
-                            {"ELG", ELG, elements, 5},
-                            {"SYSM", SYSM, entries},
-                            {"RXA", RXA, equations},
-                            {"WRHS", WRHS, equations}};
+  const DriverArrays arrays{
+      {"INTA", INTA, elements, 3}, {"ARFA", ARFA, equations}, {"COLS", COLS, equations + 1},
+      {"ROWI", ROWI, entries},     {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk},
+      {"RR", RR, equations},       {"RB", RB, equations},     {"RX", RX, equations},
+      {"TEMP", TEMP, equations},   {"KNG", KNG, nodes, 3},    {"KNZ", KNZ, nodes, 3},
+      {"KNA", KNA, nodes, 3},      {"ELG", ELG, elements, 5}, {"SYSM", SYSM, entries},
+      {"RXA", RXA, equations},     {"WRHS", WRHS, equations}};
+  const Vector<double> results("EVAL", EVAL, 5 * elements);
+  const DriverArrays& a = arrays;
+  const bool given = argumentsGiven({a.INTA, a.ARFA, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.RX,
+                                     a.TEMP, a.KNG, a.KNZ, a.KNA, a.ELG, a.SYSM, a.RXA, a.WRHS, results});
   const bool usable = given && incidencesInside(arrays.INTA, run.nkno) &&
                       (run.neq == 0 || patternInside(arrays.COLS, arrays.ROWI, run.neq));
-  if (usable) inverseDriver(arrays, {"EVAL", EVAL, 5 * elements});
+  if (usable) inverseDriver(arrays, results);
   if (usable && failed(run.ierrso)) record.end = RunEnd::solverFailed;
   *ISTAT = failed(run.ierrso) ? -1 : run.istat;
 }

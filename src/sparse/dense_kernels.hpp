@@ -17,9 +17,9 @@ struct DenseKernels {
   /// Returns 0, or the one-based column whose pivot is exactly zero; the front is then left half done.
   Int64 (*factorFront)(double* F, Int64 stride, Int64 c, Int64 w, double* packing);
 
-  /// x := L11⁻¹·x and below := below + L21·x for one supernode of w columns and c rows.
+  /// x := L11⁻¹·x and below := L21·x for one supernode of w columns and c rows.
   /// L: in, its columns one after the other, each from below its diagonal: trapezoidEntries(w, c).
-  /// x: inout, w; below: inout, c - w.
+  /// x: inout, w; below: out, c - w.
   void (*forward)(const double* L, Int64 w, Int64 c, double* x, double* below);
 
   /// x := L11⁻ᵀ·(x - L21ᵀ·below); arguments as above, below: in.

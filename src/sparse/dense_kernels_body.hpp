@@ -12,7 +12,8 @@
 //   3. after the panel, the rest of the front: F := F - L·(D·Lᵀ), lower triangle, in register tiles.
 
 using Vec = double __attribute__((vector_size(VL * sizeof(double))));
-using VecAt = double __attribute__((vector_size(VL * sizeof(double)), aligned(8), may_alias));   // in memory
+// In memory. A typedef, because an alias declaration loses the alignment under clang.
+typedef double VecAt __attribute__((vector_size(VL * sizeof(double)), aligned(8), may_alias));
 
 constexpr Int64 blockWidth = 8;
 static_assert(panelWidth % blockWidth == 0 && NR <= largestTile && MV * VL <= largestTile);
@@ -206,7 +207,7 @@ Int64 factorFront(double* F, Int64 stride, Int64 c, Int64 w, double* packing) {
 inline const double* columnOf(const double* L, Int64 p, Int64 c) { return L + p * c - p * (p + 1) / 2 - p - 1; }
 
 using Pair = double __attribute__((vector_size(2 * sizeof(double))));
-using PairAt = double __attribute__((vector_size(2 * sizeof(double)), aligned(8), may_alias));
+typedef double PairAt __attribute__((vector_size(2 * sizeof(double)), aligned(8), may_alias));
 inline Pair loadPair(const double* p) { return *reinterpret_cast<const PairAt*>(p); }
 
 // The sum of a vector's pairs.
@@ -218,25 +219,25 @@ inline Pair inPairs(Vec v) {
   return sum;
 }
 
-// y += Σ L(:,k)·x(k) over the rows first .. end-1 of N columns at once: y is read and written once for all. The rows
-// that do not fill a vector go in pairs.
-template <int N>
-inline void addColumns(const double* const (&column)[N], const double (&x)[N], double* y, Int64 first, Int64 end) {
+// y := Σ L(:,k)·x(k), or y += that, over the rows first .. end-1 of N columns at once: y is read and written once for
+// all. The rows that do not fill a vector go in pairs.
+template <int N, bool add>
+inline void sumColumns(const double* const (&column)[N], const double (&x)[N], double* y, Int64 first, Int64 end) {
   Int64 i = first;
   for (; i + VL <= end; i += VL) {
     Vec sum = load(column[0] + i) * x[0];
     for (int k = 1; k < N; ++k) sum += load(column[k] + i) * x[k];
-    store(y + i, load(y + i) + sum);
+    store(y + i, add ? load(y + i) + sum : sum);
   }
   for (; i + 2 <= end; i += 2) {
     Pair sum = loadPair(column[0] + i) * x[0];
     for (int k = 1; k < N; ++k) sum += loadPair(column[k] + i) * x[k];
-    *reinterpret_cast<PairAt*>(y + i) += sum;
+    *reinterpret_cast<PairAt*>(y + i) = add ? loadPair(y + i) + sum : sum;
   }
   if (i < end) {
     double sum = column[0][i] * x[0];
     for (int k = 1; k < N; ++k) sum += column[k][i] * x[k];
-    y[i] += sum;
+    y[i] = add ? y[i] + sum : sum;
   }
 }
 
@@ -262,7 +263,7 @@ inline void dotColumns(const double* const (&column)[N], const double* y, Int64 
     for (int k = 0; k < N; ++k) sum[k] += column[k][i] * y[i];
 }
 
-// The columns p .. p+N-1 of the forward substitution.
+// The columns p .. p+N-1 of the forward substitution; the first ones set `below`, the later ones add to it.
 template <int N>
 inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* x, double* below) {
   const double *column[N], *rest[N];
@@ -275,8 +276,11 @@ inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* x
     x[p + k] = value[k];
     minus[k] = -value[k];
   }
-  addColumns<N>(column, minus, x, p + N, w);
-  addColumns<N>(rest, value, below, 0, c - w);
+  sumColumns<N, true>(column, minus, x, p + N, w);
+  if (p == 0)
+    sumColumns<N, false>(rest, value, below, 0, c - w);
+  else
+    sumColumns<N, true>(rest, value, below, 0, c - w);
 }
 
 // The columns p .. p+N-1 of the backward substitution.

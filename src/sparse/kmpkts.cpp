@@ -26,7 +26,6 @@ void KMPKTS(Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS, Vector<
   for (Int i = 1; i <= NEQ; ++i) WRHS(f.INVP(i)) = SOLUTION(i);
   for (Int k = 1; k <= m; ++k) {
     const Int first = f.XSUP(k), w = f.XSUP(k + 1) - first, rows = f.XLINDX(k) + w, u = f.XLINDX(k + 1) - rows;
-    for (Int i = 0; i < u; ++i) below[i] = 0.0;
     kernels.forward(L + (f.ASTART(k) - 1), w, Int64{w} + u, &WRHS(first), below);
     for (Int i = 0; i < u; ++i) WRHS(f.LINDX(rows + i)) -= below[i];
   }

@@ -77,6 +77,24 @@ TEST(ObjReader, RefusesACornerThatIsNoNumber) {
   EXPECT_EQ(refused(threeNodes + "f 1 2 c\n"), "part.obj, line 4: element 1: \"c\" is not a node number");
 }
 
+TEST(ObjReader, TakesTextureAndNormalNumbersBehindSlashes) {
+  EXPECT_EQ(host::readObj(threeNodes + "f 1/7 2//-8 3/9/10\n", "part.obj").corners,
+            (std::vector<std::int64_t>{1, 2, 3}));
+}
+
+// tinyobjloader would take the rest of such a word for a further corner.
+TEST(ObjReader, RefusesACornerWithMoreThanNumbersBehindItsSlashes) {
+  for (const std::string corner : {"1/q", "1//2q", "1/2.5", "1/2/3/4", "1/", "1/2/", "1//", "/1"})
+    EXPECT_EQ(refused(threeNodes + "f " + corner + " 2 3\n"),
+              "part.obj, line 4: element 1: \"" + corner + "\" is not a node number");
+}
+
+TEST(ObjReader, RefusesAFaceBehindALoneCarriageReturn) {
+  for (const std::string hidden : {"f 1 2 3 1", "f 1 2", "f 1 2 3"})
+    EXPECT_EQ(refused(threeNodes + "f 1 2 3\n# old\r" + hidden + "\n"),
+              "part.obj: a face hides behind a carriage return; end the lines with a line feed");
+}
+
 TEST(ObjReader, RefusesANodeNumberThatWouldWrapInto32Bits) {
   EXPECT_EQ(refused(threeNodes + "f 4294967297 2 3\n"),
             "part.obj, line 4: element 1: node number 4294967297 is out of range");

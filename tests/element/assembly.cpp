@@ -62,6 +62,28 @@ TEST_P(AssemblyTest, EqualsTheDenseSumOfTheElementsToTheBit) {
   EXPECT_EQ(run.maxgrad, norm);
 }
 
+// The pattern is the host's memory: an entry that it lacks must not be written anywhere.
+TEST_P(AssemblyTest, LeavesOutAPairThatThePatternLacks) {
+  SmallMesh whole(2), lacking(2);
+  const auto lacks = [](Int row, Int column) { return (row + 1) / 2 == 9 && (column + 1) / 2 == 5; };
+  std::vector<Int> COLS{1}, ROWI;
+  for (Int c = 1; c <= whole.equations; ++c) {
+    for (Int p = whole.COLS[c - 1]; p < whole.COLS[c]; ++p)
+      if (!lacks(whole.ROWI[p - 1], c)) ROWI.push_back(whole.ROWI[p - 1]);
+    COLS.push_back(static_cast<Int>(ROWI.size()) + 1);
+  }
+  ASSERT_EQ(ROWI.size() + 4, whole.ROWI.size());
+  lacking.COLS = COLS;
+  lacking.ROWI = ROWI;
+  lacking.SYSM.assign(ROWI.size(), 77.0);
+  whole.assemble(residualAndMatrix);
+  lacking.assemble(residualAndMatrix);
+  for (Int c = 1; c <= whole.equations; ++c)
+    for (Int r = c; r <= whole.equations; ++r)
+      EXPECT_EQ(lacking.entry(r, c), lacks(r, c) ? 0.0 : whole.entry(r, c)) << r << " " << c;
+  EXPECT_EQ(lacking.TEMP, std::vector<double>(lacking.equations, 0.0));
+}
+
 TEST_P(AssemblyTest, ResidualEqualsCentralDifferencesOfTheTotalPotential) {
   SmallMesh mesh(3);
   mesh.assemble(residualOnly);

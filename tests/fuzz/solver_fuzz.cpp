@@ -42,7 +42,7 @@ Problem draw(fuzz::ByteSource& bytes) {
   for (unsigned k = p.n > 0 ? bytes.byte() : 0; k > 0; --k) {
     const Int i = static_cast<Int>(bytes.below(p.n)), j = static_cast<Int>(bytes.below(p.n));
     const double value = bytes.number();
-    if (i != j) place(i, j, p.dominant && !(std::fabs(value) < 1e100) ? 1.0 : value);
+    if (i != j) place(i, j, p.dominant && !(std::fabs(value) < 100.0) ? 1.0 : value);
   }
   for (Int i = 0; i < p.n; ++i) {
     double sum = 0.125;

@@ -114,7 +114,7 @@ TEST_P(EveryTable, ForwardAndBackwardMatchPlainSubstitution) {
       for (double& v : x) v = value(random);
       for (double& v : below) v = value(random);
       const auto entry = [&](Int64 i, Int64 p) { return L[p * c - p * (p + 1) / 2 + i - p - 1]; };
-      std::vector<double> fx = x, fb = below, bx = x;
+      std::vector<double> fx = x, fb(below.size(), 0.0), bx = x;
       for (Int64 p = 0; p < w; ++p) {
         for (Int64 i = p + 1; i < w; ++i) fx[i] -= entry(i, p) * fx[p];
         for (Int64 i = w; i < c; ++i) fb[i - w] += entry(i, p) * fx[p];

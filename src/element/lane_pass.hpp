@@ -1,0 +1,20 @@
+// From the mesh to batches of eight triangles.
+#pragma once
+
+#include "element/element_lanes.hpp"
+#include "interface/driver_arrays.hpp"
+
+namespace tornwalzen {
+
+/// Can the run's elements be taken by eights? So it is for the plastic-work density weighed with the blank's
+/// area.
+inline bool lanesServe() {
+  return run.istat != 0 && !options.partReference;
+}
+
+/// Fills the input of `batch` with the elements e .. e + 7. INTA, RX, KNZ: in, as elementRoutine takes them.
+/// Returns false if one of them has no blank area: then they must go one by one.
+bool takeEight(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
+               LaneBatch& batch);
+
+}  // namespace tornwalzen
