@@ -101,12 +101,12 @@ int solve(const SolveOptions& options) {
   const Unit unit = unitOf(options.unit);
   const Part part = checkMesh(readMeshFile(options.part), options.largest);
   tellAboutMesh(part);
-  const std::string warning = sizeWarning(part, unit);
-  if (!warning.empty()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   if (options.eben || options.ebenStart) checkFlatBlankFits(part);
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);
 
+  const std::string warning = sizeWarning(part, unit);
+  if (!warning.empty()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   const std::string folder = outputFolder(options);
   makeFolder(folder);
   RunLog log((fs::path(folder) / "tornwalzen.log").string());

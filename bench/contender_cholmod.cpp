@@ -3,9 +3,14 @@
 
 #include <algorithm>
 
+// CHOLMOD assembles its supernodes with OpenMP threads where it was built so: on one core they only get in
+// each other's way. There if OpenMP is loaded.
+extern "C" void omp_set_num_threads(int) __attribute__((weak));
+
 namespace bench {
 
 Cholmod::Cholmod(const SymmetricMatrix& a, int kind) {
+  if (omp_set_num_threads != nullptr) omp_set_num_threads(1);
   cholmod_start(&common_);
   common_.supernodal = kind;
   common_.nmethods = 1;

@@ -1,10 +1,11 @@
 // The benchmarks' program: solver phases against peers, the other phases per element and node, whole runs.
-// usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [solver] [phases] [runs]
+// usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs]
 #include <cstdio>
 #include <cstring>
 #include <set>
 #include <stdexcept>
 
+#include "kernels.hpp"
 #include "machine.hpp"
 #include "phases.hpp"
 #include "race.hpp"
@@ -29,13 +30,13 @@ Options readOptions(int argc, char** argv) {
       o.huge = true;
     else if (word == "--csv" && k + 1 < argc)
       o.csv = argv[++k];
-    else if (word == "solver" || word == "phases" || word == "runs")
+    else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs")
       o.parts.insert(word);
     else
       throw std::invalid_argument(
-          "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [solver] [phases] [runs]");
+          "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs]");
   }
-  if (o.parts.empty()) o.parts = {"solver", "phases", "runs"};
+  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs"};
   return o;
 }
 
@@ -92,6 +93,7 @@ int main(int argc, char** argv) try {
   bench::Report report(options.csv);
   const bench::Machine machine = bench::measureMachine();
   printMachine(machine);
+  if (options.parts.count("kernels")) bench::timeKernels(machine, report);
   if (options.parts.count("solver")) runSolver(options, machine, report);
   if (options.parts.count("phases")) runPhases(options, report);
   if (options.parts.count("runs")) runSamples(options, machine, report);

@@ -35,13 +35,13 @@ struct LaneMath<Lanes> {
 namespace {
 
 StressOf<Lanes> laneStress(const LaneCurve& curve, Lanes strain) {
+  double largest = 0.0;
+  for (int l = 0; l < VL; ++l)
+    if (strain[l] > largest) largest = strain[l];
   LaneMask row = {}, beyond = ~LaneMask{};  // row: zero-based, of the segment that reaches up to the strain
-  for (Int j = 1; j + 1 < curve.npkt; ++j) {
+  for (Int j = 1; j + 1 < curve.npkt && curve.FC[j] < largest; ++j) {
     beyond &= curve.FC[j] < strain;
     row -= beyond;
-    long long any = 0;
-    for (int l = 0; l < VL; ++l) any |= beyond[l];
-    if (any == 0) break;
   }
   Lanes start, A, B, C, D, full;
   for (int l = 0; l < VL; ++l) {

@@ -26,9 +26,9 @@ void recordFactor(Vector<Int> WORK, Vector<const double> RWORK) {
     }
   }
   record.negativePivots = 0;
-  record.smallestPivot = NEQ > 0 ? std::fabs(RWORK(factorEntries + 1)) : 0.0;
+  record.smallestPivot = NEQ > 0 ? std::fabs(RWORK(1)) : 0.0;
   for (Int64 i = 1; i <= NEQ; ++i) {
-    const double pivot = RWORK(factorEntries + i);
+    const double pivot = RWORK(i);
     if (pivot < 0.0) record.negativePivots += 1;
     if (std::fabs(pivot) < record.smallestPivot) record.smallestPivot = std::fabs(pivot);
   }

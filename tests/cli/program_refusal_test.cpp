@@ -103,7 +103,7 @@ TEST(Arguments, AMissingPartIsNamed) {
 
 TEST(Arguments, AHoldThatDoesNotFitThePartIsRefused) {
   const ScratchFolder folder;
-  folder.write("part.obj", "v 1 0 0\nv 2 0 0\nv 1 1 0\nf 1 2 3\n");
+  folder.write("part.obj", "v 1 0 0\nv 21 0 0\nv 1 20 0\nf 1 2 3\n");
   const Outcome outcome = tornwalzen(folder, "solve part.obj --hold x0");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err,

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
-#include <limits>
 #include <map>
 #include <sstream>
 #include <string>
@@ -62,16 +61,12 @@ inline std::vector<std::pair<std::size_t, std::size_t>> outerEdge(const extensio
 }
 
 struct CupErrors {
-  double edgeMean = 0, edgeLargest = 0;      // mm, distance of our outer edge from the true one
-  double thicknessRms = 0, correlation = 0;  // mm; dimensionless
-  std::vector<double> thickness;             // mm, ours
+  double edgeMean = 0,
+         edgeLargest = 0;         // mm, between the nodes of our outer edge and the same nodes in the truth
+  double thicknessRms = 0;        // mm
+  double correlation = 0;         // of the two thickness fields, dimensionless
+  std::vector<double> thickness;  // mm, ours, per triangle
 };
-
-inline double distanceToSegment(const double* p, const double* a, const double* b) {
-  const double du = b[0] - a[0], dv = b[1] - a[1], length = du * du + dv * dv;
-  const double t = std::clamp(((p[0] - a[0]) * du + (p[1] - a[1]) * dv) / length, 0.0, 1.0);
-  return std::hypot(p[0] - a[0] - t * du, p[1] - a[1] - t * dv);
-}
 
 inline double triangleArea(const double* a, const double* b, const double* c) {
   const double P[3] = {b[0] - a[0], b[1] - a[1], b[2] - a[2]}, Q[3] = {c[0] - a[0], c[1] - a[1], c[2] - a[2]};
@@ -87,11 +82,9 @@ inline CupErrors compareCup(const DrawnCup& cup, const std::vector<double>& RX) 
   std::sort(nodes.begin(), nodes.end());
   nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
   for (const std::size_t n : nodes) {
-    double nearest = std::numeric_limits<double>::infinity();
-    for (const auto& [a, b] : edges)
-      nearest = std::min(nearest, distanceToSegment(&RX[2 * n], &cup.blank[2 * a], &cup.blank[2 * b]));
-    errors.edgeMean += nearest / static_cast<double>(nodes.size());
-    errors.edgeLargest = std::max(errors.edgeLargest, nearest);
+    const double distance = std::hypot(RX[2 * n] - cup.blank[2 * n], RX[2 * n + 1] - cup.blank[2 * n + 1]);
+    errors.edgeMean += distance / static_cast<double>(nodes.size());
+    errors.edgeLargest = std::max(errors.edgeLargest, distance);
   }
 
   const std::size_t elements = cup.part.inzi.size() / 3;

@@ -1,0 +1,66 @@
+"""Writes the tables of docs/verification.md between their marks, from the comma-separated values of the runs.
+
+usage: verify_tables.py FOLDER DOCUMENT
+"""
+import csv
+import os
+import re
+import sys
+
+
+def rows(folder, name):
+    with open(os.path.join(folder, name)) as lines:
+        return list(csv.DictReader(lines))
+
+
+def table(heading, lines):
+    text = ["| " + " | ".join(heading) + " |", "|" + "---|" * len(heading)]
+    return "\n".join(text + ["| " + " | ".join(line) + " |" for line in lines]) + "\n"
+
+
+def error(value, converged):
+    return "%.4f" % float(value) if converged == "1" else "**not converged**"
+
+
+def developments(folder):
+    lines = []
+    for r in rows(folder, "developments.csv"):
+        runs = "" if r["runs"] == "1" else " (path %s)" % r["host_path_factor"]
+        lines.append([r["part"], r["size_mm"], r["curve"], error(r["fixed_error_mm"], r["fixed_converged"]),
+                      r["fixed_iterations"], r["same_energy_iterations"], error(r["host_error_mm"], r["host_converged"]),
+                      r["host_iterations"] + runs])
+    return table(["part", "mesh (mm)", "curve", "error at 1,1, `blank` (mm)", "iterations", "iterations at 1,1, `part`",
+                  "error at the host's default (mm)", "iterations"], lines)
+
+
+def cup(folder):
+    lines = [[r["curve"], r["r"], r["reference"], r["final_factor"] + ",1", r["iterations"], r["edge_mean_mm"],
+              r["edge_largest_mm"], r["thickness_rms_mm"], r["correlation"]] for r in rows(folder, "cup.csv")]
+    return table(["curve", "r", "energy", "tolerance", "iterations", "edge, mean (mm)", "edge, largest (mm)",
+                  "thickness, rms (mm)", "correlation"], lines)
+
+
+def square(folder):
+    lines = [[r["edge_on_axis_mm"], r["material"], r["r"], r["reference"], r["half_side_mm"], r["corner_mm"],
+              r["draw_in_axis_mm"], r["draw_in_diagonal_mm"]] for r in rows(folder, "square_cup.csv")]
+    return table(["edge of the part on the axes (mm)", "curve", "r", "energy", "blank on the axes (mm)",
+                  "blank's corner x = y (mm)", "draw-in on the axes (mm)", "draw-in on the diagonal (mm)"], lines)
+
+
+def replaced(text, name, content):
+    pattern = "(<!-- %s -->\n).*?(<!-- end -->)" % name
+    result, count = re.subn(pattern, lambda m: m.group(1) + content + m.group(2), text, flags=re.S)
+    if count != 1:
+        sys.exit("no place for the table %s" % name)
+    return result
+
+
+folder, document = sys.argv[1:]
+with open(document) as file:
+    text = file.read()
+for name, source, make in (("developments", "developments.csv", developments), ("cup", "cup.csv", cup),
+                           ("square cup", "square_cup.csv", square)):
+    if os.path.exists(os.path.join(folder, source)):
+        text = replaced(text, name, make(folder))
+with open(document, "w") as file:
+    file.write(text)
