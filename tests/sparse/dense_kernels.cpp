@@ -19,12 +19,13 @@ namespace {
 struct FreeDeleter {
   void operator()(double* p) const { std::free(p); }
 };
+constexpr double unwritten = 3.0;
 using AlignedDoubles = std::unique_ptr<double[], FreeDeleter>;
 
 AlignedDoubles aligned(Int64 count) {
   const std::size_t bytes = (static_cast<std::size_t>(count) * sizeof(double) + 63) / 64 * 64;
   double* p = static_cast<double*>(std::aligned_alloc(64, bytes));
-  std::fill(p, p + bytes / sizeof(double), 3.0);
+  std::fill(p, p + bytes / sizeof(double), unwritten);
   return AlignedDoubles(p);
 }
 
@@ -61,7 +62,8 @@ class EveryTable : public testing::TestWithParam<int> {
 void expectFrontEliminated(const DenseKernels& kernels, Int64 c, Int64 w) {
   const Int64 stride = frontStride(c);
   std::vector<double> reference = randomFront(c, static_cast<unsigned>(1000 * c + w));
-  AlignedDoubles F = aligned(stride * c), packing = aligned(packingDoubles(c));
+  const Int64 behind = 8 * stride;   // more columns than a tile has
+  AlignedDoubles F = aligned(stride * c + behind), packing = aligned(packingDoubles(c));
   for (Int64 j = 0; j < c; ++j) {
     for (Int64 i = 0; i < stride; ++i) F[j * stride + i] = 1.0;
     for (Int64 i = j; i < c; ++i) F[j * stride + i] = reference[j * c + i];
@@ -73,6 +75,8 @@ void expectFrontEliminated(const DenseKernels& kernels, Int64 c, Int64 w) {
     for (Int64 i = j; i < c; ++i)
       ASSERT_NEAR(F[j * stride + i], reference[j * c + i], limit)
           << kernels.name << ", c " << c << ", w " << w << ", entry " << i << ", " << j;
+  for (Int64 i = stride * c; i < stride * c + behind; ++i)
+    ASSERT_EQ(F[i], unwritten) << kernels.name << ", c " << c << ", w " << w << ", behind the front";
 }
 
 }  // namespace
