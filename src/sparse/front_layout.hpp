@@ -35,4 +35,6 @@ constexpr Int64 packingDoubles(Int64 c) {
   return panelWidth * (c + largestTile) + panelWidth * ((c < rowsOfBlock ? c : rowsOfBlock) + largestTile);
 }
 
+constexpr Int64 solveMargin = 8;       // the solve's kernels work on whole vectors, past the end of a column
+
 }  // namespace tornwalzen
