@@ -17,7 +17,8 @@ typedef double VecAt __attribute__((vector_size(VL * sizeof(double)), aligned(8)
 
 constexpr Int64 blockWidth = 8;
 static_assert(panelWidth % blockWidth == 0 && NR <= largestTile && MV * VL <= largestTile);
-static_assert(rowsOfBlock % (MV * VL) == 0 && frontAlignment % VL == 0 && blockWidth % NR == 0);
+static_assert(rowsOfBlock % (MV * VL) == 0 && frontAlignment % VL == 0 && blockWidth % NR == 0 &&
+              panelWidth % frontAlignment == 0);
 
 inline Vec load(const double* p) {
   return *reinterpret_cast<const VecAt*>(p);
@@ -98,19 +99,21 @@ inline void anyColumnsOfTiles(Int64 nr, Int64 K, const double* A, Int64 aStride,
   }
 }
 
-// B(k, j) = D(k)·L(row + j, k) for the columns k0 .. k0+K-1 of the front and nr rows: rows of B together.
-inline void packScaledRows(const double* F, Int64 stride, Int64 k0, Int64 K, Int64 row, Int64 nr, double* B) {
+// The kernels of a panel take its columns and rows from its first diagonal entry P on, zero-based.
+
+// B(k, j) = D(k)·L(row + j, k) for K columns of the panel and nr rows: rows of B together.
+inline void packScaledRows(const double* P, Int64 stride, Int64 K, Int64 row, Int64 nr, double* B) {
   for (Int64 k = 0; k < K; ++k) {
-    const double* column = F + (k0 + k) * stride;
-    const double d = column[k0 + k];
+    const double* column = P + k * stride;
+    const double d = column[k];
     for (Int64 j = 0; j < nr; ++j) B[k * nr + j] = column[row + j] * d;
   }
 }
 
 // Step 2 on columns i0 .. i0+ib-1. Returns 0 or the one-based column of a zero pivot.
 template <int ib>
-Int64 factorBlock(double* F, Int64 stride, Int64 i0, Int64 rowsEnd) {
-  double* const block = F + i0 * stride;  // column p of the block: block + p·stride
+Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
+  double* const block = P + i0 * stride;  // column p of the block: block + p·stride
   double inverse[ib];
   for (int k = 0; k < ib; ++k) {
     double* const column = block + k * stride;
@@ -154,19 +157,16 @@ constexpr FactorBlock factorBlockOf[blockWidth + 1] = {nullptr,        factorBlo
                                                        factorBlock<3>, factorBlock<4>, factorBlock<5>,
                                                        factorBlock<6>, factorBlock<7>, factorBlock<8>};
 
-// Steps 1 and 2 on the panel of K columns from j0.
-inline Int64 factorPanel(double* F, Int64 stride, Int64 j0, Int64 K, Int64 rowsEnd, double* packing) {
-  for (Int64 i0 = j0; i0 < j0 + K; i0 += blockWidth) {
-    const Int64 ib = smaller(blockWidth, j0 + K - i0);
-    if (i0 > j0) {
-      for (Int64 j = i0; j < i0 + ib; j += NR) {
-        const Int64 nr = smaller(NR, i0 + ib - j), first = alignedDown(j);
-        packScaledRows(F, stride, j0, i0 - j0, j, nr, packing);
-        anyColumnsOfTiles(nr, i0 - j0, F + j0 * stride + first, stride, packing, F + j * stride + first,
-                          stride, rowsEnd - first);
-      }
+// Steps 1 and 2 on a panel of K columns.
+inline Int64 factorPanel(double* P, Int64 stride, Int64 K, Int64 rowsEnd, double* packing) {
+  for (Int64 i0 = 0; i0 < K; i0 += blockWidth) {
+    const Int64 ib = smaller(blockWidth, K - i0);
+    for (Int64 j = i0; i0 > 0 && j < i0 + ib; j += NR) {
+      const Int64 nr = smaller(NR, i0 + ib - j), first = alignedDown(j);
+      packScaledRows(P, stride, i0, j, nr, packing);
+      anyColumnsOfTiles(nr, i0, P + first, stride, packing, P + j * stride + first, stride, rowsEnd - first);
     }
-    if (const Int64 zero = factorBlockOf[ib](F, stride, i0, rowsEnd)) return zero;
+    if (const Int64 zero = factorBlockOf[ib](P, stride, i0, rowsEnd)) return zero;
   }
   return 0;
 }
@@ -182,40 +182,50 @@ inline void packRows(const double* A, Int64 stride, Int64 K, Int64 rows, double*
   }
 }
 
-// Step 3: the columns from t0 on, with the panel of K columns from j0.
-inline void updateRest(double* F, Int64 stride, Int64 j0, Int64 K, Int64 c, Int64 rowsEnd, double* packing) {
-  const Int64 t0 = j0 + K;
+// Step 3: calls visit(j, nr, C) for the tiles of columns j .. j+nr-1 behind the panel, up to `end`, in the panel's
+// counting; C is the first of them, C[i] its entry in row i.
+template <class Visit>
+inline void forTilesBehind(const FrontBlock& panel, double* F, Int64 c, Int64 w, Int64 end, Visit visit) {
+  for (FrontBlock b = blockAfter(panel, c, w); b.first < panel.first + end; b = blockAfter(b, c, w))
+    for (Int64 j = b.first; j < smaller(b.end, panel.first + end); j += NR)
+      visit(j - panel.first, smaller(NR, b.end - j), F + (columnPlace(b, j) + panel.first), b.stride);
+}
+
+inline void updateRest(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 rowsEnd, double* packing) {
+  const double* const P = F + (columnPlace(panel, panel.first) + panel.first);
+  const Int64 stride = panel.stride, K = panel.end - panel.first, rest = c - panel.first;
   double* const scaled = packing;  // D·Lᵀ, one tile of columns behind the other
-  for (Int64 j = t0; j < c; j += NR)
-    packScaledRows(F, stride, j0, K, j, smaller(NR, c - j), scaled + (j - t0) * K);
+  forTilesBehind(panel, F, c, w, rest, [&](Int64 j, Int64 nr, double*, Int64) {
+    packScaledRows(P, stride, K, j, nr, scaled + (j - K) * K);
+  });
   constexpr Int64 fewRows = 96;  // fronts so small that the panel stays in the first-level cache as it lies
-  if (rowsEnd - t0 <= fewRows) {
-    for (Int64 j = t0; j < c; j += NR) {
+  if (rowsEnd - K <= fewRows) {
+    forTilesBehind(panel, F, c, w, rest, [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
       const Int64 first = alignedDown(j);
-      anyColumnsOfTiles(smaller(NR, c - j), K, F + j0 * stride + first, stride, scaled + (j - t0) * K,
-                        F + j * stride + first, stride, rowsEnd - first);
-    }
+      anyColumnsOfTiles(nr, K, P + first, stride, scaled + (j - K) * K, C + first, cStride, rowsEnd - first);
+    });
     return;
   }
   double* const rows = packing + panelWidth * (c + largestTile);
-  for (Int64 r0 = alignedDown(t0); r0 < rowsEnd; r0 += rowsOfBlock) {
+  for (Int64 r0 = alignedDown(K); r0 < rowsEnd; r0 += rowsOfBlock) {
     const Int64 r1 = smaller(r0 + rowsOfBlock, rowsEnd);
-    packRows(F + j0 * stride + r0, stride, K, r1 - r0, rows);
-    for (Int64 j = t0; j < smaller(c, r1); j += NR) {
+    packRows(P + r0, stride, K, r1 - r0, rows);
+    forTilesBehind(panel, F, c, w, smaller(rest, r1), [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
       // whole tiles of rows from the one that holds the diagonal; what lies above it is scratch
       const Int64 first = j <= r0 ? 0 : (j - r0) / (MV * VL) * (MV * VL);
-      anyColumnsOfTiles(smaller(NR, c - j), K, rows + first * K, 0, scaled + (j - t0) * K,
-                        F + j * stride + r0 + first, stride, r1 - r0 - first);
-    }
+      anyColumnsOfTiles(nr, K, rows + first * K, 0, scaled + (j - K) * K, C + r0 + first, cStride,
+                        r1 - r0 - first);
+    });
   }
 }
 
-Int64 factorFront(double* F, Int64 stride, Int64 c, Int64 w, double* packing) {
-  const Int64 rowsEnd = (c + VL - 1) / VL * VL;
-  for (Int64 j0 = 0; j0 < w; j0 += panelWidth) {
-    const Int64 K = smaller(panelWidth, w - j0);
-    if (const Int64 zero = factorPanel(F, stride, j0, K, rowsEnd, packing)) return zero;
-    updateRest(F, stride, j0, K, c, rowsEnd, packing);
+Int64 factorFront(double* F, Int64 c, Int64 w, double* packing) {
+  for (FrontBlock panel = firstBlock(c, w); panel.first < w; panel = blockAfter(panel, c, w)) {
+    const Int64 rowsEnd = (c - panel.first + VL - 1) / VL * VL;
+    double* const P = F + (columnPlace(panel, panel.first) + panel.first);
+    if (const Int64 zero = factorPanel(P, panel.stride, panel.end - panel.first, rowsEnd, packing))
+      return panel.first + zero;
+    updateRest(F, panel, c, w, rowsEnd, packing);
   }
   return 0;
 }

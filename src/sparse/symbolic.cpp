@@ -103,7 +103,7 @@ Int64 findPeak(const FactorStructure& f, Int m, Int64 factorEntries, Vector<Int>
     f1 = std::max(f1, c);
     f2 = std::max(f2, u);
     const Int64 others = stack - ONSTACK(k);
-    peak = std::max(peak, done + frontDoubles(c) + std::max(stack, others + packingDoubles(c)));
+    peak = std::max(peak, done + frontDoubles(c, w) + std::max(stack, others + packingDoubles(c)));
     stack = others + updateDoubles(u);
     if (stack > largestInt) return stack;
     if (f.PARENT(k) > 0) ONSTACK(f.PARENT(k)) += static_cast<Int>(updateDoubles(u));

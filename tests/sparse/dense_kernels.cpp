@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -59,21 +60,43 @@ class EveryTable : public testing::TestWithParam<int> {
   }
 };
 
-void expectFrontEliminated(const DenseKernels& kernels, Int64 c, Int64 w) {
-  const Int64 stride = frontStride(c);
-  std::vector<double> reference = randomFront(c, static_cast<unsigned>(1000 * c + w));
-  AlignedDoubles F = aligned(stride * c), packing = aligned(packingDoubles(c));
-  for (Int64 j = 0; j < c; ++j) {
-    for (Int64 i = 0; i < stride; ++i) F[j * stride + i] = 1.0;
-    for (Int64 i = j; i < c; ++i) F[j * stride + i] = reference[j * c + i];
+// The front in its blocks, by columns so that [i] is row i; what is no entry holds `filler`, what lies behind the front
+// `guard`.
+constexpr double filler = 1.0, guard = 77.0;
+
+struct BlockedFront {
+  Int64 length = 0;
+  AlignedDoubles F;
+  std::vector<double*> column;
+
+  BlockedFront(Int64 c, Int64 w) : length(frontDoubles(c, w) - frontAlignment), F(aligned(length + 64)) {
+    std::fill(F.get(), F.get() + length, filler);
+    std::fill(F.get() + length, F.get() + length + 64, guard);
+    FrontBlock b = firstBlock(c, w);
+    for (Int64 j = 0; j < c; ++j) {
+      if (j == b.end) b = blockAfter(b, c, w);
+      column.push_back(F.get() + columnPlace(b, j));
+    }
   }
-  ASSERT_EQ(kernels.factorFront(F.get(), stride, c, w, packing.get()), 0);
+  bool guardStands() const {
+    return std::all_of(F.get() + length, F.get() + length + 64, [](double v) { return v == guard; });
+  }
+};
+
+void expectFrontEliminated(const DenseKernels& kernels, Int64 c, Int64 w) {
+  std::vector<double> reference = randomFront(c, static_cast<unsigned>(1000 * c + w));
+  BlockedFront front(c, w);
+  AlignedDoubles packing = aligned(packingDoubles(c));
+  for (Int64 j = 0; j < c; ++j)
+    for (Int64 i = j; i < c; ++i) front.column[j][i] = reference[j * c + i];
+  ASSERT_EQ(kernels.factorFront(front.F.get(), c, w, packing.get()), 0);
+  ASSERT_TRUE(front.guardStands()) << kernels.name << ", c " << c << ", w " << w;
   eliminatePlainly(reference, c, w);
   const double limit =
       10.0 * static_cast<double>(c) * 2.0 * static_cast<double>(c) * 2.2e-16;  // n · norm · ε
   for (Int64 j = 0; j < c; ++j)
     for (Int64 i = j; i < c; ++i)
-      ASSERT_NEAR(F[j * stride + i], reference[j * c + i], limit)
+      ASSERT_NEAR(front.column[j][i], reference[j * c + i], limit)
           << kernels.name << ", c " << c << ", w " << w << ", entry " << i << ", " << j;
 }
 
@@ -99,11 +122,11 @@ TEST_P(EveryTable, NamesTheColumnOfAZeroPivot) {
   if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
   for (Int64 c : {1, 9, 30, 100})
     for (Int64 zero = 0; zero < c; ++zero) {
-      const Int64 stride = frontStride(c);
-      AlignedDoubles F = aligned(stride * c), packing = aligned(packingDoubles(c));
+      BlockedFront front(c, c);
+      AlignedDoubles packing = aligned(packingDoubles(c));
       for (Int64 j = 0; j < c; ++j)
-        for (Int64 i = 0; i < stride; ++i) F[j * stride + i] = i == j && j != zero ? 1.0 : 0.0;
-      EXPECT_EQ(table()->factorFront(F.get(), stride, c, c, packing.get()), zero + 1);
+        for (Int64 i = j; i < c; ++i) front.column[j][i] = i == j && j != zero ? 1.0 : 0.0;
+      EXPECT_EQ(table()->factorFront(front.F.get(), c, c, packing.get()), zero + 1);
     }
 }
 
