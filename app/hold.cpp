@@ -14,7 +14,7 @@ namespace host {
 
 namespace {
 
-constexpr double planeTolerance = 1e-6;  // of the part's size
+constexpr double planeTolerance = 1e-6;  // of the part's size: what counts as on a plane, or as equally far
 
 enum Axis : int { X = 0, Y = 1 };
 
@@ -66,6 +66,18 @@ double distanceFrom(const std::array<double, 2>& point, const Part& part, std::i
   return std::hypot(part.x(node) - point[X], part.y(node) - point[Y]);
 }
 
+// The node farthest along the axis. A straight edge has many of them: the one that lies least to the side,
+// since holding a node off the axis would turn the blank against the part.
+template <class Distance>
+std::int64_t farthest(const Part& part, Axis axis, Distance distance) {
+  const std::int64_t first = firstSmallest(part, [&](std::int64_t n) { return -distance(n, axis); });
+  const double reach = distance(first, axis) - planeTolerance * part.size;
+  const Axis side = axis == X ? Y : X;
+  return firstSmallest(part, [&](std::int64_t n) {
+    return distance(n, axis) < reach ? std::numeric_limits<double>::infinity() : distance(n, side);
+  });
+}
+
 void holdAutomatically(const Part& part, Hold& hold) {
   const std::array<double, 2> center = centroid(part);
   const std::int64_t middle =
@@ -73,8 +85,7 @@ void holdAutomatically(const Part& part, Hold& hold) {
   const auto distance = [&](std::int64_t n, Axis axis) {
     return std::abs(along(part, n, axis) - along(part, middle, axis));
   };
-  const std::int64_t farX = firstSmallest(part, [&](std::int64_t n) { return -distance(n, X); });
-  const std::int64_t farY = firstSmallest(part, [&](std::int64_t n) { return -distance(n, Y); });
+  const std::int64_t farX = farthest(part, X, distance), farY = farthest(part, Y, distance);
   holdOne(hold, middle, X);
   holdOne(hold, middle, Y);
   if (distance(farX, X) >= distance(farY, Y))

@@ -18,8 +18,8 @@ struct Hold {
 
 // rule:
 //   auto    u and v of the node nearest the part's centroid (seen from +z) and, against rotation, v of the
-//   node
-//           farthest from it in x or u of the node farthest from it in y, whichever is farther
+//           node farthest from it in x or u of the node farthest from it in y, whichever is farther; of several
+//           as far, the one level with the middle
 //   x0      u of all nodes on the plane x = 0 and v of the one of them nearest the centroid
 //   y0      v of all nodes on the plane y = 0 and u of the one of them nearest the centroid
 //   x0,y0   u of all nodes on x = 0 and v of all nodes on y = 0

@@ -24,14 +24,14 @@ OnCacheLine onCacheLine(tw::Int64 doubles) {
 }
 
 /// A dominant diagonal: no pivot comes near zero.
-void fill(double* F, tw::Int64 stride, tw::Int64 c) {
-  std::fill(F, F + stride * c, 0.5);
-  for (tw::Int64 j = 0; j < c; ++j) F[j * stride + j] = 2.0 * static_cast<double>(c);
+void fill(double* F, tw::Int64 c, tw::Int64 w) {
+  std::fill(F, F + tw::frontDoubles(c, w), 0.5);
+  for (tw::FrontBlock b = tw::firstBlock(c, w); b.first < c; b = tw::blockAfter(b, c, w))
+    for (tw::Int64 j = b.first; j < b.end; ++j) F[tw::columnPlace(b, j) + j] = 2.0 * static_cast<double>(c);
 }
 
 double rate(const tw::DenseKernels& kernels, tw::Int64 c, tw::Int64 w) {
-  const tw::Int64 stride = tw::frontStride(c);
-  const OnCacheLine F = onCacheLine(tw::frontDoubles(c)), packing = onCacheLine(tw::packingDoubles(c));
+  const OnCacheLine F = onCacheLine(tw::frontDoubles(c, w)), packing = onCacheLine(tw::packingDoubles(c));
   std::fill(packing.get(), packing.get() + tw::packingDoubles(c), 0.0);
   double flops = 0.0;
   for (tw::Int64 k = 0; k < w; ++k) flops += static_cast<double>((c - k) * (c - k));
@@ -40,12 +40,12 @@ double rate(const tw::DenseKernels& kernels, tw::Int64 c, tw::Int64 w) {
   std::vector<Seconds> filled, both;
   for (int s = 0; s < 7; ++s) {
     filled.push_back(timed([&] {
-      for (int k = 0; k < within; ++k) fill(F.get(), stride, c);
+      for (int k = 0; k < within; ++k) fill(F.get(), c, w);
     }));
     both.push_back(timed([&] {
       for (int k = 0; k < within; ++k) {
-        fill(F.get(), stride, c);
-        kernels.factorFront(F.get(), stride, c, w, packing.get());
+        fill(F.get(), c, w);
+        kernels.factorFront(F.get(), c, w, packing.get());
       }
     }));
   }

@@ -15,6 +15,9 @@ constexpr int laneCount = 8;
 struct LaneBatch {
   // in: edges from corner 1 to corners 2 and 3, of the blank (mm) and of the part (mm)
   alignas(64) double p[2][laneCount], q[2][laneCount], P[3][laneCount], Q[3][laneCount];
+  // in: twice the areas on the part (mm²), and whether they weigh the density in place of the blank's
+  alignas(64) double WEIGHT[laneCount];
+  bool weighed = false;
   // out: potential (mm²); with Order::value also density and -(E11 + E22); with Order::gradient and above the
   // gradient (mm), with Order::hessian the Hessian (dimensionless), shaped as elementRoutine's
   alignas(64) double POTENTIAL[laneCount], PHI[laneCount], STRAIN[laneCount];

@@ -64,7 +64,8 @@ inline void store(double* p, Lanes v) {
   *reinterpret_cast<Lanes*>(p) = v;
 }
 
-template <Order order>
+// weighed: with WEIGHT in place of twice the blank's area.
+template <Order order, bool weighed>
 void evaluateLanes(const LaneCurve& curve, LaneBatch& b) {
   for (int l = 0; l < laneCount; l += VL) {
     KinematicsOf<Lanes> K;
@@ -75,31 +76,44 @@ void evaluateLanes(const LaneCurve& curve, LaneBatch& b) {
     DensityOf<Lanes> F;
     densityOfMetric<order>(
         K.C11, K.C22, K.C12, curve.weights, [&](Lanes strain) { return laneStress(curve, strain); }, F);
-    store(b.POTENTIAL + l, K.D * F.phi);
+    const Lanes weight = weighed ? load(b.WEIGHT + l) : K.D;
+    store(b.POTENTIAL + l, weight * F.phi);
     if constexpr (order == Order::value) {
       store(b.PHI + l, F.phi);
       store(b.STRAIN + l, -(0.5 * (K.C11 - 1.0) + 0.5 * (K.C22 - 1.0)));
       continue;
     }
     Lanes gradient[6];
-    potentialGradient(K, F, gradient);
+    if constexpr (weighed)
+      weighedGradient(K, F, weight, gradient);
+    else
+      potentialGradient(K, F, gradient);
     for (int k = 0; k < 6; ++k) store(b.GRADIENT[k] + l, gradient[k]);
     if constexpr (order == Order::hessian) {
       Lanes hessian[36];
-      potentialHessian(K, F, hessian);
+      if constexpr (weighed)
+        weighedHessian(K, F, weight, hessian);
+      else
+        potentialHessian(K, F, hessian);
       for (int k = 0; k < 36; ++k) store(b.HESSIAN[k] + l, hessian[k]);
     }
   }
 }
 
+template <Order order>
+void evaluateBatch(const LaneCurve& curve, LaneBatch& batch) {
+  if (batch.weighed) return evaluateLanes<order, true>(curve, batch);
+  evaluateLanes<order, false>(curve, batch);
+}
+
 void evaluate(Order order, const LaneCurve& curve, LaneBatch& batch) {
   switch (order) {
     case Order::value:
-      return evaluateLanes<Order::value>(curve, batch);
+      return evaluateBatch<Order::value>(curve, batch);
     case Order::gradient:
-      return evaluateLanes<Order::gradient>(curve, batch);
+      return evaluateBatch<Order::gradient>(curve, batch);
     case Order::hessian:
-      return evaluateLanes<Order::hessian>(curve, batch);
+      return evaluateBatch<Order::hessian>(curve, batch);
   }
 }
 

@@ -99,20 +99,22 @@ void potentialHessian(const KinematicsOf<Real>& K, const DensityOf<Real>& F, Rea
 /// derivatives do not, the potential D·φ above has the gradient g = D·∇φ and the Hessian
 /// H = D·∇²φ + ∇D·∇φᵀ + ∇φ·∇Dᵀ, and ∇D is D·∇N: so ∇φ = g/D and D·∇²φ = H - (∇D·gᵀ + g·∇Dᵀ)/D.
 /// A: in (mm²). GRADIENT: out (mm), HESSIAN: out (dimensionless), as above.
-inline void weighedGradient(const Kinematics& K, Density F, double A, double (&GRADIENT)[6]) {
-  F.phi = 0.0;
+template <class Real>
+void weighedGradient(const KinematicsOf<Real>& K, DensityOf<Real> F, Real A, Real (&GRADIENT)[6]) {
+  F.phi = Real{};
   potentialGradient(K, F, GRADIENT);
-  const double scale = A / K.D;
-  for (double& g : GRADIENT) g *= scale;
+  const Real scale = A / K.D;
+  for (Real& g : GRADIENT) g *= scale;
 }
 
-inline void weighedHessian(const Kinematics& K, Density F, double A, double (&HESSIAN)[36]) {
-  F.phi = 0.0;
-  double g[6], EDGE[4][4];
+template <class Real>
+void weighedHessian(const KinematicsOf<Real>& K, DensityOf<Real> F, Real A, Real (&HESSIAN)[36]) {
+  F.phi = Real{};
+  Real g[6], EDGE[4][4];
   potentialGradient(K, F, g);
   edgeHessian(K, F, EDGE);
-  const double dD[4] = {K.DN[0][0], K.DN[0][1], K.DN[1][0], K.DN[1][1]};
-  const double perD = 1.0 / K.D, scale = A * perD;
+  const Real dD[4] = {K.DN[0][0], K.DN[0][1], K.DN[1][0], K.DN[1][1]};
+  const Real perD = 1.0 / K.D, scale = A * perD;
   for (int k = 0; k < 4; ++k)
     for (int l = 0; l < 4; ++l)
       EDGE[k][l] = scale * (EDGE[k][l] - (dD[k] * g[l + 2] + dD[l] * g[k + 2]) * perD);

@@ -6,10 +6,9 @@
 
 namespace tornwalzen {
 
-/// Can the run's elements be taken by eights? So it is for the plastic-work density weighed with the blank's
-/// area.
+/// Can the run's elements be taken by eights? So it is for the plastic-work density.
 inline bool lanesServe() {
-  return run.istat != 0 && !options.partReference;
+  return run.istat != 0;
 }
 
 /// Fills the input of `batch` with the elements e .. e + 7. INTA, RX, KNZ: in, as elementRoutine takes them.

@@ -11,19 +11,21 @@ struct DenseKernels {
   const char* name;
 
   /// Eliminates the first w columns of a front, F = L·D·Lᵀ + Schur complement, without pivoting.
-  /// F: inout, c rows and columns, leading dimension `stride` (a multiple of 8, ≥ c), lower triangle; out: columns
-  /// below w hold D on the diagonal and L below it, the rest the Schur complement. The upper triangle and the rows
-  /// behind c are scratch and must hold numbers. packing: scratch of packingDoubles(c), on a cache line.
+  /// F: inout, c rows and columns, lower triangle, in the blocks of front_layout.hpp, on a cache line; out: columns
+  /// below w hold D on the diagonal and L below it, the rest the Schur complement. What the blocks hold above the
+  /// diagonal is scratch; the rows behind c up to the next cache line are scratch too and must hold numbers.
+  /// packing: scratch of packingDoubles(c), on a cache line.
   /// Returns 0, or the one-based column whose pivot is exactly zero; the front is then left half done.
-  Int64 (*factorFront)(double* F, Int64 stride, Int64 c, Int64 w, double* packing);
+  Int64 (*factorFront)(double* F, Int64 c, Int64 w, double* packing);
 
-  /// x := L11⁻¹·x and below := L21·x for one supernode of w columns and c rows.
-  /// L: in, its columns one after the other, each from below its diagonal: trapezoidEntries(w, c).
-  /// x: inout, w; below: out, c - w.
-  void (*forward)(const double* L, Int64 w, Int64 c, double* x, double* below);
+  /// One supernode of w columns and c rows in the forward substitution: y1 := L11⁻¹·y1, y2 := -L21·y1.
+  /// L: in, its columns one after the other, each from below its diagonal: trapezoidEntries(w, c), then
+  /// solveMargin doubles that may be read but do not matter. y: inout, c entries, y1 its first w, the others
+  /// out; then solveMargin doubles of scratch.
+  void (*forward)(const double* L, Int64 w, Int64 c, double* y);
 
-  /// x := L11⁻ᵀ·(x - L21ᵀ·below); arguments as above, below: in.
-  void (*backward)(const double* L, Int64 w, Int64 c, double* x, const double* below);
+  /// The same in the backward substitution: y1 := L11⁻ᵀ·(y1 - L21ᵀ·y2). Arguments as above, y2 stays.
+  void (*backward)(const double* L, Int64 w, Int64 c, double* y);
 };
 
 /// The table in use.

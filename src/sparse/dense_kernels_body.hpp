@@ -1,12 +1,12 @@
-// The dense kernels, written once for a vector of VL doubles and compiled once per instruction set. A file that
-// includes this one defines before it, in a namespace of its own:
+// The dense kernels, written once for a vector of VL doubles and compiled once per instruction set. A file
+// that includes this one defines before it, in a namespace of its own:
 //   VL  doubles in a vector register          MV  vectors in a register tile's column
 //   NR  columns of a register tile
-// Nothing of the standard library may be instantiated here: an inline function compiled for one processor could
-// be the copy that the linker keeps for all.
+// Nothing of the standard library may be instantiated here: an inline function compiled for one processor
+// could be the copy that the linker keeps for all.
 //
-// Elimination of a front, by panels of panelWidth columns, each by blocks of blockWidth columns (G. H. Golub, C. F.
-// Van Loan, Matrix Computations, 4.1.2 and 4.2.5, in block form):
+// Elimination of a front, by panels of panelWidth columns, each by blocks of blockWidth columns (G. H. Golub,
+// C. F. Van Loan, Matrix Computations, 4.1.2 and 4.2.5, in block form):
 //   1. the block's columns are brought up to date with the panel's earlier columns (left-looking),
 //   2. its diagonal block is factored, then the rows below it: y(k) = a(k) - Σ y(p)·l(k,p), l = y/d,
 //   3. after the panel, the rest of the front: F := F - L·(D·Lᵀ), lower triangle, in register tiles.
@@ -17,15 +17,24 @@ typedef double VecAt __attribute__((vector_size(VL * sizeof(double)), aligned(8)
 
 constexpr Int64 blockWidth = 8;
 static_assert(panelWidth % blockWidth == 0 && NR <= largestTile && MV * VL <= largestTile);
-static_assert(rowsOfBlock % (MV * VL) == 0 && frontAlignment % VL == 0 && blockWidth % NR == 0);
+static_assert(rowsOfBlock % (MV * VL) == 0 && frontAlignment % VL == 0 && blockWidth % NR == 0 &&
+              panelWidth % frontAlignment == 0);
 
-inline Vec load(const double* p) { return *reinterpret_cast<const VecAt*>(p); }
-inline void store(double* p, Vec v) { *reinterpret_cast<VecAt*>(p) = v; }
-inline Int64 smaller(Int64 a, Int64 b) { return a < b ? a : b; }
-inline Int64 alignedDown(Int64 i) { return i - i % VL; }
+inline Vec load(const double* p) {
+  return *reinterpret_cast<const VecAt*>(p);
+}
+inline void store(double* p, Vec v) {
+  *reinterpret_cast<VecAt*>(p) = v;
+}
+inline Int64 smaller(Int64 a, Int64 b) {
+  return a < b ? a : b;
+}
+inline Int64 alignedDown(Int64 i) {
+  return i - i % VL;
+}
 
-// One register tile: C -= A·B, A of mv·VL rows and K columns (columns aStride apart), B of K rows and nr columns
-// (rows together), C with columns cStride apart.
+// One register tile: C -= A·B, A of mv·VL rows and K columns (columns aStride apart), B of K rows and nr
+// columns (rows together), C with columns cStride apart.
 template <int mv, int nr>
 inline void tile(Int64 K, const double* A, Int64 aStride, const double* B, double* C, Int64 cStride) {
   Vec sum[nr][mv];
@@ -50,10 +59,11 @@ inline void tile(Int64 K, const double* A, Int64 aStride, const double* B, doubl
     for (int i = 0; i < mv; ++i) store(C + j * cStride + i * VL, sum[j][i]);
 }
 
-// `rows` rows (whole vectors) of nr columns: C -= A·B in tiles of decreasing height. aStride 0 means packed rows:
-// A lies in tiles of MV·VL rows, each tile's columns together.
+// `rows` rows (whole vectors) of nr columns: C -= A·B in tiles of decreasing height. aStride 0 means packed
+// rows: A lies in tiles of MV·VL rows, each tile's columns together.
 template <int nr>
-void columnsOfTiles(Int64 K, const double* A, Int64 aStride, const double* B, double* C, Int64 cStride, Int64 rows) {
+void columnsOfTiles(Int64 K, const double* A, Int64 aStride, const double* B, double* C, Int64 cStride,
+                    Int64 rows) {
   const Int64 along = aStride == 0 ? MV * VL : aStride, tileStep = aStride == 0 ? K : 1;
   Int64 i = 0;
   for (; i + MV * VL <= rows; i += MV * VL) tile<MV, nr>(K, A + i * tileStep, along, B, C + i, cStride);
@@ -72,36 +82,45 @@ inline void anyColumnsOfTiles(Int64 nr, Int64 K, const double* A, Int64 aStride,
                               Int64 cStride, Int64 rows) {
   if (nr == NR) return columnsOfTiles<NR>(K, A, aStride, B, C, cStride, rows);
   switch (nr) {
-    case 1: return columnsOfTiles<1>(K, A, aStride, B, C, cStride, rows);
-    case 2: return columnsOfTiles<2>(K, A, aStride, B, C, cStride, rows);
-    case 3: return columnsOfTiles<3>(K, A, aStride, B, C, cStride, rows);
-    case 4: return columnsOfTiles<4>(K, A, aStride, B, C, cStride, rows);
-    case 5: return columnsOfTiles<5>(K, A, aStride, B, C, cStride, rows);
-    case 6: return columnsOfTiles<6>(K, A, aStride, B, C, cStride, rows);
-    default: return columnsOfTiles<7>(K, A, aStride, B, C, cStride, rows);
+    case 1:
+      return columnsOfTiles<1>(K, A, aStride, B, C, cStride, rows);
+    case 2:
+      return columnsOfTiles<2>(K, A, aStride, B, C, cStride, rows);
+    case 3:
+      return columnsOfTiles<3>(K, A, aStride, B, C, cStride, rows);
+    case 4:
+      return columnsOfTiles<4>(K, A, aStride, B, C, cStride, rows);
+    case 5:
+      return columnsOfTiles<5>(K, A, aStride, B, C, cStride, rows);
+    case 6:
+      return columnsOfTiles<6>(K, A, aStride, B, C, cStride, rows);
+    default:
+      return columnsOfTiles<7>(K, A, aStride, B, C, cStride, rows);
   }
 }
 
-// B(k, j) = D(k)·L(row + j, k) for the columns k0 .. k0+K-1 of the front and nr rows: rows of B together.
-inline void packScaledRows(const double* F, Int64 stride, Int64 k0, Int64 K, Int64 row, Int64 nr, double* B) {
+// The kernels of a panel take its columns and rows from its first diagonal entry P on, zero-based.
+
+// B(k, j) = D(k)·L(row + j, k) for K columns of the panel and nr rows: rows of B together.
+inline void packScaledRows(const double* P, Int64 stride, Int64 K, Int64 row, Int64 nr, double* B) {
   for (Int64 k = 0; k < K; ++k) {
-    const double* column = F + (k0 + k) * stride;
-    const double d = column[k0 + k];
+    const double* column = P + k * stride;
+    const double d = column[k];
     for (Int64 j = 0; j < nr; ++j) B[k * nr + j] = column[row + j] * d;
   }
 }
 
 // Step 2 on columns i0 .. i0+ib-1. Returns 0 or the one-based column of a zero pivot.
 template <int ib>
-Int64 factorBlock(double* F, Int64 stride, Int64 i0, Int64 rowsEnd) {
-  double* const block = F + i0 * stride;   // column p of the block: block + p·stride
+Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
+  double* const block = P + i0 * stride;  // column p of the block: block + p·stride
   double inverse[ib];
   for (int k = 0; k < ib; ++k) {
     double* const column = block + k * stride;
     const double d = column[i0 + k];
     if (d == 0.0) return i0 + k + 1;
     inverse[k] = 1.0 / d;
-    for (int j = k + 1; j < ib; ++j) {   // the columns to the right, with y = column k before the division
+    for (int j = k + 1; j < ib; ++j) {  // the columns to the right, with y = column k before the division
       const double l = column[i0 + j] * inverse[k];
       for (int i = j; i < ib; ++i) block[j * stride + i0 + i] -= column[i0 + i] * l;
     }
@@ -134,23 +153,20 @@ Int64 factorBlock(double* F, Int64 stride, Int64 i0, Int64 rowsEnd) {
 }
 
 using FactorBlock = Int64 (*)(double*, Int64, Int64, Int64);
-constexpr FactorBlock factorBlockOf[blockWidth + 1] = {
-    nullptr,        factorBlock<1>, factorBlock<2>, factorBlock<3>, factorBlock<4>,
-    factorBlock<5>, factorBlock<6>, factorBlock<7>, factorBlock<8>};
+constexpr FactorBlock factorBlockOf[blockWidth + 1] = {nullptr,        factorBlock<1>, factorBlock<2>,
+                                                       factorBlock<3>, factorBlock<4>, factorBlock<5>,
+                                                       factorBlock<6>, factorBlock<7>, factorBlock<8>};
 
-// Steps 1 and 2 on the panel of K columns from j0.
-inline Int64 factorPanel(double* F, Int64 stride, Int64 j0, Int64 K, Int64 rowsEnd, double* packing) {
-  for (Int64 i0 = j0; i0 < j0 + K; i0 += blockWidth) {
-    const Int64 ib = smaller(blockWidth, j0 + K - i0);
-    if (i0 > j0) {
-      for (Int64 j = i0; j < i0 + ib; j += NR) {
-        const Int64 nr = smaller(NR, i0 + ib - j), first = alignedDown(j);
-        packScaledRows(F, stride, j0, i0 - j0, j, nr, packing);
-        anyColumnsOfTiles(nr, i0 - j0, F + j0 * stride + first, stride, packing, F + j * stride + first, stride,
-                          rowsEnd - first);
-      }
+// Steps 1 and 2 on a panel of K columns.
+inline Int64 factorPanel(double* P, Int64 stride, Int64 K, Int64 rowsEnd, double* packing) {
+  for (Int64 i0 = 0; i0 < K; i0 += blockWidth) {
+    const Int64 ib = smaller(blockWidth, K - i0);
+    for (Int64 j = i0; i0 > 0 && j < i0 + ib; j += NR) {
+      const Int64 nr = smaller(NR, i0 + ib - j), first = alignedDown(j);
+      packScaledRows(P, stride, i0, j, nr, packing);
+      anyColumnsOfTiles(nr, i0, P + first, stride, packing, P + j * stride + first, stride, rowsEnd - first);
     }
-    if (const Int64 zero = factorBlockOf[ib](F, stride, i0, rowsEnd)) return zero;
+    if (const Int64 zero = factorBlockOf[ib](P, stride, i0, rowsEnd)) return zero;
   }
   return 0;
 }
@@ -166,159 +182,165 @@ inline void packRows(const double* A, Int64 stride, Int64 K, Int64 rows, double*
   }
 }
 
-// Step 3: the columns from t0 on, with the panel of K columns from j0.
-inline void updateRest(double* F, Int64 stride, Int64 j0, Int64 K, Int64 c, Int64 rowsEnd, double* packing) {
-  const Int64 t0 = j0 + K;
-  double* const scaled = packing;   // D·Lᵀ, one tile of columns behind the other
-  for (Int64 j = t0; j < c; j += NR) packScaledRows(F, stride, j0, K, j, smaller(NR, c - j), scaled + (j - t0) * K);
-  constexpr Int64 fewRows = 96;   // fronts so small that the panel stays in the first-level cache as it lies
-  if (rowsEnd - t0 <= fewRows) {
-    for (Int64 j = t0; j < c; j += NR) {
+// Step 3: calls visit(j, nr, C) for the tiles of columns j .. j+nr-1 behind the panel, up to `end`, in the panel's
+// counting; C is the first of them, C[i] its entry in row i.
+template <class Visit>
+inline void forTilesBehind(const FrontBlock& panel, double* F, Int64 c, Int64 w, Int64 end, Visit visit) {
+  for (FrontBlock b = blockAfter(panel, c, w); b.first < panel.first + end; b = blockAfter(b, c, w))
+    for (Int64 j = b.first; j < smaller(b.end, panel.first + end); j += NR)
+      visit(j - panel.first, smaller(NR, b.end - j), F + (columnPlace(b, j) + panel.first), b.stride);
+}
+
+inline void updateRest(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 rowsEnd, double* packing) {
+  const double* const P = F + (columnPlace(panel, panel.first) + panel.first);
+  const Int64 stride = panel.stride, K = panel.end - panel.first, rest = c - panel.first;
+  double* const scaled = packing;  // D·Lᵀ, one tile of columns behind the other
+  forTilesBehind(panel, F, c, w, rest, [&](Int64 j, Int64 nr, double*, Int64) {
+    packScaledRows(P, stride, K, j, nr, scaled + (j - K) * K);
+  });
+  constexpr Int64 fewRows = 96;  // fronts so small that the panel stays in the first-level cache as it lies
+  if (rowsEnd - K <= fewRows) {
+    forTilesBehind(panel, F, c, w, rest, [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
       const Int64 first = alignedDown(j);
-      anyColumnsOfTiles(smaller(NR, c - j), K, F + j0 * stride + first, stride, scaled + (j - t0) * K,
-                        F + j * stride + first, stride, rowsEnd - first);
-    }
+      anyColumnsOfTiles(nr, K, P + first, stride, scaled + (j - K) * K, C + first, cStride, rowsEnd - first);
+    });
     return;
   }
   double* const rows = packing + panelWidth * (c + largestTile);
-  for (Int64 r0 = alignedDown(t0); r0 < rowsEnd; r0 += rowsOfBlock) {
+  for (Int64 r0 = alignedDown(K); r0 < rowsEnd; r0 += rowsOfBlock) {
     const Int64 r1 = smaller(r0 + rowsOfBlock, rowsEnd);
-    packRows(F + j0 * stride + r0, stride, K, r1 - r0, rows);
-    for (Int64 j = t0; j < smaller(c, r1); j += NR) {
+    packRows(P + r0, stride, K, r1 - r0, rows);
+    forTilesBehind(panel, F, c, w, smaller(rest, r1), [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
       // whole tiles of rows from the one that holds the diagonal; what lies above it is scratch
       const Int64 first = j <= r0 ? 0 : (j - r0) / (MV * VL) * (MV * VL);
-      anyColumnsOfTiles(smaller(NR, c - j), K, rows + first * K, 0, scaled + (j - t0) * K,
-                        F + j * stride + r0 + first, stride, r1 - r0 - first);
-    }
+      anyColumnsOfTiles(nr, K, rows + first * K, 0, scaled + (j - K) * K, C + r0 + first, cStride,
+                        r1 - r0 - first);
+    });
   }
 }
 
-Int64 factorFront(double* F, Int64 stride, Int64 c, Int64 w, double* packing) {
-  const Int64 rowsEnd = (c + VL - 1) / VL * VL;
-  for (Int64 j0 = 0; j0 < w; j0 += panelWidth) {
-    const Int64 K = smaller(panelWidth, w - j0);
-    if (const Int64 zero = factorPanel(F, stride, j0, K, rowsEnd, packing)) return zero;
-    updateRest(F, stride, j0, K, c, rowsEnd, packing);
+Int64 factorFront(double* F, Int64 c, Int64 w, double* packing) {
+  for (FrontBlock panel = firstBlock(c, w); panel.first < w; panel = blockAfter(panel, c, w)) {
+    const Int64 rowsEnd = (c - panel.first + VL - 1) / VL * VL;
+    double* const P = F + (columnPlace(panel, panel.first) + panel.first);
+    if (const Int64 zero = factorPanel(P, panel.stride, panel.end - panel.first, rowsEnd, packing))
+      return panel.first + zero;
+    updateRest(F, panel, c, w, rowsEnd, packing);
   }
   return 0;
 }
 
-// Column p of a supernode's block of L, so that [i] is its entry in row i, i > p.
-inline const double* columnOf(const double* L, Int64 p, Int64 c) { return L + p * c - p * (p + 1) / 2 - p - 1; }
-
-using Pair = double __attribute__((vector_size(2 * sizeof(double))));
-typedef double PairAt __attribute__((vector_size(2 * sizeof(double)), aligned(8), may_alias));
-inline Pair loadPair(const double* p) { return *reinterpret_cast<const PairAt*>(p); }
-
-// The sum of a vector's pairs.
-inline Pair inPairs(Vec v) {
-  Pair parts[VL / 2];
-  __builtin_memcpy(parts, &v, sizeof v);
-  Pair sum = parts[0];
-  for (int l = 1; l < VL / 2; ++l) sum += parts[l];
-  return sum;
+// The first `count` lanes of v, zeros in the others: what stands there may be anything.
+inline Vec firstLanes(Vec v, Int64 count) {
+  using Lanes = long long __attribute__((vector_size(VL * sizeof(double))));
+  Lanes lane;
+  for (int l = 0; l < VL; ++l) lane[l] = l;
+  return lane < count ? v : Vec{};
 }
 
-// y := Σ L(:,k)·x(k), or y += that, over the rows first .. end-1 of N columns at once: y is read and written once for
-// all. The rows that do not fill a vector go in pairs.
-template <int N, bool add>
-inline void sumColumns(const double* const (&column)[N], const double (&x)[N], double* y, Int64 first, Int64 end) {
-  Int64 i = first;
-  for (; i + VL <= end; i += VL) {
-    Vec sum = load(column[0] + i) * x[0];
-    for (int k = 1; k < N; ++k) sum += load(column[k] + i) * x[k];
-    store(y + i, add ? load(y + i) + sum : sum);
-  }
-  for (; i + 2 <= end; i += 2) {
-    Pair sum = loadPair(column[0] + i) * x[0];
-    for (int k = 1; k < N; ++k) sum += loadPair(column[k] + i) * x[k];
-    *reinterpret_cast<PairAt*>(y + i) = add ? loadPair(y + i) + sum : sum;
-  }
-  if (i < end) {
-    double sum = column[0][i] * x[0];
-    for (int k = 1; k < N; ++k) sum += column[k][i] * x[k];
-    y[i] = add ? y[i] + sum : sum;
-  }
-}
-
-// sum(k) += Σ L(i,k)·y(i) over the rows first .. end-1 of N columns at once.
-template <int N>
-inline void dotColumns(const double* const (&column)[N], const double* y, Int64 first, Int64 end, double (&sum)[N]) {
-  Pair pairs[N] = {};
-  Int64 i = first;
-  if (i + VL <= end) {
-    Vec sums[N] = {};
-    for (; i + VL <= end; i += VL) {
-      const Vec v = load(y + i);
-      for (int k = 0; k < N; ++k) sums[k] += load(column[k] + i) * v;
-    }
-    for (int k = 0; k < N; ++k) pairs[k] = inPairs(sums[k]);
-  }
-  for (; i + 2 <= end; i += 2) {
-    const Pair v = loadPair(y + i);
-    for (int k = 0; k < N; ++k) pairs[k] += loadPair(column[k] + i) * v;
-  }
-  for (int k = 0; k < N; ++k) sum[k] += pairs[k][0] + pairs[k][1];
-  if (i < end)
-    for (int k = 0; k < N; ++k) sum[k] += column[k][i] * y[i];
-}
-
-// The columns p .. p+N-1 of the forward substitution; the first ones set `below`, the later ones add to it.
-template <int N>
-inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* x, double* below) {
-  const double *column[N], *rest[N];
-  double value[N], minus[N];
-  for (int k = 0; k < N; ++k) {
-    column[k] = columnOf(L, p + k, c);
-    rest[k] = column[k] + w;
-    value[k] = x[p + k];
-    for (int j = 0; j < k; ++j) value[k] -= column[j][p + k] * value[j];
-    x[p + k] = value[k];
-    minus[k] = -value[k];
-  }
-  sumColumns<N, true>(column, minus, x, p + N, w);
-  if (p == 0)
-    sumColumns<N, false>(rest, value, below, 0, c - w);
+// The sum of a vector's lanes, its halves first; without a way through memory.
+template <class V>
+inline double laneSum(V v) {
+  if constexpr (sizeof(V) == 8 * sizeof(double))
+    return laneSum(__builtin_shufflevector(v, v, 0, 1, 2, 3) + __builtin_shufflevector(v, v, 4, 5, 6, 7));
+  else if constexpr (sizeof(V) == 4 * sizeof(double))
+    return laneSum(__builtin_shufflevector(v, v, 0, 1) + __builtin_shufflevector(v, v, 2, 3));
   else
-    sumColumns<N, true>(rest, value, below, 0, c - w);
+    return v[0] + v[1];
+}
+
+// The columns p .. p+N-1 of a supernode's block of L, each so that [i] is its entry in row i.
+template <int N>
+inline void findColumns(const double* L, Int64 p, Int64 c, const double* (&column)[N]) {
+  column[0] = L + p * c - p * (p + 1) / 2 - p - 1;
+#pragma GCC unroll 4
+  for (int k = 1; k < N; ++k) column[k] = column[k - 1] + (c - p - k - 1);
+}
+
+// The columns p .. p+N-1 of the forward substitution, in whole vectors that may pass the end of y and of L.
+// The first ones take the rows from w on as zeros, and set them.
+template <int N>
+inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* y) {
+  const double* column[N];
+  double value[N];
+  findColumns<N>(L, p, c, column);
+#pragma GCC unroll 4
+  for (int k = 0; k < N; ++k) {
+    value[k] = y[p + k];
+#pragma GCC unroll 4
+    for (int j = 0; j < k; ++j) value[k] -= column[j][p + k] * value[j];
+  }
+#pragma GCC unroll 4
+  for (int k = 0; k < N; ++k) y[p + k] = value[k];
+  for (Int64 i = p + N; i < c; i += VL) {
+    Vec rest = {};
+    if (p > 0)
+      rest = load(y + i);
+    else if (i < w)
+      rest = firstLanes(load(y + i), w - i);
+#pragma GCC unroll 4
+    for (int k = 0; k < N; ++k) rest -= load(column[k] + i) * value[k];
+    store(y + i, rest);
+  }
 }
 
 // The columns p .. p+N-1 of the backward substitution.
 template <int N>
-inline void backwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* x, const double* below) {
-  const double *column[N], *rest[N];
-  double sum[N] = {};
-  for (int k = 0; k < N; ++k) {
-    column[k] = columnOf(L, p + k, c);
-    rest[k] = column[k] + w;
+inline void backwardColumns(const double* L, Int64 p, Int64 c, double* y) {
+  const double* column[N];
+  findColumns<N>(L, p, c, column);
+  Vec sum[N] = {};
+  Int64 i = p + N;
+  for (; i + VL <= c; i += VL) {
+    const Vec v = load(y + i);
+#pragma GCC unroll 4
+    for (int k = 0; k < N; ++k) sum[k] += load(column[k] + i) * v;
   }
-  dotColumns<N>(column, x, p + N, w, sum);
-  dotColumns<N>(rest, below, 0, c - w, sum);
-  for (int k = N - 1; k >= 0; --k) {
-    double value = x[p + k] - sum[k];
-    for (int j = k + 1; j < N; ++j) value -= column[k][p + j] * x[p + j];
-    x[p + k] = value;
+  if (i < c) {
+    const Vec v = firstLanes(load(y + i), c - i);
+#pragma GCC unroll 4
+    for (int k = 0; k < N; ++k) sum[k] += firstLanes(load(column[k] + i), c - i) * v;
   }
+  double value[N];
+#pragma GCC unroll 4
+  for (int k = N - 1; k >= 0; --k) {  // the value that comes last is used last
+    value[k] = y[p + k] - laneSum(sum[k]);
+#pragma GCC unroll 4
+    for (int j = N - 1; j > k; --j) value[k] -= column[k][p + j] * value[j];
+  }
+#pragma GCC unroll 4
+  for (int k = 0; k < N; ++k) y[p + k] = value[k];
 }
 
-void forward(const double* L, Int64 w, Int64 c, double* x, double* below) {
+void forward(const double* L, Int64 w, Int64 c, double* y) {
   Int64 p = 0;
-  for (; p + 4 <= w; p += 4) forwardColumns<4>(L, p, w, c, x, below);
+  for (; p + 4 <= w; p += 4) forwardColumns<4>(L, p, w, c, y);
   switch (w - p) {
-    case 1: return forwardColumns<1>(L, p, w, c, x, below);
-    case 2: return forwardColumns<2>(L, p, w, c, x, below);
-    case 3: return forwardColumns<3>(L, p, w, c, x, below);
-    default: return;
+    case 1:
+      return forwardColumns<1>(L, p, w, c, y);
+    case 2:
+      return forwardColumns<2>(L, p, w, c, y);
+    case 3:
+      return forwardColumns<3>(L, p, w, c, y);
+    default:
+      return;
   }
 }
 
-void backward(const double* L, Int64 w, Int64 c, double* x, const double* below) {
+void backward(const double* L, Int64 w, Int64 c, double* y) {
   Int64 p = w - w % 4;
   switch (w - p) {
-    case 1: backwardColumns<1>(L, p, w, c, x, below); break;
-    case 2: backwardColumns<2>(L, p, w, c, x, below); break;
-    case 3: backwardColumns<3>(L, p, w, c, x, below); break;
-    default: break;
+    case 1:
+      backwardColumns<1>(L, p, c, y);
+      break;
+    case 2:
+      backwardColumns<2>(L, p, c, y);
+      break;
+    case 3:
+      backwardColumns<3>(L, p, c, y);
+      break;
+    default:
+      break;
   }
-  while ((p -= 4) >= 0) backwardColumns<4>(L, p, w, c, x, below);
+  while ((p -= 4) >= 0) backwardColumns<4>(L, p, c, y);
 }

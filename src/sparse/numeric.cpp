@@ -68,24 +68,42 @@ double* onCacheLine(double* p) {
   return p + ((line - address % line) % line) / sizeof(double);
 }
 
-// One front: the supernode's rows and columns in dense storage, one-based through `at`.
-struct Front {
-  double* first;
-  Int64 stride, c, w;
-  double* column(Int64 j) const { return first + (j - 1) * stride; }   // zero-based in its rows
-};
+// One front. Its columns are found by the blocks they lie in, quickly in either direction.
+class Front {
+ public:
+  const Int64 c, w;   // rows; pivot columns
 
-// Zeros the lower triangle, and the rows that fill up the last register tile.
-void clear(const Front& F) {
-  for (Int64 j = 1; j <= F.c; ++j) {
-    const Int64 from = (j - 1) / frontAlignment * frontAlignment;
-    std::memset(F.column(j) + from, 0, static_cast<std::size_t>(F.stride - from) * sizeof(double));
+  Front(double* first, Int64 rows, Int64 pivots)
+      : c(rows), w(pivots), first_(first), block_(firstBlock(rows, pivots)) {}
+
+  double* first() const { return first_; }
+  /// Column j, one-based, so that [i - 1] is its entry in row i.
+  double* column(Int64 j) {
+    find(j - 1);
+    return first_ + columnPlace(block_, j - 1);
   }
-}
+  /// Zeros the lower triangle, and the rows that fill up the last cache line.
+  void clear() {
+    for (Int64 j = 1; j <= c; ++j) {
+      double* const entries = column(j);
+      const Int64 from = (j - 1) / frontAlignment * frontAlignment, end = block_.row + block_.stride;
+      std::memset(entries + from, 0, static_cast<std::size_t>(end - from) * sizeof(double));
+    }
+  }
+
+ private:
+  void find(Int64 j) {
+    while (j >= block_.end) block_ = blockAfter(block_, c, w);
+    while (j < block_.first) block_ = blockBefore(block_, c, w);
+  }
+
+  double* const first_;
+  FrontBlock block_;   // the one that was used last
+};
 
 // Puts the entries of the supernode's matrix columns into the front. False if one has no row there.
 bool placeMatrix(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM, const FactorStructure& f,
-                 const NumericArrays& n, Int k, const Front& F) {
+                 const NumericArrays& n, Int k, Front& F) {
   const Int start = f.XLINDX(k), firstColumn = f.XSUP(k);
   for (Int l = 1; l <= F.c; ++l) n.BIGMAP(f.LINDX(start + l - 1)) = l;
   for (Int q = 1; q <= F.w; ++q) {
@@ -114,7 +132,7 @@ bool placeMatrix(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const do
 }
 
 // Adds the update matrix U (lower triangle by columns) of supernode `child` to the front of its parent.
-void extendAdd(const FactorStructure& f, Int child, const double* U, const Front& F) {
+void extendAdd(const FactorStructure& f, Int child, const double* U, Front& F) {
   const Int64 below = Int64{f.XLINDX(child)} + (f.XSUP(child + 1) - f.XSUP(child));
   const Int64 u = f.XLINDX(child + 1) - below;
   const Int* const place = f.LCLDX.data() + (below - 1);   // one-based places, zero-based list
@@ -126,17 +144,18 @@ void extendAdd(const FactorStructure& f, Int child, const double* U, const Front
 }
 
 // Packs the columns of L below their diagonals to where the front starts, in place: each moves down. Keeps the pivots.
-void storeFactor(const Front& F, double* L, double* D) {
+void storeFactor(Front& F, double* L, double* D) {
   for (Int64 q = 1; q <= F.w; ++q) {
-    D[q - 1] = F.column(q)[q - 1];
-    std::memmove(L, F.column(q) + q, static_cast<std::size_t>(F.c - q) * sizeof(double));
+    const double* const column = F.column(q);
+    D[q - 1] = column[q - 1];
+    std::memmove(L, column + q, static_cast<std::size_t>(F.c - q) * sizeof(double));
     L += F.c - q;
   }
 }
 
 // Moves the Schur complement to the stack, which may grow into the front itself: its columns, the last one first,
 // each move up. Returns the new top of the stack.
-double* pushUpdate(const Front& F, double* stackTop) {
+double* pushUpdate(Front& F, double* stackTop) {
   for (Int64 j = F.c; j > F.w; --j) {
     stackTop -= F.c - j + 1;
     std::memmove(stackTop, F.column(j) + (j - 1), static_cast<std::size_t>(F.c - j + 1) * sizeof(double));
@@ -176,8 +195,8 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
   for (Int k = 1; k <= m; ++k) {
     const Int64 c = f.XLINDX(k + 1) - f.XLINDX(k), w = f.XSUP(k + 1) - f.XSUP(k);
     double* const block = L + (f.ASTART(k) - 1);
-    const Front F{onCacheLine(block), frontStride(c), c, w};
-    clear(F);
+    Front F(onCacheLine(block), c, w);
+    F.clear();
     if (!placeMatrix(COLS, ROWI, SYSM, f, n, k, F)) {
       IERR = ierr::noPlace;
       return;
@@ -187,7 +206,7 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
       extendAdd(f, below, stackTop, F);
       stackTop += updateDoubles((f.XLINDX(below + 1) - f.XLINDX(below)) - (f.XSUP(below + 1) - f.XSUP(below)));
     }
-    if (kernels.factorFront(F.first, F.stride, c, w, F.column(c + 1)) != 0) {
+    if (kernels.factorFront(F.first(), c, w, F.first() + (frontDoubles(c, w) - frontAlignment)) != 0) {
       IERR = ierr::zeroPivot;
       return;
     }

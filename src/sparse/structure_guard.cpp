@@ -10,21 +10,23 @@ namespace tornwalzen {
 
 namespace {
 
-constexpr int lanes = 8;   // of 64 bits, two entries each
+constexpr int lanes = 8;  // of 64 bits, two entries each
 
 struct Sums {
   std::uint64_t plain[lanes] = {}, weighted[lanes] = {};
 
   void add(const Int* first, Int64 count) {
     Int64 i = 0;
+    std::uint64_t a[lanes], b[lanes];  // in registers for the length of the loop
+    std::memcpy(a, plain, sizeof a);
+    std::memcpy(b, weighted, sizeof b);
     for (; i + 2 * lanes <= count; i += 2 * lanes) {
       std::uint64_t word[lanes];
       std::memcpy(word, first + i, sizeof word);
-      for (int l = 0; l < lanes; ++l) {
-        plain[l] += word[l];
-        weighted[l] += plain[l];
-      }
+      for (int l = 0; l < lanes; ++l) b[l] += a[l] += word[l];
     }
+    std::memcpy(plain, a, sizeof a);
+    std::memcpy(weighted, b, sizeof b);
     for (int l = 0; i < count; ++i, l = (l + 1) % lanes) {
       plain[l] += static_cast<std::uint32_t>(first[i]);
       weighted[l] += plain[l];
@@ -53,7 +55,7 @@ std::uint64_t structureSum(Vector<const Int> WORK, Int64 first, Int64 last) {
     first = changing + 1;
   }
   sums.add(WORK.data() + (first - 1), last - first + 1);
-  return sums.value() | 1;   // never the 0 of a range that leaves WORK
+  return sums.value() | 1;  // never the 0 of a range that leaves WORK
 }
 
 }  // namespace tornwalzen

@@ -134,7 +134,7 @@ Int orderChildren(const SupernodeScratch& t, Int nodes) {
       t.BRTHER(k) = i < children ? t.NEWSEQ(i + 1) : 0;
     }
     if (children > 0) t.FIRST(p) = t.NEWSEQ(1);
-    peak = std::max(peak, stack + frontDoubles(t.DEGREE(p)));
+    peak = std::max(peak, stack + frontDoubles(t.DEGREE(p), -t.QSIZE(p)));
     PEAK(p) = static_cast<Int>(std::min(peak, largestInt));
   });
   return firstRoot;

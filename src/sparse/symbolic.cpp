@@ -1,6 +1,6 @@
 // Supernodal symbolic factorization (E. G. Ng, B. W. Peyton, Block sparse Cholesky algorithms on advanced
-// uniprocessor computers, SIAM J. Sci. Comput. 14, 1993): the rows of a supernode are those of its matrix columns
-// and those that its children leave over.
+// uniprocessor computers, SIAM J. Sci. Comput. 14, 1993): the rows of a supernode are those of its matrix
+// columns and those that its children leave over.
 #include "sparse/symbolic.hpp"
 
 #include <algorithm>
@@ -18,14 +18,14 @@ namespace {
 constexpr Int64 largestInt = std::numeric_limits<Int>::max();
 
 // LINDX and XLINDX; false if the rows found do not match the counts of phase 1.
-bool findSubscripts(const OrderedStructure& o, Int m, Vector<Int> XLINDX, Vector<Int> LINDX, Vector<Int> MARKER,
-                    Vector<Int> FIRST, Vector<Int> BRTHER) {
+bool findSubscripts(const OrderedStructure& o, Int m, Vector<Int> XLINDX, Vector<Int> LINDX,
+                    Vector<Int> MARKER, Vector<Int> FIRST, Vector<Int> BRTHER) {
   for (Int64 i = 1; i <= MARKER.length(); ++i) MARKER(i) = 0;
   for (Int k = 1; k <= m; ++k) FIRST(k) = 0;
   Int next = 1;
   for (Int k = 1; k <= m; ++k) {
     const Int first = o.XSUP(k), last = o.XSUP(k + 1) - 1;
-    const Int64 end = Int64{next} + o.COLCNT(k);   // the place behind this supernode's subscripts
+    const Int64 end = Int64{next} + o.COLCNT(k);  // the place behind this supernode's subscripts
     if (end - 1 > LINDX.length()) return false;
     XLINDX(k) = next;
     for (Int j = first; j <= last; ++j) LINDX(next++) = j;
@@ -61,7 +61,8 @@ bool findSubscripts(const OrderedStructure& o, Int m, Vector<Int> XLINDX, Vector
 
 // Moves an array to its place in the final layout; the new place never lies behind the old one.
 void move(Vector<const Int> from, Vector<Int> to) {
-  if (to.length() > 0) std::memmove(to.data(), from.data(), static_cast<std::size_t>(to.length()) * sizeof(Int));
+  if (to.length() > 0)
+    std::memmove(to.data(), from.data(), static_cast<std::size_t>(to.length()) * sizeof(Int));
 }
 
 // LCLDX: merging the sorted rows of a supernode with the sorted rows of its parent.
@@ -91,10 +92,10 @@ void findBlocks(const FactorStructure& f, Int m) {
 }
 
 // Doubles that fronts, update stack and packing space take behind D and L at their peak; also f1 and f2. The
-// children's update matrices are on the stack until they are added to their parent's front; then the kernels may
-// pack. ONSTACK is scratch, m.
+// children's update matrices are on the stack until they are added to their parent's front; then the kernels
+// may pack. The solve takes f1 + solveMargin of it. ONSTACK is scratch, m.
 Int64 findPeak(const FactorStructure& f, Int m, Int64 factorEntries, Vector<Int> ONSTACK, Int& f1, Int& f2) {
-  Int64 stack = 0, done = 0, peak = 0;   // done: entries of L before this supernode
+  Int64 stack = 0, done = 0, peak = 0;  // done: entries of L before this supernode
   f1 = f2 = 0;
   for (Int k = 1; k <= m; ++k) ONSTACK(k) = 0;
   for (Int k = 1; k <= m; ++k) {
@@ -102,13 +103,13 @@ Int64 findPeak(const FactorStructure& f, Int m, Int64 factorEntries, Vector<Int>
     f1 = std::max(f1, c);
     f2 = std::max(f2, u);
     const Int64 others = stack - ONSTACK(k);
-    peak = std::max(peak, done + frontDoubles(c) + std::max(stack, others + packingDoubles(c)));
+    peak = std::max(peak, done + frontDoubles(c, w) + std::max(stack, others + packingDoubles(c)));
     stack = others + updateDoubles(u);
     if (stack > largestInt) return stack;
     if (f.PARENT(k) > 0) ONSTACK(f.PARENT(k)) += static_cast<Int>(updateDoubles(u));
     done += trapezoidEntries(w, c);
   }
-  return std::max<Int64>(0, peak - factorEntries);
+  return std::max(f1 + solveMargin, peak - factorEntries);
 }
 
 }  // namespace
@@ -146,7 +147,8 @@ void symbolicPhase(Int NNZ, Vector<Int> WORK, Int& f1, Int& f2, Int& g, Int& IER
   const Int64 peak = findPeak(f, m, WORK(header::factorEntries), f.ASTART, f1, f2);
   findBlocks(f, m);
 
-  const Int64 growth = peak <= 2 * Int64{NEQ} ? Int64{NEQ} : std::max(Int64{NEQ} + 1, (peak - 2 * Int64{NEQ} + 1) / 2);
+  const Int64 growth =
+      peak <= 2 * Int64{NEQ} ? Int64{NEQ} : std::max(Int64{NEQ} + 1, (peak - 2 * Int64{NEQ} + 1) / 2);
   const Int64 real = Int64{WORK(header::factorEntries)} + 3 * Int64{NEQ} + (growth > NEQ ? 2 * growth : 0);
   if (real > largestInt) {
     IERR = ierr::tooLarge;

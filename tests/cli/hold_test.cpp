@@ -45,13 +45,23 @@ std::string refused(const Part& part, const std::string& rule) {
 
 TEST(HoldAuto, HoldsTheMiddleAndTheFarthestInXOfALongPlate) {
   const Part part = plate(4, 2, -2.0, -1.0);  // centroid a little right of the middle: the plate rises there
-  // node 8 is the middle; node 1 is the first of those farthest in x
-  EXPECT_THAT(heldOf(part, holdUnknowns(part, "auto")), ElementsAre(2, 15, 16));
+  // node 8 is the middle; of 1, 6 and 11, all farthest in x, node 6 is the one level with it
+  EXPECT_THAT(heldOf(part, holdUnknowns(part, "auto")), ElementsAre(12, 15, 16));
 }
 
 TEST(HoldAuto, HoldsUOfTheFarthestInYOfATallPlate) {
-  const Part part = plate(2, 4, 10.0, 20.0);  // middle: node 8; farthest in y: row 0 (node 1)
-  EXPECT_THAT(heldOf(part, holdUnknowns(part, "auto")), ElementsAre(1, 15, 16));
+  const Part part =
+      plate(2, 4, 10.0, 20.0);  // middle: node 8; farthest in y: row 0, whose node 2 is level with it
+  EXPECT_THAT(heldOf(part, holdUnknowns(part, "auto")), ElementsAre(3, 15, 16));
+}
+
+TEST(HoldAuto, AFarCornerIsHeldOnlyWhereNoEdgeIsAsFar) {
+  Mesh mesh;
+  mesh.file = "rhombus";
+  mesh.points = {0, 0, 0, 1, 0, 0, 1.2, 1, 0, 0, 1, 0, 3, 1.1, 0};  // the last one sticks out
+  mesh.corners = {1, 2, 3, 1, 3, 4, 2, 5, 3};
+  const Part part = checkMesh(mesh, false);
+  EXPECT_EQ(holdUnknowns(part, "auto").ARFA[2 * 5 - 1], 0);
 }
 
 TEST(Hold, HoldsNodesInNoTriangle) {

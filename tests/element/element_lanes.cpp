@@ -130,6 +130,18 @@ TEST_P(ElementLanesTest, EqualsTheElementRoutineAtAllStrains) {
   }
 }
 
+TEST_P(ElementLanesTest, EqualsTheElementRoutineWithThePartAsReference) {
+  tornwalzen::options.partReference = true;
+  EightTriangles eight;
+  for (int k = 0; k < 80; ++k) {
+    Blank blank;
+    Part part;
+    stretched(std::exp(0.03 * k), 1.0 - 0.002 * k, k % 4 == 0 ? 0.0 : 0.01 * (k % 7), blank, part);
+    eight.place(k % 8, blank, part);
+    if (k % 8 == 7) eight.expectSameAsOneByOne();
+  }
+}
+
 TEST_P(ElementLanesTest, EqualsTheElementRoutineWithAnisotropy) {
   tornwalzen::options.anisotropy = 1.7;
   EightTriangles eight;
