@@ -60,6 +60,7 @@ void findColumns(Vector<const Int> COLS, Vector<const Int> ROWI, const FactorStr
     end += count;
   }
   forUpper([&](Int p, Int j) { n.COLIDX(++n.XUPPER(p)) = j; });
+  for (Int64 t = Int64{end} + 1; t <= n.COLIDX.length(); ++t) n.COLIDX(t) = 0;  // in the checksum too
 }
 
 double* onCacheLine(double* p) {
