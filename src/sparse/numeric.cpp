@@ -166,8 +166,8 @@ double* pushUpdate(Front& F, double* stackTop) {
 
 }  // namespace
 
-Int64 numericEnd(Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m) {
-  return carveNumeric(Vector<Int>("WORK", nullptr, 0), firstFree, NEQ, NNZ, m).end;
+Int64 numericEnd(Vector<Int> WORK, Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m) {
+  return carveNumeric(WORK, firstFree, NEQ, NNZ, m).end;
 }
 
 void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
