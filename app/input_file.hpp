@@ -2,12 +2,19 @@
 #ifndef TORNWALZEN_APP_INPUT_FILE_HPP
 #define TORNWALZEN_APP_INPUT_FILE_HPP
 
+#include <cstdint>
+#include <functional>
 #include <string>
 
 namespace host {
 
-// The bytes of the file `path`. Throws Failure: not there, a folder, not readable, cut off while being read.
-std::string readInputFile(const std::string& path);
+// Looks at the first 64 KiB of a file (all of it, if it is shorter) and at its length in bytes (-1: not known
+// before the end, as with a pipe), and may throw Failure, before the rest is read.
+using HeadCheck = std::function<void(const std::string& head, std::int64_t length)>;
+
+// The bytes of the file `path`. Throws Failure: not there, a folder, not readable, longer than the memory,
+// changed or cut off while it was read, a pipe that does not end; and what `check` throws.
+std::string readInputFile(const std::string& path, const HeadCheck& check = {});
 
 }  // namespace host
 

@@ -56,10 +56,20 @@ std::uint32_t littleEndian32(const char* bytes) {
   return value;
 }
 
-std::string lowerCase(std::string_view word) {
-  std::string lower(word);
+// In lower case; of a word that is too long for a keyword, only so much that it is none.
+std::string keyword(std::string_view word) {
+  constexpr std::size_t longest = 8;  // endsolid, endfacet
+  std::string lower(word.substr(0, longest + 1));
   for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   return lower;
+}
+
+std::int64_t announcedTriangles(const std::string& head) {
+  return littleEndian32(head.data() + titleLength);
+}
+
+std::uint64_t announcedLength(const std::string& head) {
+  return headLength + facetLength * static_cast<std::uint64_t>(announcedTriangles(head));
 }
 
 std::string quoted(std::string_view word) {
@@ -84,7 +94,7 @@ class WordReader {
   void skipLine() { inLine_ = line_.size(); }
   void expect(std::string_view wanted) {
     const std::string_view word = next();
-    if (lowerCase(word) != wanted) refuse("\"" + std::string(wanted) + "\" expected, found " + quoted(word));
+    if (keyword(word) != wanted) refuse("\"" + std::string(wanted) + "\" expected, found " + quoted(word));
   }
   double real() {
     const std::string_view word = next();
@@ -114,10 +124,10 @@ void readFacet(WordReader& words, PointMerger& merger, std::size_t element) {
     merger.corner(point);
   }
   const std::string_view word = words.next();
-  if (lowerCase(word) == "vertex")
+  if (keyword(word) == "vertex")
     words.refuse("element " + std::to_string(element) +
                  " has more than three corners; only triangles are taken");
-  if (lowerCase(word) != "endloop") words.refuse("\"endloop\" expected, found " + quoted(word));
+  if (keyword(word) != "endloop") words.refuse("\"endloop\" expected, found " + quoted(word));
   words.expect("endfacet");
 }
 
@@ -125,16 +135,25 @@ void readFacet(WordReader& words, PointMerger& merger, std::size_t element) {
 
 bool looksLikeStlText(const std::string& content) {
   WordReader words(content, "");
-  if (lowerCase(words.next()) != "solid") return false;
+  if (keyword(words.next()) != "solid") return false;
   words.skipLine();
-  const std::string second = lowerCase(words.next());
+  const std::string second = keyword(words.next());
   return second == "facet" || second == "endsolid";
 }
 
+bool hasStlLength(const std::string& head, std::uint64_t length) {
+  return head.size() >= headLength && length == announcedLength(head);
+}
+
+void checkStlLength(const std::string& head, std::uint64_t length, const std::string& file) {
+  if (head.size() < headLength) throw Failure(file + ": too short for an STL file");
+  if (!hasStlLength(head, length))
+    throw Failure(file + ": announces " + counted(announcedTriangles(head), "triangle") + ", that is " +
+                  std::to_string(announcedLength(head)) + " bytes, but has " + std::to_string(length));
+}
+
 bool looksLikeStlBinary(const std::string& content) {
-  return content.size() >= headLength &&
-         content.size() ==
-             headLength + facetLength * std::size_t{littleEndian32(content.data() + titleLength)};
+  return hasStlLength(content, content.size());
 }
 
 Mesh readStlText(const std::string& content, const std::string& file) {
@@ -142,18 +161,18 @@ Mesh readStlText(const std::string& content, const std::string& file) {
   mesh.file = file;
   PointMerger merger(mesh);
   WordReader words(content, file);
-  std::string word = lowerCase(words.next());
+  std::string word = keyword(words.next());
   while (word == "solid") {  // a file may hold several; together they are the mesh
     words.skipLine();        // the rest of the line is a name
-    word = lowerCase(words.next());
+    word = keyword(words.next());
     while (word == "facet") {
       readFacet(words, merger, mesh.elements() + 1);
-      word = lowerCase(words.next());
+      word = keyword(words.next());
     }
     // A cut-off file must not pass for a smaller part.
     if (word != "endsolid") words.refuse("\"facet\" or \"endsolid\" expected, found " + quoted(word));
     words.skipLine();
-    word = lowerCase(words.next());
+    word = keyword(words.next());
   }
   if (!word.empty()) words.refuse("\"solid\" or the end of the file expected, found " + quoted(word));
   if (mesh.elements() == 0) throw Failure(file + ": no triangle in the file");
@@ -161,12 +180,8 @@ Mesh readStlText(const std::string& content, const std::string& file) {
 }
 
 Mesh readStlBinary(const std::string& content, const std::string& file) {
-  if (content.size() < headLength) throw Failure(file + ": too short for an STL file");
-  const std::size_t elements = littleEndian32(content.data() + titleLength);
-  if (!looksLikeStlBinary(content))
-    throw Failure(file + ": announces " + counted(static_cast<std::int64_t>(elements), "triangle") +
-                  ", that is " + std::to_string(headLength + facetLength * elements) + " bytes, but has " +
-                  std::to_string(content.size()));
+  checkStlLength(content, content.size(), file);
+  const auto elements = static_cast<std::size_t>(announcedTriangles(content));
   if (elements == 0) throw Failure(file + ": no triangle in the file");
 
   Mesh mesh;

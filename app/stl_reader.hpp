@@ -9,6 +9,7 @@
 #ifndef TORNWALZEN_APP_STL_READER_HPP
 #define TORNWALZEN_APP_STL_READER_HPP
 
+#include <cstdint>
 #include <string>
 
 #include "mesh.hpp"
@@ -25,6 +26,11 @@ Mesh readStlBinary(const std::string& content, const std::string& file);
 // "endsolid") or have exactly the length of a binary one.
 bool looksLikeStlText(const std::string& content);
 bool looksLikeStlBinary(const std::string& content);
+
+// Whether a file of `length` bytes that begins with `head` has exactly the length of a binary STL; the second
+// throws Failure if not. The head holds 84 bytes or the whole file.
+bool hasStlLength(const std::string& head, std::uint64_t length);
+void checkStlLength(const std::string& head, std::uint64_t length, const std::string& file);
 
 }  // namespace host
 

@@ -134,8 +134,10 @@ TORNWALZEN_API void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32
  *                                             curve loaded before and runs as 10
  * 19  EVAL    out, double[5,NE]               per element, of the last converged increment: -(E11+E22)
  *                                             (dimensionless), density (dimensionless), smallest corner angle of
- *                                             the part (degrees), unfolding penalty (dimensionless), area of the
- *                                             part's triangle (mm^2)
+ *                                             the part (degrees; NaN where the square of an edge's length is 0
+ *                                             in double precision, and perhaps where the corners lie on a line),
+ *                                             unfolding penalty (dimensionless), area of the part's triangle
+ *                                             (mm^2)
  * 20  ISTAT   out, int32                      -1 failure of structure or solver, else the run status: 1 for
  *                                             ICTRL 0, 1, 2 and 0 for all others. Not a sign of convergence.
  */

@@ -2,6 +2,9 @@
 // that includes this one defines before it, in a namespace of its own:
 //   VL  doubles in a vector register          MV  vectors in a register tile's column
 //   NR  columns of a register tile
+//   minusProduct, plusProduct   c - a·b and c + a·b of vectors and of numbers, rounded once or twice: which
+//   of the
+//       two is written there and not left to the compiler, whose choice would differ from build to build
 // Nothing of the standard library may be instantiated here: an inline function compiled for one processor
 // could be the copy that the linker keeps for all.
 //
@@ -26,6 +29,9 @@ inline Vec load(const double* p) {
 inline void store(double* p, Vec v) {
   *reinterpret_cast<VecAt*>(p) = v;
 }
+inline Vec inAllLanes(double b) {
+  return b - Vec{};
+}
 inline Int64 smaller(Int64 a, Int64 b) {
   return a < b ? a : b;
 }
@@ -48,9 +54,9 @@ inline void tile(Int64 K, const double* A, Int64 aStride, const double* B, doubl
     for (int i = 0; i < mv; ++i) a[i] = load(A + k * aStride + i * VL);
 #pragma GCC unroll 8
     for (int j = 0; j < nr; ++j) {
-      const double b = B[k * nr + j];
+      const Vec b = inAllLanes(B[k * nr + j]);
 #pragma GCC unroll 4
-      for (int i = 0; i < mv; ++i) sum[j][i] -= a[i] * b;
+      for (int i = 0; i < mv; ++i) sum[j][i] = minusProduct(sum[j][i], a[i], b);
     }
   }
 #pragma GCC unroll 8
@@ -122,7 +128,10 @@ Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
     inverse[k] = 1.0 / d;
     for (int j = k + 1; j < ib; ++j) {  // the columns to the right, with y = column k before the division
       const double l = column[i0 + j] * inverse[k];
-      for (int i = j; i < ib; ++i) block[j * stride + i0 + i] -= column[i0 + i] * l;
+      for (int i = j; i < ib; ++i) {
+        double& entry = block[j * stride + i0 + i];
+        entry = minusProduct(entry, column[i0 + i], l);
+      }
     }
     for (int j = k + 1; j < ib; ++j) column[i0 + j] *= inverse[k];
   }
@@ -135,7 +144,7 @@ Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
     double y[ib];
     for (int k = 0; k < ib; ++k) {
       y[k] = block[k * stride + i];
-      for (int p = 0; p < k; ++p) y[k] -= y[p] * l[k][p];
+      for (int p = 0; p < k; ++p) y[k] = minusProduct(y[k], y[p], l[k][p]);
       block[k * stride + i] = y[k] * inverse[k];
     }
   }
@@ -145,7 +154,7 @@ Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
     for (int k = 0; k < ib; ++k) {
       y[k] = load(block + k * stride + i);
 #pragma GCC unroll 8
-      for (int p = 0; p < k; ++p) y[k] -= y[p] * l[k][p];
+      for (int p = 0; p < k; ++p) y[k] = minusProduct(y[k], y[p], inAllLanes(l[k][p]));
       store(block + k * stride + i, y[k] * inverse[k]);
     }
   }
@@ -182,8 +191,8 @@ inline void packRows(const double* A, Int64 stride, Int64 K, Int64 rows, double*
   }
 }
 
-// Step 3: calls visit(j, nr, C) for the tiles of columns j .. j+nr-1 behind the panel, up to `end`, in the panel's
-// counting; C is the first of them, C[i] its entry in row i.
+// Step 3: calls visit(j, nr, C) for the tiles of columns j .. j+nr-1 behind the panel, up to `end`, in the
+// panel's counting; C is the first of them, C[i] its entry in row i.
 template <class Visit>
 inline void forTilesBehind(const FrontBlock& panel, double* F, Int64 c, Int64 w, Int64 end, Visit visit) {
   for (FrontBlock b = blockAfter(panel, c, w); b.first < panel.first + end; b = blockAfter(b, c, w))
@@ -268,7 +277,7 @@ inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* y
   for (int k = 0; k < N; ++k) {
     value[k] = y[p + k];
 #pragma GCC unroll 4
-    for (int j = 0; j < k; ++j) value[k] -= column[j][p + k] * value[j];
+    for (int j = 0; j < k; ++j) value[k] = minusProduct(value[k], column[j][p + k], value[j]);
   }
 #pragma GCC unroll 4
   for (int k = 0; k < N; ++k) y[p + k] = value[k];
@@ -279,7 +288,7 @@ inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* y
     else if (i < w)
       rest = firstLanes(load(y + i), w - i);
 #pragma GCC unroll 4
-    for (int k = 0; k < N; ++k) rest -= load(column[k] + i) * value[k];
+    for (int k = 0; k < N; ++k) rest = minusProduct(rest, load(column[k] + i), inAllLanes(value[k]));
     store(y + i, rest);
   }
 }
@@ -294,19 +303,19 @@ inline void backwardColumns(const double* L, Int64 p, Int64 c, double* y) {
   for (; i + VL <= c; i += VL) {
     const Vec v = load(y + i);
 #pragma GCC unroll 4
-    for (int k = 0; k < N; ++k) sum[k] += load(column[k] + i) * v;
+    for (int k = 0; k < N; ++k) sum[k] = plusProduct(sum[k], load(column[k] + i), v);
   }
   if (i < c) {
     const Vec v = firstLanes(load(y + i), c - i);
 #pragma GCC unroll 4
-    for (int k = 0; k < N; ++k) sum[k] += firstLanes(load(column[k] + i), c - i) * v;
+    for (int k = 0; k < N; ++k) sum[k] = plusProduct(sum[k], firstLanes(load(column[k] + i), c - i), v);
   }
   double value[N];
 #pragma GCC unroll 4
   for (int k = N - 1; k >= 0; --k) {  // the value that comes last is used last
     value[k] = y[p + k] - laneSum(sum[k]);
 #pragma GCC unroll 4
-    for (int j = N - 1; j > k; --j) value[k] -= column[k][p + j] * value[j];
+    for (int j = N - 1; j > k; --j) value[k] = minusProduct(value[k], column[k][p + j], value[j]);
   }
 #pragma GCC unroll 4
   for (int k = 0; k < N; ++k) y[p + k] = value[k];

@@ -104,16 +104,99 @@ TEST(Stress, AFullDiskBehindStandardOutputIsTold) {
   EXPECT_EQ(folder.names("results"), allResults);
 }
 
-TEST(Stress, AnnouncedSizesAreNotBelieved) {
-  const ScratchFolder folder;
-  folder.write("part.stl", std::string(80, ' ') + "\xff\xff\xff\xff and no more");
+// Runs the program with 400 MB of memory; the sanitizer itself needs more.
+Outcome withLittleMemory(const ScratchFolder& folder, const std::string& arguments) {
 #ifdef __SANITIZE_ADDRESS__
-  const std::string limit;  // the sanitizer itself needs more
+  const std::string limit;
 #else
   const std::string limit = "ulimit -v 400000; ";  // KiB
 #endif
-  const Outcome outcome = shell(folder, limit + "\"$TORNWALZEN\" solve part.stl");
+  return shell(folder, limit + "\"$TORNWALZEN\" " + arguments);
+}
+
+// Lengthens a file with zeros that take no room on the disk.
+void lengthen(const ScratchFolder& folder, const std::string& name, std::uintmax_t length) {
+  std::filesystem::resize_file(folder.file(name), length);
+}
+
+constexpr std::uintmax_t twoGigabytes = 2200000000;  // more than 31 bits count
+
+TEST(Stress, AnnouncedSizesAreNotBelieved) {
+  const ScratchFolder folder;
+  folder.write("part.stl", std::string(80, ' ') + "\xff\xff\xff\xff and no more");
+  const Outcome outcome = withLittleMemory(folder, "solve part.stl");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err,
             "tornwalzen: part.stl: announces 4294967295 triangles, that is 214748364834 bytes, but has 96\n");
+}
+
+TEST(Stress, GigabytesThatAreNoPartAreRefusedUnread) {
+  const ScratchFolder folder;
+  const std::string triangle = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+  const std::pair<std::string, std::string> files[] = {
+      {"part.obj", triangle}, {"empty.obj", ""}, {"named", "solid part\n"}};
+  for (const auto& [name, head] : files) {
+    folder.write(name, head);
+    lengthen(folder, name, twoGigabytes);
+    const Outcome outcome = withLittleMemory(folder, "solve " + name);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err,
+              "tornwalzen: " + name + ": neither a Wavefront OBJ nor an STL file nor a mesh deck\n");
+  }
+}
+
+TEST(Stress, GigabytesOfAnotherLengthThanAnnouncedAreRefusedUnread) {
+  const ScratchFolder folder;
+  for (const auto& [count, bytes] :
+       {std::pair("\xff\xff\xff\xff", "4294967295 triangles, that is 214748364834"),
+        std::pair("\x01\x02\x03\x02", "33751553 triangles, that is 1687577734")}) {
+    folder.write("part.stl", std::string(80, ' ') + count);
+    lengthen(folder, "part.stl", twoGigabytes);
+    const Outcome outcome = withLittleMemory(folder, "solve part.stl");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err,
+              "tornwalzen: part.stl: announces " + std::string(bytes) + " bytes, but has 2200000000\n");
+  }
+}
+
+TEST(Stress, APartBeyondTheMemoryIsToldWithItsSize) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "skipped: the memory of this build cannot be limited";
+#endif
+  const ScratchFolder folder;
+  folder.write("part.stl", std::string(80, ' ') + std::string("\0\x3b\x9f\x02", 4));  // 43 989 760 triangles
+  lengthen(folder, "part.stl", 84 + 50 * std::uintmax_t{43989760});
+  const Outcome outcome = withLittleMemory(folder, "solve part.stl");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err, "tornwalzen: cannot read part.stl: not enough memory for 2199488084 bytes\n");
+}
+
+TEST(Stress, AnInputThatDoesNotEndIsGivenUp) {
+  const ScratchFolder folder;
+  const Outcome outcome = shell(folder, "yes 'v 1 2 3' | \"$TORNWALZEN\" solve /dev/stdin");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(
+      outcome.err,
+      "tornwalzen: cannot read /dev/stdin: no end within 268435456 bytes; a longer part must be a file\n");
+}
+
+TEST(Stress, APipeWhoseWriterGoesAwayIsReadAsFarAsItCame) {
+  const ScratchFolder folder;
+  folder.write("part.stl", "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\n");
+  const Outcome outcome =
+      shell(folder, "mkfifo pipe; (cat part.stl >pipe) & \"$TORNWALZEN\" solve pipe --out results");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err, "tornwalzen: pipe, line 5: \"vertex\" expected, found the end of the file\n");
+  EXPECT_EQ(folder.names("results"), std::set<std::string>{});
+}
+
+TEST(Stress, AnInputRemovedWhileItIsReadDoesNoHarm) {
+  const ScratchFolder folder;
+  folder.write("part.obj", halfPipeObj(8, 4));
+  // the pipe is open on both sides before its name goes, and filled afterwards
+  const Outcome outcome = shell(folder,
+                                "mkfifo pipe; \"$TORNWALZEN\" solve pipe --out results & run=$!\n"
+                                "exec 3>pipe; rm pipe; cat part.obj >&3; exec 3>&-; wait $run");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(folder.names("results"), allResults);
 }

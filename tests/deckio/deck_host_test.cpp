@@ -5,11 +5,13 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "deckio/deck_file.hpp"
 #include "deckio/temporary_folder.hpp"
 #include "tornwalzen_deck.h"
 
@@ -186,6 +188,19 @@ TEST_F(DeckHost, AFullDiskIsTold) {
             TORNWALZEN_DECK_UNWRITABLE);
   EXPECT_EQ(errorText(), "/dev/full: cannot be written: No space left on device");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));  // written to, not replaced
+}
+
+TEST_F(DeckHost, AFileThatIsNotCompletedIsRemovedAndTheOldOneStays) {
+  const std::string name = path("part.t51");
+  write("part.t51", "of an earlier run");
+  {
+    tornwalzen::RecordFile unfinished;
+    ASSERT_TRUE(unfinished.open(name.c_str()));
+    unfinished.put("half a record", 13);
+    EXPECT_TRUE(std::filesystem::exists(name + ".part"));
+  }
+  EXPECT_FALSE(std::filesystem::exists(name + ".part"));
+  EXPECT_EQ(content("part.t51"), "of an earlier run");
 }
 
 TEST_F(DeckHost, ANameBeyondAllLengthsIsRefused) {

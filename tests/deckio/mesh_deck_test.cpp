@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <string>
 #include <vector>
@@ -310,6 +311,15 @@ TEST(MeshDeck, AnErrorTextIsCutToItsRoom) {
   EXPECT_STREQ(room, "deck.t51:1:");
   tornwalzenDeckErrorText(&d.error, room, 0);
   EXPECT_STREQ(room, "deck.t51:1:");
+}
+
+TEST(MeshDeck, MemoryThatIsNotThereIsToldWithTheFile) {
+  TornwalzenDeckError error{};
+  error.kind = TORNWALZEN_DECK_NO_MEMORY;
+  std::snprintf(error.file, sizeof error.file, "deck.t51");
+  char line[64];
+  tornwalzenDeckErrorText(&error, line, sizeof line);
+  EXPECT_STREQ(line, "deck.t51: not enough memory");
 }
 
 TEST(MeshDeck, ADeckIsRecognisedByItsTitleOrItsCount) {

@@ -1,5 +1,7 @@
 // Gradient and Hessian of the element against exact differentiation of the unbranched potential and against
 // differences of the element's own values.
+#include <ostream>
+
 #include "one_triangle.hpp"
 
 namespace reference {
@@ -42,6 +44,11 @@ struct Choice {
   double r;            // normal anisotropy
   bool partReference;  // weigh the density with the target's area
 };
+
+// Otherwise GoogleTest prints the bytes, those between the members too.
+void PrintTo(const Choice& choice, std::ostream* out) {
+  *out << choice.name;
+}
 
 class DerivativesTest : public ElementTest, public ::testing::WithParamInterface<Choice> {
  protected:

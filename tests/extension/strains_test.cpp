@@ -1,4 +1,5 @@
 // Strains per element of triangles whose deformation is known.
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -13,14 +14,17 @@ using ElementStrains = ExtensionTest;
 
 constexpr double ulp = 2.3e-16;
 
-/// The blank triangle (0,0) (1,0) (0,1), stretched by `major` along the angle (radians) and by `minor`
+constexpr double unitTriangle[6] = {0, 0, 1, 0, 0, 1}, largeTriangle[6] = {2, 1, 14, 3, 5, 17};
+
+/// A blank triangle (u, v of each corner), stretched by `major` along the angle (radians) and by `minor`
 /// across, then laid on a plane that is turned about x.
 struct Stretched {
-  double knots[9], rx[6] = {0, 0, 1, 0, 0, 1};
+  double knots[9], rx[6];
   std::int32_t inzi[3] = {1, 2, 3};
   double axis[3];
 
-  Stretched(double major, double minor, double angle, double tilt) {
+  Stretched(double major, double minor, double angle, double tilt, const double (&blank)[6] = unitTriangle) {
+    std::copy(blank, blank + 6, rx);
     const double c = std::cos(angle), s = std::sin(angle);
     for (int n = 0; n < 3; ++n) {
       const double along = major * (c * rx[2 * n] + s * rx[2 * n + 1]);
@@ -40,22 +44,24 @@ struct Stretched {
 };
 
 TEST_F(ElementStrains, AreThoseOfAKnownStretchInEveryDirection) {
-  for (const double angle : {0.0, 0.3, 0.8, 1.5707963267948966, 2.0, 3.0}) {
-    const Stretched triangle(1.3, 0.9, angle, 0.7);
-    const TornwalzenElementStrain S = triangle.evaluate();
-    EXPECT_NEAR(S.major, std::log(1.3), 100 * ulp);
-    EXPECT_NEAR(S.minor, std::log(0.9), 100 * ulp);
-    EXPECT_NEAR(S.thickness, -std::log(1.3 * 0.9), 100 * ulp);
-    const double sign = S.direction_blank[0] * std::cos(angle) + S.direction_blank[1] * std::sin(angle);
-    EXPECT_NEAR(std::fabs(sign), 1.0, 100 * ulp) << "along the stretch, either way";
-    double onPart = 0.0, length = 0.0;
-    for (int i = 0; i < 3; ++i) {
-      onPart += S.direction_part[i] * triangle.axis[i];
-      length += S.direction_part[i] * S.direction_part[i];
+  const double angles[] = {0.0, 0.3, 0.8, 1.5707963267948966, 2.0, 3.0};
+  for (const auto* const blank : {&unitTriangle, &largeTriangle})
+    for (const double angle : angles) {
+      const Stretched triangle(1.3, 0.9, angle, 0.7, *blank);
+      const TornwalzenElementStrain S = triangle.evaluate();
+      EXPECT_NEAR(S.major, std::log(1.3), 100 * ulp);
+      EXPECT_NEAR(S.minor, std::log(0.9), 100 * ulp);
+      EXPECT_NEAR(S.thickness, -std::log(1.3 * 0.9), 100 * ulp);
+      const double sign = S.direction_blank[0] * std::cos(angle) + S.direction_blank[1] * std::sin(angle);
+      EXPECT_NEAR(std::fabs(sign), 1.0, 100 * ulp) << "along the stretch, either way";
+      double onPart = 0.0, length = 0.0;
+      for (int i = 0; i < 3; ++i) {
+        onPart += S.direction_part[i] * triangle.axis[i];
+        length += S.direction_part[i] * S.direction_part[i];
+      }
+      EXPECT_NEAR(onPart, sign, 100 * ulp) << "the same direction on the part";
+      EXPECT_NEAR(length, 1.0, 100 * ulp);
     }
-    EXPECT_NEAR(onPart, sign, 100 * ulp) << "the same direction on the part";
-    EXPECT_NEAR(length, 1.0, 100 * ulp);
-  }
 }
 
 TEST_F(ElementStrains, EquivalentStrainFollowsTheAnisotropy) {

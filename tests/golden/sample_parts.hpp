@@ -10,10 +10,11 @@
 
 namespace golden {
 
-/// The sample of that name with about `triangles` triangles.
-inline hostile::Mesh samplePart(const std::string& name, std::int32_t triangles) {
+/// The sample of that name with about `triangles` triangles; the mesh is regular for the seed 0.
+inline hostile::Mesh samplePart(const std::string& name, std::int32_t triangles, std::uint64_t seed = 0) {
   shapes::MeshChoice choice;
   choice.triangles = triangles;
+  choice.seed = seed;
   const shapes::Sheet sheet = shapes::makeShape(name, choice);
   return {sheet.knots, sheet.inzi};
 }

@@ -7,6 +7,7 @@
 
 #include "solver_run.hpp"
 #include "sparse/kmpktf.hpp"
+#include "sparse/numeric.hpp"
 #include "sparse/ordering.hpp"
 #include "sparse/supernodes.hpp"
 #include "sparse/symbolic.hpp"
@@ -158,4 +159,27 @@ TEST(SolverLimits, EqualHashesOfDifferentNeighbourhoodsAreToldApart) {
 TEST(SolverLimits, AMergeMayFillExactlyItsShare) {
   EXPECT_TRUE(mergeAllowed(2, 10, trapezoidEntries(2, 10)));  // two columns: all of it
   EXPECT_FALSE(mergeAllowed(2, 10, trapezoidEntries(2, 10) + 1));
+}
+
+// The lengths that the host is told are formulas of their own; the arrays must end within them.
+TEST(SolverLimits, TheArraysOfEachPhaseLieSideBySideWithinTheReportedLength) {
+  for (auto [nx, ny] : {std::pair<Int, Int>{1, 1}, {1, 50}, {6, 5}, {40, 30}}) {
+    SolverRun solver(gridMatrix(nx, ny, 1));
+    for (const Int ido : {11, 12}) {
+      solver.step(ido);
+      solver.supplyLengths();
+    }
+    const Int64 NEQ = run.neq, NNZ = run.nnzl, NADJ = 2 * (NNZ - NEQ), m = run.solver.supernodes;
+    const Int64 s = solver.work[header::subscripts - 1];
+    const Int64 ordered = 36 + (NEQ + 1) + NADJ + 3 * NEQ + (m + 1) + 2 * m;
+    EXPECT_EQ(solver.work[header::freePhase2 - 1], ordered + 1);
+    EXPECT_LE(ordered + (m + 1) + s + 3 * NEQ, run.niwreq) << "search of the symbolic phase";
+    solver.step(13);
+    solver.supplyLengths();
+    const Int64 structure = 36 + 3 * NEQ + (m + 1) + m + (m + 1) + 2 * s + (m + 1) + m;
+    EXPECT_EQ(solver.work[header::freePhase3 - 1], structure + 1);
+    const Int64 numeric = structure + NEQ + (NNZ - NEQ) + NEQ + m;
+    EXPECT_EQ(numericEnd(structure + 1, NEQ, NNZ, m), numeric + 1);
+    EXPECT_LE(numeric, run.niwreq);
+  }
 }

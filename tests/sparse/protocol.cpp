@@ -124,6 +124,23 @@ TEST(SolverProtocol, PhaseNumberInAForeignWorkIsNotBelieved) {
   EXPECT_EQ(solverText(), " FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE @");
 }
 
+TEST(SolverProtocol, PhaseNumberAheadOfTheOrderingIsOutOfOrderNotDamage) {
+  SolverRun solver(gridMatrix(3, 3, 1));
+  solver.step(11);
+  solver.supplyLengths();
+  solver.step(12);
+  solver.supplyLengths();
+  solver.work[header::phase - 1] = 2;   // as if the symbolic phase had been through
+  PhaseSizes sizes;
+  Int IERR = 0;
+  const SparseMatrix& a = solver.a;
+  testing::internal::CaptureStdout();
+  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl}, {"SYSM", a.values.data(), run.nnzl},
+         {"WORK", solver.work.data(), run.niwor}, {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(IERR, ierr::outOfOrder);
+}
+
 TEST(SolverProtocol, SizingStepForgetsTheLastMesh) {
   SolverRun solver(gridMatrix(3, 3, 1));
   solver.analyse();
