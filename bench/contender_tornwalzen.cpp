@@ -51,7 +51,6 @@ void Tornwalzen::supplyLengths() {
   tw::run.niwor = tw::run.niwreq;
   tw::run.nrk = tw::run.nrkreq;
   work_.resize(tw::run.niwor);
-  work_.shrink_to_fit();
   rwork_.resize(tw::run.nrk);
   peakBytes_ = std::max(peakBytes_, 4.0 * work_.size() + 8.0 * rwork_.size());
 }

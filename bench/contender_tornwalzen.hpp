@@ -1,30 +1,38 @@
 // The library's own solver by its steps, on work arrays of exactly the lengths that each step reports.
 #pragma once
 
-#include <memory>
+#include <cstdlib>
 #include <new>
-#include <utility>
 
 #include "contender.hpp"
 
 namespace bench {
 
-/// Leaves new elements as the heap gives them, as a host's malloc does: the page faults of the factor's
-/// memory then count where it is written, in the first factorization, for all contenders alike.
+/// A host's array: kept by realloc, so that it grows and shrinks without a copy where the system can, and its
+/// pages are touched only where the library writes.
 template <class T>
-struct Untouched : std::allocator<T> {
-  template <class U>
-  struct rebind {
-    using other = Untouched<U>;
-  };
-  template <class U>
-  void construct(U* p) {
-    ::new (static_cast<void*>(p)) U;
+class HostArray {
+ public:
+  HostArray() = default;
+  HostArray(const HostArray&) = delete;
+  HostArray& operator=(const HostArray&) = delete;
+  ~HostArray() { std::free(first_); }
+
+  /// Throws std::bad_alloc; the array then stays as it is.
+  void resize(std::size_t size) {
+    void* const moved = std::realloc(first_, (size > 0 ? size : 1) * sizeof(T));
+    if (!moved) throw std::bad_alloc();
+    first_ = static_cast<T*>(moved);
+    size_ = size;
   }
-  template <class U, class... Args>
-  void construct(U* p, Args&&... args) {
-    ::new (static_cast<void*>(p)) U(std::forward<Args>(args)...);
-  }
+  T* data() { return first_; }
+  const T* data() const { return first_; }
+  std::size_t size() const { return size_; }
+  const T& operator[](std::size_t k) const { return first_[k]; }
+
+ private:
+  T* first_ = nullptr;
+  std::size_t size_ = 0;
 };
 
 class Tornwalzen : public Contender {
@@ -45,8 +53,8 @@ class Tornwalzen : public Contender {
   void supplyLengths();
 
   const SymmetricMatrix& a_;
-  std::vector<std::int32_t, Untouched<std::int32_t>> work_;
-  std::vector<double, Untouched<double>> rwork_;
+  HostArray<std::int32_t> work_;
+  HostArray<double> rwork_;
   std::vector<double> wrhs_;
   double peakBytes_ = 0.0;
 };

@@ -2,9 +2,8 @@
 // that includes this one defines before it, in a namespace of its own:
 //   VL  doubles in a vector register          MV  vectors in a register tile's column
 //   NR  columns of a register tile
-//   minusProduct, plusProduct   c - a·b and c + a·b of vectors and of numbers, rounded once or twice: which
-//   of the
-//       two is written there and not left to the compiler, whose choice would differ from build to build
+//   minusProduct, plusProduct   c - a·b and c + a·b of vectors and of numbers, rounded once or twice
+// Whether a product is fused is written there and not left to the compiler, whose choice differs between builds.
 // Nothing of the standard library may be instantiated here: an inline function compiled for one processor
 // could be the copy that the linker keeps for all.
 //
