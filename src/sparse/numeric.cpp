@@ -60,6 +60,7 @@ void findColumns(Vector<const Int> COLS, Vector<const Int> ROWI, const FactorStr
     end += count;
   }
   forUpper([&](Int p, Int j) { n.COLIDX(++n.XUPPER(p)) = j; });
+  for (Int64 t = Int64{end} + 1; t <= n.COLIDX.length(); ++t) n.COLIDX(t) = 0;  // in the checksum too
 }
 
 double* onCacheLine(double* p) {
@@ -165,8 +166,8 @@ double* pushUpdate(Front& F, double* stackTop) {
 
 }  // namespace
 
-Int64 numericEnd(Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m) {
-  return carveNumeric(Vector<Int>("WORK", nullptr, 0), firstFree, NEQ, NNZ, m).end;
+Int64 numericEnd(Vector<Int> WORK, Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m) {
+  return carveNumeric(WORK, firstFree, NEQ, NNZ, m).end;
 }
 
 void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,

@@ -15,6 +15,6 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
                   Vector<Int> WORK, Vector<double> RWORK, Int& IERR);
 
 /// First place of WORK that phase 3 does not use.
-Int64 numericEnd(Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m);
+Int64 numericEnd(Vector<Int> WORK, Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 m);
 
 }  // namespace tornwalzen

@@ -162,6 +162,8 @@ void orderingPhase(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> W
     return;
   }
 
+  for (Int i = 1; i <= header::length; ++i)  // the checksum takes all of it
+    if (i != header::phase) WORK(i) = 0;
   const Int64 entries = NEQ > 0 ? Int64{COLS(NEQ + 1)} - 1 : 0;
   const Int64 NADJ = 2 * (entries - NEQ);
   const SearchArrays a = carveSearch(WORK, NEQ, NADJ);

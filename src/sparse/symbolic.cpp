@@ -65,8 +65,10 @@ void move(Vector<const Int> from, Vector<Int> to) {
     std::memmove(to.data(), from.data(), static_cast<std::size_t>(to.length()) * sizeof(Int));
 }
 
-// LCLDX: merging the sorted rows of a supernode with the sorted rows of its parent.
+// LCLDX: merging the sorted rows of a supernode with the sorted rows of its parent; 0 at its own columns, which are
+// in the checksum too.
 void findLocalIndices(const FactorStructure& f, Int m) {
+  for (Int64 i = 1; i <= f.LCLDX.length(); ++i) f.LCLDX(i) = 0;
   for (Int k = 1; k <= m; ++k) {
     const Int parent = f.PARENT(k);
     if (parent == 0) continue;

@@ -60,8 +60,8 @@ class EveryTable : public testing::TestWithParam<int> {
   }
 };
 
-// The front in its blocks, by columns so that [i] is row i; what is no entry holds `filler`, what lies behind the front
-// `guard`.
+// The front in its blocks, by columns so that [i] is row i; what is no entry holds `filler`, what lies behind
+// the front `guard`.
 constexpr double filler = 1.0, guard = 77.0;
 
 struct BlockedFront {
@@ -158,6 +158,65 @@ TEST_P(EveryTable, ForwardAndBackwardMatchPlainSubstitution) {
       table()->backward(L.data(), w, c, ky.data());
       for (Int64 i = 0; i < c; ++i)
         ASSERT_NEAR(ky[i], by[i], limit) << table()->name << " c " << c << " w " << w;
+    }
+}
+
+// c - a·b as the table rounds it: once but for the portable one, whatever the build.
+double minusProduct(const DenseKernels& kernels, double c, double a, double b) {
+  return &kernels == &portableKernels ? c - a * b : std::fma(-a, b, c);
+}
+
+TEST_P(EveryTable, EveryBuildRoundsAFrontAlike) {
+  if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  for (Int64 c : {9, 14, 33, 100, 130})
+    for (Int64 w = 1; w <= 8; ++w) {  // one block of columns
+      std::vector<double> a = randomFront(c, static_cast<unsigned>(c + w));
+      BlockedFront front(c, w);
+      AlignedDoubles packing = aligned(packingDoubles(c));
+      for (Int64 j = 0; j < c; ++j)
+        for (Int64 i = j; i < c; ++i) front.column[j][i] = a[j * c + i];
+      ASSERT_EQ(table()->factorFront(front.F.get(), c, w, packing.get()), 0);
+      const auto at = [&](Int64 i, Int64 j) -> double& { return a[j * c + i]; };
+      std::vector<double> inverse(w);
+      for (Int64 k = 0; k < w; ++k) {
+        inverse[k] = 1.0 / at(k, k);
+        for (Int64 j = k + 1; j < w; ++j) {
+          const double l = at(j, k) * inverse[k];
+          for (Int64 i = j; i < w; ++i) at(i, j) = minusProduct(*table(), at(i, j), at(i, k), l);
+        }
+        for (Int64 j = k + 1; j < w; ++j) at(j, k) *= inverse[k];
+      }
+      for (Int64 i = w; i < c; ++i) {
+        for (Int64 k = 0; k < w; ++k)
+          for (Int64 p = 0; p < k; ++p) at(i, k) = minusProduct(*table(), at(i, k), at(i, p), at(k, p));
+        for (Int64 k = 0; k < w; ++k) at(i, k) *= inverse[k];
+      }
+      for (Int64 j = w; j < c; ++j)
+        for (Int64 i = j; i < c; ++i)
+          for (Int64 k = 0; k < w; ++k)
+            at(i, j) = minusProduct(*table(), at(i, j), at(i, k), at(j, k) * at(k, k));
+      for (Int64 j = 0; j < c; ++j)
+        for (Int64 i = j; i < c; ++i)
+          ASSERT_EQ(front.column[j][i], at(i, j)) << "c " << c << ", w " << w << ", entry " << i << ", " << j;
+    }
+}
+
+TEST_P(EveryTable, EveryBuildRoundsAForwardSubstitutionAlike) {
+  if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  std::mt19937 random(6);
+  std::uniform_real_distribution<double> value(-1.0, 1.0);
+  for (Int64 c : {3, 8, 20, 33, 64, 101})
+    for (Int64 w = 1; w <= c; w += 3) {
+      std::vector<double> L(trapezoidEntries(w, c) + solveMargin), y(c + solveMargin);
+      for (double& v : L) v = value(random);
+      for (double& v : y) v = value(random);
+      std::vector<double> plain = y;
+      std::fill(plain.begin() + w, plain.begin() + c, 0.0);
+      for (Int64 p = 0; p < w; ++p)
+        for (Int64 i = p + 1; i < c; ++i)
+          plain[i] = minusProduct(*table(), plain[i], L[p * c - p * (p + 1) / 2 + i - p - 1], plain[p]);
+      table()->forward(L.data(), w, c, y.data());
+      for (Int64 i = 0; i < c; ++i) ASSERT_EQ(y[i], plain[i]) << "c " << c << ", w " << w << ", row " << i;
     }
 }
 

@@ -179,7 +179,8 @@ TEST(SolverLimits, TheArraysOfEachPhaseLieSideBySideWithinTheReportedLength) {
     const Int64 structure = 36 + 3 * NEQ + (m + 1) + m + (m + 1) + 2 * s + (m + 1) + m;
     EXPECT_EQ(solver.work[header::freePhase3 - 1], structure + 1);
     const Int64 numeric = structure + NEQ + (NNZ - NEQ) + NEQ + m;
-    EXPECT_EQ(numericEnd(structure + 1, NEQ, NNZ, m), numeric + 1);
+    const Vector<Int> WORK("WORK", solver.work.data(), run.niwor);
+    EXPECT_EQ(numericEnd(WORK, structure + 1, NEQ, NNZ, m), numeric + 1);
     EXPECT_LE(numeric, run.niwreq);
   }
 }
