@@ -23,7 +23,7 @@ struct Part {
   std::int64_t filePieces = 0;            // pieces in the file
   std::int64_t fileElements = 0;          // triangles in the file
   std::int64_t turned = 0;                // triangles that were turned to the orientation of the others
-  double size = 0.0;                      // likewise: the longest side of the box around the nodes in triangles
+  double size = 0.0;  // likewise: the longest side of the box around the nodes in triangles
 
   std::int64_t nodes() const { return static_cast<std::int64_t>(points.size() / 3); }
   std::int64_t elements() const { return static_cast<std::int64_t>(corners.size() / 3); }

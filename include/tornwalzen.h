@@ -101,11 +101,10 @@ extern "C" {
  * On failure the outputs of the mode are not written (INTA, KNG, COLS and ROWI may be, within their bounds).
  */
 TORNWALZEN_API void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* NELE, const int32_t* NEQ,
-                           int32_t* MNSYSM, int32_t* NIWOR, int32_t* NRK, const double* KNOTS,
-                           const int32_t* INZI, int32_t* INTA, int32_t* reserved, int32_t* COLS, int32_t* ROWI,
-                           int32_t* WORK, double* RWORK, double* RR, double* RB, double* RX, double* TEMP,
-                           double* KNG, double* KNZ, double* KNA, double* ELG, double* SYSM, double* RXA,
-                           double* WRHS, int32_t* ISTAT);
+                           int32_t* MNSYSM, int32_t* NIWOR, int32_t* NRK, const double* KNOTS, const int32_t* INZI,
+                           int32_t* INTA, int32_t* reserved, int32_t* COLS, int32_t* ROWI, int32_t* WORK, double* RWORK,
+                           double* RR, double* RB, double* RX, double* TEMP, double* KNG, double* KNZ, double* KNA,
+                           double* ELG, double* SYSM, double* RXA, double* WRHS, int32_t* ISTAT);
 
 /*
  * The inverse analysis. NN, NE, NEQ, MNSYSM, NIWOR, NRK: as OSINIT last took or reported them.
@@ -141,10 +140,10 @@ TORNWALZEN_API void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32
  * 20  ISTAT   out, int32                      -1 failure of structure or solver, else the run status: 1 for
  *                                             ICTRL 0, 1, 2 and 0 for all others. Not a sign of convergence.
  */
-TORNWALZEN_API void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, const int32_t* ROWI,
-                           int32_t* WORK, double* RWORK, double* RR, double* RB, double* RX, double* TEMP,
-                           const double* KNG, double* KNZ, double* KNA, double* ELG, double* SYSM, double* RXA,
-                           double* WRHS, const int32_t* ICTRL, double* EVAL, int32_t* ISTAT);
+TORNWALZEN_API void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, const int32_t* ROWI, int32_t* WORK,
+                           double* RWORK, double* RR, double* RB, double* RX, double* TEMP, const double* KNG,
+                           double* KNZ, double* KNA, double* ELG, double* SYSM, double* RXA, double* WRHS,
+                           const int32_t* ICTRL, double* EVAL, int32_t* ISTAT);
 
 /* What the progress handler is given; valid only during the call. */
 typedef struct TornwalzenProgress {

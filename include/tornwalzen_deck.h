@@ -57,11 +57,11 @@ enum TornwalzenDeckErrorKind {
 
 /* What went wrong, and where. Texts are zero-terminated and cut to their room. */
 typedef struct TornwalzenDeckError {
-  int32_t kind;   /* TORNWALZEN_DECK_... */
-  int64_t line;   /* from 1; 0 where no place in the file is meant */
-  int64_t column; /* from 1, in bytes */
-  int64_t value;  /* of MAXKNO, MAXSYS, MAXELE: what the deck needs; of SUBSCRIPT and TOO_WIDE: the number */
-  char file[256]; /* the name as it was given */
+  int32_t kind;      /* TORNWALZEN_DECK_... */
+  int64_t line;      /* from 1; 0 where no place in the file is meant */
+  int64_t column;    /* from 1, in bytes */
+  int64_t value;     /* of MAXKNO, MAXSYS, MAXELE: what the deck needs; of SUBSCRIPT and TOO_WIDE: the number */
+  char file[256];    /* the name as it was given */
   char expected[96]; /* of ENDED, MALFORMED, SUBSCRIPT, TOO_WIDE: "an integer: the number of nodes" */
   char found[64];    /* the item found, other than printing characters as '?'; or the system's reason */
 } TornwalzenDeckError;
@@ -82,8 +82,8 @@ int32_t tornwalzenDeckRecogniseText(const char* text, size_t length);
    but for the file's own bytes. Returns 0, or an error's kind with `error` filled. The second form reads
    `length` characters in memory; `path` is their name in the error. */
 int32_t tornwalzenDeckCounts(const char* path, TornwalzenDeckSizes* sizes, TornwalzenDeckError* error);
-int32_t tornwalzenDeckCountsText(const char* path, const char* text, size_t length,
-                                 TornwalzenDeckSizes* sizes, TornwalzenDeckError* error);
+int32_t tornwalzenDeckCountsText(const char* path, const char* text, size_t length, TornwalzenDeckSizes* sizes,
+                                 TornwalzenDeckError* error);
 
 /*
  * Reads a deck into the host's arrays.
@@ -98,8 +98,8 @@ int32_t tornwalzenDeckCountsText(const char* path, const char* text, size_t leng
  * A null value between commas leaves its element of KNG or INTA as it was. Returns 0, or the error's kind;
  * the arrays may be filled in part then, within their bounds.
  */
-int32_t tornwalzenDeckRead(const char* path, TornwalzenDeckSizes* sizes, int32_t* INTA, int32_t* ARFA,
-                           double* KNG, TornwalzenDeckError* error);
+int32_t tornwalzenDeckRead(const char* path, TornwalzenDeckSizes* sizes, int32_t* INTA, int32_t* ARFA, double* KNG,
+                           TornwalzenDeckError* error);
 int32_t tornwalzenDeckReadText(const char* path, const char* text, size_t length, TornwalzenDeckSizes* sizes,
                                int32_t* INTA, int32_t* ARFA, double* KNG, TornwalzenDeckError* error);
 
@@ -114,8 +114,8 @@ int32_t tornwalzenDeckReadText(const char* path, const char* text, size_t length
  *
  * Returns 0, or the error's kind; then nothing of that name was changed.
  */
-int32_t tornwalzenDeckWrite(const char* path, int32_t nkno, int32_t nele, const int32_t* INTA,
-                            const int32_t* ARFA, const double* KNG, TornwalzenDeckError* error);
+int32_t tornwalzenDeckWrite(const char* path, int32_t nkno, int32_t nele, const int32_t* INTA, const int32_t* ARFA,
+                            const double* KNG, TornwalzenDeckError* error);
 
 /* The largest node or element number that stays apart from its neighbours in the flat-blank file's fields. */
 enum { TORNWALZEN_FLAT_BLANK_LIMIT = 99999 };
@@ -137,8 +137,8 @@ typedef void (*TornwalzenTakeRecord)(void* taker, const char* record, size_t len
  * Refuses what does not fit with TORNWALZEN_DECK_TOO_WIDE before it opens the file. Returns 0 or the error's
  * kind. The second form hands the records to the host, which writes them itself.
  */
-int32_t tornwalzenFlatBlankWrite(const char* path, int32_t nkno, int32_t nele, const int32_t* INTA,
-                                 const double* RX, TornwalzenDeckError* error);
+int32_t tornwalzenFlatBlankWrite(const char* path, int32_t nkno, int32_t nele, const int32_t* INTA, const double* RX,
+                                 TornwalzenDeckError* error);
 int32_t tornwalzenFlatBlankRecords(int32_t nkno, int32_t nele, const int32_t* INTA, const double* RX,
                                    TornwalzenTakeRecord take, void* taker, TornwalzenDeckError* error);
 
@@ -165,10 +165,9 @@ void readInputDeck(int32_t* INTA, int32_t* ARFA, double* KNG, TornwalzenDeckSize
  * status 1 and the cause on standard error.
  */
 void writeFlatBlankFile(const int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, const int32_t* ROWI,
-                        const int32_t* WORK, const double* RWORK, const double* RR, const double* RB,
-                        const double* RX, const double* TEMP, const double* KNG, const double* KNZ,
-                        const double* KNA, const double* ELG, const double* SYSM, const double* RXA,
-                        const double* WRHS, const TornwalzenDeckSizes* sizes);
+                        const int32_t* WORK, const double* RWORK, const double* RR, const double* RB, const double* RX,
+                        const double* TEMP, const double* KNG, const double* KNZ, const double* KNA, const double* ELG,
+                        const double* SYSM, const double* RXA, const double* WRHS, const TornwalzenDeckSizes* sizes);
 
 #ifdef __cplusplus
 }

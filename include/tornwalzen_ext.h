@@ -40,13 +40,13 @@ extern "C" {
 enum {
   TORNWALZEN_OK = 0,
   TORNWALZEN_NULL_POINTER = -1,
-  TORNWALZEN_BUSY = -2,                /* OSMAIN is running */
+  TORNWALZEN_BUSY = -2, /* OSMAIN is running */
   TORNWALZEN_BAD_SELECTOR = -3,
   TORNWALZEN_BAD_POINT_COUNT = -4,
   TORNWALZEN_POINT_NOT_FINITE = -5,
   TORNWALZEN_FIRST_STRAIN_NOT_ZERO = -6,
   TORNWALZEN_STRAIN_NOT_INCREASING = -7,
-  TORNWALZEN_STRAIN_TOO_LARGE = -8,    /* 5.0 or beyond */
+  TORNWALZEN_STRAIN_TOO_LARGE = -8, /* 5.0 or beyond */
   TORNWALZEN_STRESS_NOT_POSITIVE = -9,
   TORNWALZEN_CURVE_NOT_POSITIVE = -10, /* between or beyond the points */
   TORNWALZEN_BAD_LAW = -11,            /* a parameter of a hardening law */
@@ -54,8 +54,8 @@ enum {
   TORNWALZEN_BAD_REFERENCE = -13,
   TORNWALZEN_BAD_TOLERANCE = -14,
   TORNWALZEN_SHORT_REPORT = -15,
-  TORNWALZEN_BAD_COUNT = -16,          /* of nodes or elements */
-  TORNWALZEN_BAD_NODE = -17            /* a node number outside 1..nn */
+  TORNWALZEN_BAD_COUNT = -16, /* of nodes or elements */
+  TORNWALZEN_BAD_NODE = -17   /* a node number outside 1..nn */
 };
 
 /* What a code means, one sentence without full stop in German (language 0) or English (any other), ASCII. For the
@@ -115,50 +115,50 @@ TORNWALZEN_API int32_t tornwalzen_set_tolerance_factors(double final_factor, dou
 /* TornwalzenReport.reason: why a run is not converged. */
 enum {
   TORNWALZEN_CONVERGED = 0,
-  TORNWALZEN_NO_RUN = 1,             /* no OSMAIN since the mesh was taken */
-  TORNWALZEN_REFUSED = 2,            /* OSMAIN refused its arguments or an index array */
-  TORNWALZEN_RUNNING = 3,            /* asked for while OSMAIN runs */
-  TORNWALZEN_LEFTOVER_ERROR = 4,     /* an earlier run had left the element error word set; tornwalzen_reset clears it */
-  TORNWALZEN_NOT_DEVELOPED = 5,      /* the unfolding left inverted triangles */
-  TORNWALZEN_STEP_TOO_SMALL = 6,     /* increments failed until their step became too small */
-  TORNWALZEN_FINAL_UNCONVERGED = 7,  /* the final increment stalled at the smallest step */
-  TORNWALZEN_SOLVER_FAILED = 8       /* a factorization or solve failed in at least one Newton step */
+  TORNWALZEN_NO_RUN = 1,            /* no OSMAIN since the mesh was taken */
+  TORNWALZEN_REFUSED = 2,           /* OSMAIN refused its arguments or an index array */
+  TORNWALZEN_RUNNING = 3,           /* asked for while OSMAIN runs */
+  TORNWALZEN_LEFTOVER_ERROR = 4,    /* an earlier run had left the element error word set; tornwalzen_reset clears it */
+  TORNWALZEN_NOT_DEVELOPED = 5,     /* the unfolding left inverted triangles */
+  TORNWALZEN_STEP_TOO_SMALL = 6,    /* increments failed until their step became too small */
+  TORNWALZEN_FINAL_UNCONVERGED = 7, /* the final increment stalled at the smallest step */
+  TORNWALZEN_SOLVER_FAILED = 8      /* a factorization or solve failed in at least one Newton step */
 };
 
 /* The last run. Sizes never shrink: later versions append fields. */
 typedef struct TornwalzenReport {
-  int32_t size;                    /* in: sizeof(TornwalzenReport); out: bytes written */
-  int32_t converged;               /* 1 yes, 0 no */
-  int32_t reason;                  /* one of the values above */
-  int32_t increments;              /* accepted, the unconverged ones included */
-  int32_t repeats;                 /* attempts given up and made again with a smaller step */
-  int32_t accepted_unconverged;    /* increments accepted although their iteration stalled at the smallest step */
+  int32_t size;                 /* in: sizeof(TornwalzenReport); out: bytes written */
+  int32_t converged;            /* 1 yes, 0 no */
+  int32_t reason;               /* one of the values above */
+  int32_t increments;           /* accepted, the unconverged ones included */
+  int32_t repeats;              /* attempts given up and made again with a smaller step */
+  int32_t accepted_unconverged; /* increments accepted although their iteration stalled at the smallest step */
   int32_t newton_iterations;
-  int32_t line_search_trials;      /* residual evaluations of the line search */
+  int32_t line_search_trials; /* residual evaluations of the line search */
   int32_t factorizations;
-  int32_t negative_pivots;         /* of the last factorization, -1 if none stands */
+  int32_t negative_pivots; /* of the last factorization, -1 if none stands */
   int32_t unfolding_iterations;
-  int32_t inverted_elements;       /* left by the unfolding */
-  int32_t beyond_curve;            /* 1 if largest_strain lies beyond the last point of the flow curve's data */
-  int32_t reserved;                /* 0 */
-  int64_t factor_entries;          /* of the triangular factor, its diagonal included */
-  double factor_flops;             /* additions, multiplications and divisions of one factorization */
-  double smallest_pivot;           /* magnitude, of the last factorization; held unknowns have the pivot 1 */
-  double progress;                 /* 0..1, end of the last accepted increment */
-  double last_gradient;            /* largest free component of the gradient after the last Newton iteration (mm) */
-  double gradient_limit;           /* what it had to meet (mm) */
-  double largest_measure;          /* worst penalty measure at the end of the unfolding (dimensionless) */
-  double largest_strain;           /* equivalent strain between the blank and the part, elements without area left out */
-  double time_structure;           /* processor time (s) of OSINIT mode 1, ... */
-  double time_ordering;            /* ... mode 2, */
-  double time_symbolic;            /* ... mode 3, */
-  double time_development;         /* of the unfolding, */
-  double time_assembly;            /* of residual and tangent, */
+  int32_t inverted_elements; /* left by the unfolding */
+  int32_t beyond_curve;      /* 1 if largest_strain lies beyond the last point of the flow curve's data */
+  int32_t reserved;          /* 0 */
+  int64_t factor_entries;    /* of the triangular factor, its diagonal included */
+  double factor_flops;       /* additions, multiplications and divisions of one factorization */
+  double smallest_pivot;     /* magnitude, of the last factorization; held unknowns have the pivot 1 */
+  double progress;           /* 0..1, end of the last accepted increment */
+  double last_gradient;      /* largest free component of the gradient after the last Newton iteration (mm) */
+  double gradient_limit;     /* what it had to meet (mm) */
+  double largest_measure;    /* worst penalty measure at the end of the unfolding (dimensionless) */
+  double largest_strain;     /* equivalent strain between the blank and the part, elements without area left out */
+  double time_structure;     /* processor time (s) of OSINIT mode 1, ... */
+  double time_ordering;      /* ... mode 2, */
+  double time_symbolic;      /* ... mode 3, */
+  double time_development;   /* of the unfolding, */
+  double time_assembly;      /* of residual and tangent, */
   double time_factorization;
   double time_solve;
-  double time_line_search;         /* of the line search and the energy sums of the Newton iterations, */
-  double time_analysis;            /* of OSMAIN as a whole */
-  char fatal_text[160];            /* last fatal text of the library or its solver, zero-terminated; empty if none */
+  double time_line_search; /* of the line search and the energy sums of the Newton iterations, */
+  double time_analysis;    /* of OSMAIN as a whole */
+  char fatal_text[160];    /* last fatal text of the library or its solver, zero-terminated; empty if none */
 } TornwalzenReport;
 
 /* Fills the report. A structure whose size field is smaller than that of this header is refused; of a larger one
@@ -167,12 +167,12 @@ TORNWALZEN_API int32_t tornwalzen_get_report(TornwalzenReport* report);
 
 /* Strains of one element, logarithmic and dimensionless. */
 typedef struct TornwalzenElementStrain {
-  double major, minor;        /* principal strains in the sheet's plane, major >= minor */
-  double direction_blank[2];  /* unit vector of the major strain in the blank */
-  double direction_part[3];   /* unit vector of the major strain on the part */
-  double thickness;           /* -(major + minor): plastic flow keeps the volume */
-  double equivalent;          /* with the anisotropy that is set */
-  double flow_stress;         /* MPa, at the equivalent strain, of the curve that the selector loads */
+  double major, minor;       /* principal strains in the sheet's plane, major >= minor */
+  double direction_blank[2]; /* unit vector of the major strain in the blank */
+  double direction_part[3];  /* unit vector of the major strain on the part */
+  double thickness;          /* -(major + minor): plastic flow keeps the volume */
+  double equivalent;         /* with the anisotropy that is set */
+  double flow_stress;        /* MPa, at the equivalent strain, of the curve that the selector loads */
 } TornwalzenElementStrain;
 
 /*

@@ -11,8 +11,8 @@
 
 namespace tornwalzen {
 
-using Int = std::int32_t;     // counts, node numbers, equation numbers: the width of the host's integers
-using Int64 = std::int64_t;   // sums and products of counts, before they are known to fit an Int
+using Int = std::int32_t;    // counts, node numbers, equation numbers: the width of the host's integers
+using Int64 = std::int64_t;  // sums and products of counts, before they are known to fit an Int
 
 /// Prints the subscript message on standard error and aborts (checked builds only).
 /// `value`: the offending subscript, one-based; `position`: 1 or 2; `upper`: the array's upper bound.
@@ -34,10 +34,16 @@ class Vector {
 #endif
     return first_[i - 1];
   }
-  const char* name() const { return name_; }
-  Int64 length() const { return length_; }
+  const char* name() const {
+    return name_;
+  }
+  Int64 length() const {
+    return length_;
+  }
   /// The first element's address, for kernels that work zero-based on contiguous memory.
-  T* data() const { return first_; }
+  T* data() const {
+    return first_;
+  }
 
  private:
   const char* name_ = "";
@@ -63,10 +69,18 @@ class Table {
 #endif
     return first_[(j - 1) * rows_ + (i - 1)];
   }
-  const char* name() const { return name_; }
-  Int64 rows() const { return rows_; }
-  Int64 columns() const { return columns_; }
-  T* data() const { return first_; }
+  const char* name() const {
+    return name_;
+  }
+  Int64 rows() const {
+    return rows_;
+  }
+  Int64 columns() const {
+    return columns_;
+  }
+  T* data() const {
+    return first_;
+  }
 
  private:
   const char* name_ = "";

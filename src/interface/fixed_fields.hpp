@@ -6,7 +6,7 @@
 
 namespace tornwalzen {
 
-constexpr int widestField = 64;   // the largest width any of the three accepts
+constexpr int widestField = 64;  // the largest width any of the three accepts
 
 /// Iw. out: exactly `width` characters, not terminated. width: 1..64.
 void integerField(char* out, std::int64_t value, int width);

@@ -12,10 +12,12 @@
 namespace tornwalzen {
 
 namespace {
-constexpr int printedLength = 80;   // characters of a message that reach standard output
+constexpr int printedLength = 80;  // characters of a message that reach standard output
 }
 
-MessageLine::MessageLine() { std::memset(buffer_, ' ', messageLength); }
+MessageLine::MessageLine() {
+  std::memset(buffer_, ' ', messageLength);
+}
 
 char* MessageLine::at(int width) {
   if (used_ + width > messageLength) return nullptr;

@@ -11,10 +11,10 @@ class MessageLine {
  public:
   MessageLine();
   MessageLine& text(const char* zeroTerminated);
-  MessageLine& integer(Int value, int width);                    // Iw
-  MessageLine& fixed(double value, int width, int decimals);     // Fw.d
-  MessageLine& exponent(double value, int width, int digits);    // Ew.d
-  MessageLine& nul();                                            // one zero byte
+  MessageLine& integer(Int value, int width);                  // Iw
+  MessageLine& fixed(double value, int width, int decimals);   // Fw.d
+  MessageLine& exponent(double value, int width, int digits);  // Ew.d
+  MessageLine& nul();                                          // one zero byte
   const char* buffer() const { return buffer_; }
 
  private:

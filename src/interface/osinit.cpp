@@ -44,10 +44,10 @@ void forgetMesh() {
 using namespace tornwalzen;
 
 extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* NELE, const int32_t* NEQ,
-                       int32_t* MNSYSM, int32_t* NIWOR, int32_t* NRK, const double* KNOTS, const int32_t* INZI,
-                       int32_t* INTA, int32_t*, int32_t* COLS, int32_t* ROWI, int32_t* WORK, double* RWORK,
-                       double*, double*, double*, double*, double* KNG, double*, double*, double*, double*, double*,
-                       double*, int32_t* ISTAT) {
+                       int32_t* MNSYSM, int32_t* NIWOR, int32_t* NRK, const double* KNOTS,
+                       const int32_t* INZI, int32_t* INTA, int32_t*, int32_t* COLS, int32_t* ROWI,
+                       int32_t* WORK, double* RWORK, double*, double*, double*, double*, double* KNG, double*,
+                       double*, double*, double*, double*, double*, int32_t* ISTAT) {
   if (ISTAT == nullptr) return;
   *ISTAT = 0;
   run.lunout = 6;
@@ -62,7 +62,8 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
     setUpTimes = SetUpTimes{};
     const ProcessorTime time(setUpTimes.structure);
     forgetMesh();
-    if (!argumentsGiven({{"NKNO", NKNO}, {"NELE", NELE}, {"NEQ", NEQ}, {"MNSYSM", MNSYSM}, {"NIWOR", NIWOR}}) ||
+    if (!argumentsGiven(
+            {{"NKNO", NKNO}, {"NELE", NELE}, {"NEQ", NEQ}, {"MNSYSM", MNSYSM}, {"NIWOR", NIWOR}}) ||
         !meshCountsUsable(*NKNO, *NELE, *NEQ, *MNSYSM) ||
         !argumentsGiven({{"KNOTS", KNOTS, *NKNO},
                          {"INZI", INZI, *NELE},
@@ -108,8 +109,8 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
     return;
   }
   const ProcessorTime time(*MODE == 2 ? setUpTimes.ordering : setUpTimes.symbolic);
-  solverStep(*MODE == 2 ? ordering : symbolic, {"COLS", COLS, Int64{run.maxsys} + 1}, {"ROWI", ROWI, run.mnsysm},
-             {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk});
+  solverStep(*MODE == 2 ? ordering : symbolic, {"COLS", COLS, Int64{run.maxsys} + 1},
+             {"ROWI", ROWI, run.mnsysm}, {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk});
   if (failed(run.ierrso)) {
     *ISTAT = -1;
     return;

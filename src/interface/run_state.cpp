@@ -6,6 +6,8 @@ namespace tornwalzen {
 RunState run;
 MaterialBlock material;
 
-Table<double> flowCurve() { return {"FC", material.FC, curveRows, curveColumns}; }
+Table<double> flowCurve() {
+  return {"FC", material.FC, curveRows, curveColumns};
+}
 
 }  // namespace tornwalzen

@@ -22,13 +22,17 @@ struct KernelChoice {
 
 }  // namespace
 
-const DenseKernels& denseKernels() { return *choice.inUse; }
+const DenseKernels& denseKernels() {
+  return *choice.inUse;
+}
 
 const DenseKernels* const* availableKernels(int& count) {
   count = choice.count;
   return choice.available;
 }
 
-void useDenseKernels(const DenseKernels& kernels) { choice.inUse = &kernels; }
+void useDenseKernels(const DenseKernels& kernels) {
+  choice.inUse = &kernels;
+}
 
 }  // namespace tornwalzen

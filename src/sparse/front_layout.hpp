@@ -16,18 +16,18 @@
 
 namespace tornwalzen {
 
-constexpr Int64 frontAlignment = 8;    // doubles in a cache line, and in the widest vector register
-constexpr Int64 panelWidth = 64;       // pivot columns that are eliminated before the rest of the front is updated
-constexpr Int64 largestTile = 32;      // rows or columns that a register tile may have at most
-constexpr Int64 rowsOfBlock = 480;     // rows of L that stay in the second-level cache during an update
-constexpr Int64 solveMargin = 8;       // the solve's kernels work on whole vectors, past the end of a column
+constexpr Int64 frontAlignment = 8;  // doubles in a cache line, and in the widest vector register
+constexpr Int64 panelWidth = 64;  // pivot columns that are eliminated before the rest of the front is updated
+constexpr Int64 largestTile = 32;   // rows or columns that a register tile may have at most
+constexpr Int64 rowsOfBlock = 480;  // rows of L that stay in the second-level cache during an update
+constexpr Int64 solveMargin = 8;    // the solve's kernels work on whole vectors, past the end of a column
 
 /// A block of a front; rows and columns zero-based.
 struct FrontBlock {
-  Int64 first, end;   // columns first .. end-1
-  Int64 row;          // its first row, far enough above the diagonal for a register tile
-  Int64 stride;       // its leading dimension
-  Int64 start;        // where it lies, from the start of the front
+  Int64 first, end;  // columns first .. end-1
+  Int64 row;         // its first row, far enough above the diagonal for a register tile
+  Int64 stride;      // its leading dimension
+  Int64 start;       // where it lies, from the start of the front
 };
 
 /// Leading dimension for a number of rows: whole cache lines, and no multiple of 4 KiB, which would put a row's
@@ -40,11 +40,14 @@ static constexpr Int64 blockStride(Int64 rows) {
 /// The block whose first column is `first`.
 static constexpr FrontBlock blockFrom(Int64 first, Int64 start, Int64 c, Int64 w) {
   const Int64 last = first < w ? w : c, end = first + panelWidth < last ? first + panelWidth : last;
-  const Int64 above = first - (largestTile - 1), row = above > 0 ? above / frontAlignment * frontAlignment : 0;
+  const Int64 above = first - (largestTile - 1),
+              row = above > 0 ? above / frontAlignment * frontAlignment : 0;
   return {first, end, row, blockStride(c - row), start};
 }
 
-static constexpr FrontBlock firstBlock(Int64 c, Int64 w) { return blockFrom(0, 0, c, w); }
+static constexpr FrontBlock firstBlock(Int64 c, Int64 w) {
+  return blockFrom(0, 0, c, w);
+}
 
 static constexpr FrontBlock blockAfter(const FrontBlock& b, Int64 c, Int64 w) {
   return blockFrom(b.end, b.start + (b.end - b.first) * b.stride, c, w);
@@ -58,7 +61,9 @@ static constexpr FrontBlock blockBefore(const FrontBlock& b, Int64 c, Int64 w) {
 }
 
 /// Place of row 0 of column j, counted from the start of the front; the rows before b.row are other columns' memory.
-static constexpr Int64 columnPlace(const FrontBlock& b, Int64 j) { return b.start + (j - b.first) * b.stride - b.row; }
+static constexpr Int64 columnPlace(const FrontBlock& b, Int64 j) {
+  return b.start + (j - b.first) * b.stride - b.row;
+}
 
 /// A front, with room to start it on a cache line.
 static constexpr Int64 frontDoubles(Int64 c, Int64 w) {
@@ -68,7 +73,9 @@ static constexpr Int64 frontDoubles(Int64 c, Int64 w) {
 }
 
 /// An update matrix of u rows on the stack: its lower triangle by columns.
-constexpr Int64 updateDoubles(Int64 u) { return u * (u + 1) / 2; }
+constexpr Int64 updateDoubles(Int64 u) {
+  return u * (u + 1) / 2;
+}
 
 /// Packing space of the dense kernels for a front of c rows: D·Lᵀ of a panel by columns, and a block of its rows of L,
 /// with the last tile of each filled up.

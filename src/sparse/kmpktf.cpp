@@ -20,9 +20,12 @@ enum GuardedPart { orderedPart, factorPart, matrixColumnsPart };
 std::uint64_t sumOf(Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
   const Int64 free3 = WORK(header::freePhase3);
   switch (part) {
-    case orderedPart: return structureSum(WORK, 1, Int64{WORK(header::freePhase2)} - 1);
-    case factorPart: return structureSum(WORK, 1, free3 - 1);
-    default: return structureSum(WORK, free3, free3 + NNZ - 1);   // XUPPER and COLIDX
+    case orderedPart:
+      return structureSum(WORK, 1, Int64{WORK(header::freePhase2)} - 1);
+    case factorPart:
+      return structureSum(WORK, 1, free3 - 1);
+    default:
+      return structureSum(WORK, free3, free3 + NNZ - 1);  // XUPPER and COLIDX
   }
 }
 
@@ -104,7 +107,8 @@ void KMPKTF(Int phase, Int slot, Vector<const Int> COLS, Vector<const Int> ROWI,
       WORK(header::freeNow1) = WORK(header::freeNow2) = WORK(header::freePhase3);
       numericGuarded(slot, COLS, ROWI, SYSM, WORK, RWORK, IERR);
       break;
-    default: break;
+    default:
+      break;
   }
   if (IERR == ierr::damaged) printControlFailure(phase);
 }

@@ -48,7 +48,7 @@ void forEachNodeColumn(Table<const Int> INTA, Vector<Int> START, Vector<Int> LAR
       const Int a = INTA(e, side[0]), b = INTA(e, side[1]);
       if (a != b) ++START(std::min(a, b));
     }
-  Int end = 1;   // START(p): one past the list of p, until the lists are filled from their ends
+  Int end = 1;  // START(p): one past the list of p, until the lists are filled from their ends
   for (Int64 p = 1; p <= nodes; ++p) START(p) = end += START(p);
   START(nodes + 1) = end;
   for (Int64 e = 1; e <= elements; ++e)
@@ -71,7 +71,7 @@ bool meshCountsUsable(Int nkno, Int nele, Int neq, Int mnsysm) {
     failSolver(" FATALER FEHLER : nkno, nele oder mnsysm negativ @");
     return false;
   }
-  if (Int64{neq} != 2 * Int64{nkno}) {   // even, so that the neq + 1 entries of COLS fit as well
+  if (Int64{neq} != 2 * Int64{nkno}) {  // even, so that the neq + 1 entries of COLS fit as well
     failSolver(" FATALER FEHLER : neq ist nicht 2*nkno @");
     return false;
   }
@@ -79,7 +79,7 @@ bool meshCountsUsable(Int nkno, Int nele, Int neq, Int mnsysm) {
     failSolver(" FATALER FEHLER : nele zu gross @");
     return false;
   }
-  if (3 * Int64{nkno} > largestInt) {   // a node alone brings three entries
+  if (3 * Int64{nkno} > largestInt) {  // a node alone brings three entries
     failSolver(tooManyEntries);
     return false;
   }
@@ -97,7 +97,7 @@ void loeini(Table<const Int> INTA, Vector<Int> COLS, Vector<Int> ROWI) {
   const Vector<Int> LARGER("LARGER", scratch.get() + nodes + 1, 3 * Int64{run.nele});
 
   BoundedRows rows(ROWI);
-  Int64 next = 1;   // 64 bits: the count is known to fit only when it is complete
+  Int64 next = 1;  // 64 bits: the count is known to fit only when it is complete
   COLS(1) = 1;
   forEachNodeColumn(INTA, START, LARGER, [&](Int64 n, const Int* larger, Int count) {
     const Int equation = static_cast<Int>(2 * n);

@@ -16,7 +16,7 @@ namespace tornwalzen {
 namespace {
 
 enum SolverStep : Int { sizing = 11, ordering = 12, symbolic = 13, factorize = 44, solve = 1 };
-constexpr Int matrixSlot = 1;   // this system has one matrix of its structure
+constexpr Int matrixSlot = 1;  // this system has one matrix of its structure
 
 constexpr char integersShortBefore[] = " FATALER FEHLER : mniwor zu klein @";
 constexpr char realsShort[] = " FATALER FEHLER : nrk zu klein @";
@@ -66,8 +66,8 @@ void symbolicStep(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WO
   // from the ordering's requirement again, so that a repeated step does not grow it twice
   const Int64 growth = sizes.g > run.neq ? 2 * Int64{sizes.g} : 0;
   const Int64 real = 4 * Int64{run.neq} + WORK(header::realRequirement) + growth;
-  const Int64 integer = numericLength(run.solver.partialRequirement, sizes.f1, sizes.f2, run.solver.supernodes,
-                                      run.nnzl, sizes.g);
+  const Int64 integer = numericLength(run.solver.partialRequirement, sizes.f1, sizes.f2,
+                                      run.solver.supernodes, run.nnzl, sizes.g);
   if (!setRequirement(run.nrkreq, real, symbolicFailed)) return;
   setRequirement(run.niwreq, std::max<Int64>(run.niwreq, integer), symbolicFailed);
 }
@@ -101,14 +101,21 @@ void solveStep(Vector<Int> WORK, Vector<double> RWORK, Vector<const double> RHS,
 }  // namespace
 
 void loesys(Int IDO, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK,
-            Vector<const double> RHS, Vector<double> SOLUTION, Vector<const double> SYSM, Vector<double> WRHS) {
+            Vector<const double> RHS, Vector<double> SOLUTION, Vector<const double> SYSM,
+            Vector<double> WRHS) {
   switch (IDO) {
-    case sizing: return sizingStep();
-    case ordering: return orderingStep(COLS, ROWI, WORK, RWORK);
-    case symbolic: return symbolicStep(COLS, ROWI, WORK, RWORK);
-    case factorize: return factorizeStep(COLS, ROWI, WORK, RWORK, SYSM);
-    case solve: return solveStep(WORK, RWORK, RHS, SOLUTION, WRHS);
-    default: return;
+    case sizing:
+      return sizingStep();
+    case ordering:
+      return orderingStep(COLS, ROWI, WORK, RWORK);
+    case symbolic:
+      return symbolicStep(COLS, ROWI, WORK, RWORK);
+    case factorize:
+      return factorizeStep(COLS, ROWI, WORK, RWORK, SYSM);
+    case solve:
+      return solveStep(WORK, RWORK, RHS, SOLUTION, WRHS);
+    default:
+      return;
   }
 }
 

@@ -20,6 +20,7 @@ namespace tornwalzen {
 /// Failure: the fatal text in the solver's MSGSTR and `ierrso` = -1: lengths too small, steps out of order, WORK
 /// damaged between the steps, a zero pivot.
 void loesys(Int IDO, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK,
-            Vector<const double> RHS, Vector<double> SOLUTION, Vector<const double> SYSM, Vector<double> WRHS);
+            Vector<const double> RHS, Vector<double> SOLUTION, Vector<const double> SYSM,
+            Vector<double> WRHS);
 
 }  // namespace tornwalzen

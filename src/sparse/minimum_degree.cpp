@@ -15,8 +15,8 @@ namespace tornwalzen {
 
 namespace {
 
-constexpr Int waiting = 0;             // DBAKW: in no degree list, its degree is to be recomputed
-constexpr Int outOfLists = -MAXINT;    // DBAKW: in no degree list until an elimination reaches it again
+constexpr Int waiting = 0;           // DBAKW: in no degree list, its degree is to be recomputed
+constexpr Int outOfLists = -MAXINT;  // DBAKW: in no degree list until an elimination reaches it again
 
 // Calls visit(x) for every entry of the chained list of element e; returns the last segment read.
 template <class Visit>
@@ -98,7 +98,7 @@ class ChainWriter {
 void formElement(const EliminationGraph& g, Int v, Int tag) {
   g.MARKER(v) = tag;
   ChainWriter members(g, v);
-  Int absorbed = 0;   // chain of the elements in v's list
+  Int absorbed = 0;  // chain of the elements in v's list
   for (Int64 k = g.WXADJ(v), end = g.WXADJ(v + 1); k < end && g.WADJ(k) != 0; ++k) {
     const Int x = g.WADJ(k);
     if (g.MARKER(x) >= tag) continue;
@@ -205,10 +205,10 @@ Int outsideOfList(const EliminationGraph& g, Int i, Int e, Int tag) {
 // Recomputes the degree of every waiting member of element e; lowers mdeg where a smaller one appears. Returns the
 // last tag used.
 Int updateMembers(const EliminationGraph& g, Int e, Int nodes, Int tag, Int& mdeg) {
-  const Int reach = g.COUNT(e) + g.QSIZE(e);   // equations of all members: bounds the tags used here
+  const Int reach = g.COUNT(e) + g.QSIZE(e);  // equations of all members: bounds the tags used here
   tag = tagWithRoom(g, nodes, tag, Int64{reach} + 2);
   const Int inside = tag + reach + 1;
-  Int pairs = 0, others = 0;   // chains of the waiting members with lists of two and of more entries
+  Int pairs = 0, others = 0;  // chains of the waiting members with lists of two and of more entries
   forEachMember(g, e, [&](Int i) {
     if (g.QSIZE(i) <= 0) return;
     g.MARKER(i) = inside;
@@ -257,7 +257,7 @@ void minimumDegree(const EliminationGraph& g, Int nodes, Int equations) {
   initialise(g, nodes, equations);
 
   Int eliminated = 0;
-  for (Int i = g.DHEAD(1); i > 0; i = g.DFORW(i)) {   // isolated nodes first
+  for (Int i = g.DHEAD(1); i > 0; i = g.DFORW(i)) {  // isolated nodes first
     eliminated += g.QSIZE(i);
     g.COUNT(i) = g.QSIZE(i);
     g.QSIZE(i) = -g.QSIZE(i);
@@ -267,7 +267,7 @@ void minimumDegree(const EliminationGraph& g, Int nodes, Int equations) {
   Int tag = 1, mdeg = 2;
   while (eliminated < equations) {
     while (g.DHEAD(mdeg) == 0) ++mdeg;
-    Int formed = 0;   // chain of the elements of this pass
+    Int formed = 0;  // chain of the elements of this pass
     for (Int v = g.DHEAD(mdeg); v > 0 && eliminated < equations; v = g.DHEAD(mdeg)) {
       removeFromDegreeList(g, v);
       tag = tagWithRoom(g, nodes, tag, 1) + 1;

@@ -21,11 +21,12 @@ namespace {
 
 // The integer arrays of the numeric phase.
 struct NumericArrays {
-  Vector<Int> XUPPER;   // NEQ: last place in COLIDX of each column's list
-  Vector<Int> COLIDX;   // for each column of L the matrix columns that hold one of its entries as a row, in the
-                        // old numbering; the other entries stand in the column's own matrix column
-  Vector<Int> BIGMAP;   // NEQ: place of a row in the front at work
-  Vector<Int> STACK;    // m: supernodes whose update matrices are on the stack
+  Vector<Int> XUPPER;  // NEQ: last place in COLIDX of each column's list
+  Vector<Int>
+      COLIDX;  // for each column of L the matrix columns that hold one of its entries as a row, in the
+               // old numbering; the other entries stand in the column's own matrix column
+  Vector<Int> BIGMAP;  // NEQ: place of a row in the front at work
+  Vector<Int> STACK;   // m: supernodes whose update matrices are on the stack
   Int64 end;
 };
 
@@ -42,7 +43,8 @@ NumericArrays carveNumeric(Vector<Int> WORK, Int64 firstFree, Int64 NEQ, Int64 N
 
 // Finds for every matrix entry (i, j) below the diagonal the column of L it belongs to: that of j, or, where i comes
 // first in the new order, that of i, which then lists j.
-void findColumns(Vector<const Int> COLS, Vector<const Int> ROWI, const FactorStructure& f, const NumericArrays& n) {
+void findColumns(Vector<const Int> COLS, Vector<const Int> ROWI, const FactorStructure& f,
+                 const NumericArrays& n) {
   const Int64 NEQ = n.XUPPER.length();
   for (Int64 p = 1; p <= NEQ; ++p) n.XUPPER(p) = n.BIGMAP(p) = 0;
   const auto forUpper = [&](auto visit) {
@@ -56,7 +58,7 @@ void findColumns(Vector<const Int> COLS, Vector<const Int> ROWI, const FactorStr
   Int end = 0;
   for (Int64 p = 1; p <= NEQ; ++p) {
     const Int count = n.XUPPER(p);
-    n.XUPPER(p) = end;   // the place before the column's list, until the list is filled
+    n.XUPPER(p) = end;  // the place before the column's list, until the list is filled
     end += count;
   }
   forUpper([&](Int p, Int j) { n.COLIDX(++n.XUPPER(p)) = j; });
@@ -72,7 +74,7 @@ double* onCacheLine(double* p) {
 // One front. Its columns are found by the blocks they lie in, quickly in either direction.
 class Front {
  public:
-  const Int64 c, w;   // rows; pivot columns
+  const Int64 c, w;  // rows; pivot columns
 
   Front(double* first, Int64 rows, Int64 pivots)
       : c(rows), w(pivots), first_(first), block_(firstBlock(rows, pivots)) {}
@@ -99,12 +101,12 @@ class Front {
   }
 
   double* const first_;
-  FrontBlock block_;   // the one that was used last
+  FrontBlock block_;  // the one that was used last
 };
 
 // Puts the entries of the supernode's matrix columns into the front. False if one has no row there.
-bool placeMatrix(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM, const FactorStructure& f,
-                 const NumericArrays& n, Int k, Front& F) {
+bool placeMatrix(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
+                 const FactorStructure& f, const NumericArrays& n, Int k, Front& F) {
   const Int start = f.XLINDX(k), firstColumn = f.XSUP(k);
   for (Int l = 1; l <= F.c; ++l) n.BIGMAP(f.LINDX(start + l - 1)) = l;
   for (Int q = 1; q <= F.w; ++q) {
@@ -125,7 +127,7 @@ bool placeMatrix(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const do
     for (Int64 t = (p > 1 ? Int64{n.XUPPER(p - 1)} : 0) + 1; t <= n.XUPPER(p); ++t) {
       const Int i = n.COLIDX(t);
       Int64 e = COLS(i) + 1;
-      while (e < COLS(i + 1) && ROWI(e) < j) ++e;   // columns are short
+      while (e < COLS(i + 1) && ROWI(e) < j) ++e;  // columns are short
       if (e >= COLS(i + 1) || ROWI(e) != j || !put(f.INVP(i), SYSM(e))) return false;
     }
   }
@@ -136,7 +138,7 @@ bool placeMatrix(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const do
 void extendAdd(const FactorStructure& f, Int child, const double* U, Front& F) {
   const Int64 below = Int64{f.XLINDX(child)} + (f.XSUP(child + 1) - f.XSUP(child));
   const Int64 u = f.XLINDX(child + 1) - below;
-  const Int* const place = f.LCLDX.data() + (below - 1);   // one-based places, zero-based list
+  const Int* const place = f.LCLDX.data() + (below - 1);  // one-based places, zero-based list
   for (Int64 j = 0; j < u; ++j) {
     double* const column = F.column(place[j]) - 1;
     for (Int64 i = j; i < u; ++i) column[place[i]] += U[i - j];
@@ -172,11 +174,13 @@ Int64 numericEnd(Vector<Int> WORK, Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 
 
 void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
                   Vector<Int> WORK, Vector<double> RWORK, Int& IERR) {
-  const Int NEQ = WORK(header::equations), m = WORK(header::supernodes), NNZ = static_cast<Int>(ROWI.length());
+  const Int NEQ = WORK(header::equations), m = WORK(header::supernodes),
+            NNZ = static_cast<Int>(ROWI.length());
   const Int64 factorEntries = WORK(header::factorEntries);
   IERR = ierr::shortWork3;
-  const Int64 intLength = numericLength(partialLength(NEQ, m, WORK(header::subscripts)), WORK(header::largestFront),
-                                        WORK(header::largestUpdate), m, NNZ, WORK(header::realGrowth));
+  const Int64 intLength =
+      numericLength(partialLength(NEQ, m, WORK(header::subscripts)), WORK(header::largestFront),
+                    WORK(header::largestUpdate), m, NNZ, WORK(header::realGrowth));
   const Int64 realLength = factorEntries + NEQ + WORK(header::scratchDoubles);
   for (const auto& [length, required] : {std::pair{WORK.length(), intLength}, {RWORK.length(), realLength}})
     if (length < required) {
@@ -190,9 +194,9 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
 
   double* const D = RWORK.data();
   double* const L = D + NEQ;
-  double* stackTop = L + factorEntries + WORK(header::scratchDoubles);   // the stack grows downwards
+  double* stackTop = L + factorEntries + WORK(header::scratchDoubles);  // the stack grows downwards
   const DenseKernels& kernels = denseKernels();
-  Int pending = 0;   // update matrices on the stack
+  Int pending = 0;  // update matrices on the stack
   for (Int k = 1; k <= m; ++k) {
     const Int64 c = f.XLINDX(k + 1) - f.XLINDX(k), w = f.XSUP(k + 1) - f.XSUP(k);
     double* const block = L + (f.ASTART(k) - 1);
@@ -205,7 +209,8 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
     for (Int child = 0; child < f.NCHILD(k); ++child) {
       const Int below = n.STACK(pending--);
       extendAdd(f, below, stackTop, F);
-      stackTop += updateDoubles((f.XLINDX(below + 1) - f.XLINDX(below)) - (f.XSUP(below + 1) - f.XSUP(below)));
+      stackTop +=
+          updateDoubles((f.XLINDX(below + 1) - f.XLINDX(below)) - (f.XSUP(below + 1) - f.XSUP(below)));
     }
     if (kernels.factorFront(F.first(), c, w, F.first() + (frontDoubles(c, w) - frontAlignment)) != 0) {
       IERR = ierr::zeroPivot;

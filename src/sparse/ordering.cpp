@@ -35,7 +35,7 @@ SearchArrays carveSearch(Vector<Int> WORK, Int64 NEQ, Int64 NADJ) {
   for (Vector<Int>* array : {&a.g.DHEAD, &a.g.DFORW, &a.g.DBAKW, &a.g.QSIZE, &a.g.LLIST, &a.g.MARKER})
     *array = carve.take("search", NEQ);
   a.g.COUNT = carve.take("COUNT", NEQ + 1);
-  a.g.ABSORB = a.PERM;   // PERM is written only after the search
+  a.g.ABSORB = a.PERM;  // PERM is written only after the search
   return a;
 }
 
@@ -56,8 +56,8 @@ Int checkPattern(Vector<const Int> COLS, Vector<const Int> ROWI, Int64 NEQ) {
 }
 
 // Both directions of every entry below the diagonal.
-void buildAdjacency(Vector<const Int> COLS, Vector<const Int> ROWI, Int64 NEQ, Vector<Int> XADJ, Vector<Int> ADJNCY,
-                    Vector<Int> NEXT) {
+void buildAdjacency(Vector<const Int> COLS, Vector<const Int> ROWI, Int64 NEQ, Vector<Int> XADJ,
+                    Vector<Int> ADJNCY, Vector<Int> NEXT) {
   for (Int64 i = 1; i <= NEQ; ++i) NEXT(i) = 0;
   for (Int64 j = 1; j <= NEQ; ++j)
     for (Int64 k = COLS(j) + 1; k < COLS(j + 1); ++k) {
@@ -85,11 +85,12 @@ std::uint32_t mixed(Int i) {
 
 // Groups equations with the same closed neighbourhood. Out: NODEOF, the group of each equation, numbered by first
 // appearance; QSIZE and FIRSTOF, size and first equation of each group. Returns the number of groups.
-Int groupEquations(const SearchArrays& a, Int64 NEQ, Vector<Int> NODEOF, Vector<Int> QSIZE, Vector<Int> FIRSTOF) {
+Int groupEquations(const SearchArrays& a, Int64 NEQ, Vector<Int> NODEOF, Vector<Int> QSIZE,
+                   Vector<Int> FIRSTOF) {
   const Vector<Int>&BUCKET = a.g.DHEAD, &NEXT = a.g.DFORW, &HASH = a.g.LLIST, &MARKER = a.g.MARKER;
   for (Int64 i = 1; i <= NEQ; ++i) BUCKET(i) = MARKER(i) = 0;
   const auto degree = [&](Int64 i) { return a.XADJ(i + 1) - a.XADJ(i); };
-  const auto sameNeighbourhood = [&](Int i, Int j) {   // MARKER holds i at i and its neighbours
+  const auto sameNeighbourhood = [&](Int i, Int j) {  // MARKER holds i at i and its neighbours
     if (degree(i) != degree(j) || MARKER(j) != i) return false;
     for (Int64 k = a.XADJ(j); k < a.XADJ(j + 1); ++k)
       if (MARKER(a.ADJNCY(k)) != i) return false;
@@ -145,7 +146,8 @@ void groupAdjacency(const SearchArrays& a, Int nodes, Vector<const Int> NODEOF, 
 
 }  // namespace
 
-void orderingPhase(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Int& s, Int& m, Int& IERR) {
+void orderingPhase(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Int& s, Int& m,
+                   Int& IERR) {
   const Int64 NEQ = COLS.length() - 1, NNZ = ROWI.length();
   s = m = 0;
   IERR = ierr::ok;
@@ -171,8 +173,7 @@ void orderingPhase(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> W
   const Int nodes = groupEquations(a, NEQ, a.INVP, a.g.QSIZE, a.PERM);
   groupAdjacency(a, nodes, a.INVP, a.PERM);
   minimumDegree(a.g, nodes, static_cast<Int>(NEQ));
-  const SupernodeSizes sizes =
-      supernodeStep(a.g, nodes, WORK, static_cast<Int>(NEQ), static_cast<Int>(NADJ));
+  const SupernodeSizes sizes = supernodeStep(a.g, nodes, WORK, static_cast<Int>(NEQ), static_cast<Int>(NADJ));
   if (sizes.s > largestInt || sizes.factorEntries > largestInt) {
     IERR = ierr::tooLarge;
     return;

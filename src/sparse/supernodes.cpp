@@ -29,7 +29,9 @@ struct SupernodeScratch {
   Vector<Int> NEWNOD;  // new number of a supernode
 };
 
-bool isSupernode(const SupernodeScratch& t, Int v) { return t.QSIZE(v) < 0; }
+bool isSupernode(const SupernodeScratch& t, Int v) {
+  return t.QSIZE(v) < 0;
+}
 
 // Follows the links of `next` from v to their end, and shortens them.
 template <class Next, class Set>
@@ -45,8 +47,11 @@ Int followLinks(Int v, Next next, Set set) {
 }
 
 Int mergedInto(const SupernodeScratch& t, Int v) {
-  return followLinks(v, [&](Int i) { return t.MERGED(i); },
-                     [&](Int i, Int end) { if (i != end) t.MERGED(i) = end; });
+  return followLinks(
+      v, [&](Int i) { return t.MERGED(i); },
+      [&](Int i, Int end) {
+        if (i != end) t.MERGED(i) = end;
+      });
 }
 
 // The element that an absorbed node finally went into.
@@ -77,7 +82,7 @@ void postorder(const SupernodeScratch& t, Int firstRoot, Parent parent, Visit vi
     return v;
   };
   for (Int v = firstRoot > 0 ? deepest(firstRoot) : 0; v > 0;) {
-    const Int brother = t.BRTHER(v), up = parent(v);   // visit may change the children's links, not v's own
+    const Int brother = t.BRTHER(v), up = parent(v);  // visit may change the children's links, not v's own
     visit(v);
     v = brother > 0 ? deepest(brother) : up;
   }
@@ -92,9 +97,8 @@ void amalgamate(const SupernodeScratch& t, Int nodes) {
     Int children = 0;
     for (Int k = t.FIRST(p); k > 0; k = t.BRTHER(k)) t.NEWSEQ(++children) = k;
     Int* const list = t.NEWSEQ.data();
-    std::sort(list, list + children, [&](Int a, Int b) {
-      return t.DEGREE(a) != t.DEGREE(b) ? t.DEGREE(a) > t.DEGREE(b) : a < b;
-    });
+    std::sort(list, list + children,
+              [&](Int a, Int b) { return t.DEGREE(a) != t.DEGREE(b) ? t.DEGREE(a) > t.DEGREE(b) : a < b; });
     for (Int i = 1; i <= children; ++i) {
       const Int k = t.NEWSEQ(i);
       const Int64 wk = -t.QSIZE(k), ck = t.DEGREE(k), wp = -t.QSIZE(p), cp = t.DEGREE(p);
@@ -147,7 +151,7 @@ bool mergeAllowed(Int64 w, Int64 c, Int64 zeros) {
   // all overhead, may take a fifth of zeros, wide ones next to none.
   struct Limit {
     Int64 columns;
-    double share;   // of the entries below the diagonal
+    double share;  // of the entries below the diagonal
   };
   constexpr Limit limits[] = {{2, 1.0}, {8, 0.2}, {16, 0.05}};
   constexpr double shareOfWide = 0.03;
@@ -198,11 +202,11 @@ SupernodeSizes supernodeStep(const EliminationGraph& g, Int nodes, Vector<Int> W
     o.XSUP(k) = column;
     o.PARENT(k) = ABOVE(k);
     o.COLCNT(k) = ROWS(k);
-    ROWS(k) = column;   // from here on: the next column to hand out
+    ROWS(k) = column;  // from here on: the next column to hand out
     column += WIDTH(k);
   }
   o.XSUP(sizes.m + 1) = column;
-  for (Int i = 1; i <= NEQ; ++i) {   // equations keep their order within a supernode
+  for (Int i = 1; i <= NEQ; ++i) {  // equations keep their order within a supernode
     const Int k = o.INVP(i), j = ROWS(k)++;
     o.INVP(i) = j;
     o.PERM(j) = i;

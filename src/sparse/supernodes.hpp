@@ -8,10 +8,10 @@ namespace tornwalzen {
 
 /// What the supernode step returns.
 struct SupernodeSizes {
-  Int m = 0;               // supernodes
-  Int64 s = 0;             // compressed subscripts: sum of the supernodes' rows
-  Int64 factorEntries = 0; // entries of L below the diagonal
-  Int64 leanEntries = 0;   // the same before supernodes are merged
+  Int m = 0;                // supernodes
+  Int64 s = 0;              // compressed subscripts: sum of the supernodes' rows
+  Int64 factorEntries = 0;  // entries of L below the diagonal
+  Int64 leanEntries = 0;    // the same before supernodes are merged
 };
 
 /// Merges elements into supernodes where the extra fill is allowed, renumbers them in a postorder of the

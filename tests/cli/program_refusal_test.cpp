@@ -40,7 +40,8 @@ const Damage damages[] = {
      "part.obj: the mesh has 2 pieces that no edge joins; the largest has 1 of 2 triangles and contains "
      "element 1 "
      "(--largest takes it alone)"},
-    {"Rubbish", "these are\nno coordinates\n", "part.obj: neither a Wavefront OBJ nor an STL file nor a mesh deck"},
+    {"Rubbish", "these are\nno coordinates\n",
+     "part.obj: neither a Wavefront OBJ nor an STL file nor a mesh deck"},
     {"Empty", "", "part.obj: the file is empty"},
     {"NotANumber", "v 0 0 0\nv 1 o 0\n", "part.obj, line 2: node 2: \"o\" is not a number"},
     {"CutOffStl", "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0",

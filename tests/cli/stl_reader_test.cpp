@@ -123,7 +123,8 @@ TEST(MeshFile, TakesABinaryFileWhoseTitleBeginsWithSolid) {
 TEST(MeshFile, RefusesWhatItCannotRecognise) {
   const ScratchFolder folder;
   const std::string noise = folder.write("noise.obj", std::string("\x7f\0\x01v 0 0 0\n", 12));
-  EXPECT_EQ(refusal([&] { readMeshFile(noise); }), noise + ": neither a Wavefront OBJ nor an STL file nor a mesh deck");
+  EXPECT_EQ(refusal([&] { readMeshFile(noise); }),
+            noise + ": neither a Wavefront OBJ nor an STL file nor a mesh deck");
   const std::string empty = folder.write("empty.obj", "");
   EXPECT_EQ(refusal([&] { readMeshFile(empty); }), empty + ": the file is empty");
 }

@@ -68,7 +68,8 @@ Pattern build(Int nodes, const std::vector<Int>& inzi, Int capacity) {
   p.cols.assign(2 * nodes + 2, guard);
   p.rowi.assign(capacity + 1, guard);
   testing::internal::CaptureStdout();
-  loeini({"INTA", INTA.data(), run.nele, 3}, {"COLS", p.cols.data(), 2 * nodes + 1}, {"ROWI", p.rowi.data(), capacity});
+  loeini({"INTA", INTA.data(), run.nele, 3}, {"COLS", p.cols.data(), 2 * nodes + 1},
+         {"ROWI", p.rowi.data(), capacity});
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "beginn loeini @" + std::string(65, ' ') + "\n");
   EXPECT_EQ(p.cols.back(), guard);
   EXPECT_EQ(p.rowi.back(), guard);
@@ -84,7 +85,7 @@ std::vector<Int> randomMesh(Int nodes, Int elements, unsigned seed) {
   return inzi;
 }
 
-std::vector<Int> stripMesh(Int squares) {   // 2·(squares + 1) nodes in two rows
+std::vector<Int> stripMesh(Int squares) {  // 2·(squares + 1) nodes in two rows
   std::vector<Int> inzi;
   for (Int i = 1; i <= squares; ++i) {
     const Int a = 2 * i - 1;
@@ -107,7 +108,8 @@ TEST(MatrixStructure, SingleTriangle) {
 
 TEST(MatrixStructure, CornerOrderDoesNotMatter) {
   const Pattern reference = build(3, {1, 2, 3}, 21);
-  for (const std::vector<Int>& corners : {std::vector<Int>{1, 3, 2}, {2, 1, 3}, {2, 3, 1}, {3, 1, 2}, {3, 2, 1}}) {
+  for (const std::vector<Int>& corners :
+       {std::vector<Int>{1, 3, 2}, {2, 1, 3}, {2, 3, 1}, {3, 1, 2}, {3, 2, 1}}) {
     const Pattern p = build(3, corners, 21);
     EXPECT_EQ(p.cols, reference.cols);
     EXPECT_EQ(p.rowi, reference.rowi);
@@ -205,7 +207,7 @@ TEST(MatrixStructure, CountsThatCannotBeWorkedWithAreRefused) {
   EXPECT_FALSE(usable(3, 1, 6, -1));
   EXPECT_FALSE(usable(3, 1, 5, 21));
   EXPECT_FALSE(usable(3, 1, 7, 21));
-  EXPECT_FALSE(usable(1 << 30, 1, std::numeric_limits<Int>::min(), 21));   // 2·nkno wraps to this in 32 bits
+  EXPECT_FALSE(usable(1 << 30, 1, std::numeric_limits<Int>::min(), 21));  // 2·nkno wraps to this in 32 bits
   EXPECT_FALSE(usable(3, most / 3 + 1, 6, 21));
   EXPECT_TRUE(usable(3, most / 3, 6, 21));
 }

@@ -24,10 +24,11 @@ struct Ordered {
 
 Ordered order(const SparseMatrix& a, Int64 shorter = 0) {
   Ordered o;
-  o.work.assign(static_cast<std::size_t>(orderingLength(a.n, static_cast<Int64>(a.rowi.size())) - shorter), -99);
+  o.work.assign(static_cast<std::size_t>(orderingLength(a.n, static_cast<Int64>(a.rowi.size())) - shorter),
+                -99);
   const Vector<Int> WORK("WORK", o.work.data(), static_cast<Int64>(o.work.size()));
-  orderingPhase({"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), static_cast<Int64>(a.rowi.size())}, WORK, o.s,
-                o.m, o.IERR);
+  orderingPhase({"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), static_cast<Int64>(a.rowi.size())},
+                WORK, o.s, o.m, o.IERR);
   if (o.IERR == ierr::ok) {
     o.structure = orderedStructure(WORK, a.n, WORK(header::adjacency), o.m);
     for (Int i = 1; i <= a.n; ++i) o.perm.push_back(o.structure.PERM(i));
@@ -67,15 +68,16 @@ TEST(Ordering, IsAPermutationWithItsInverse) {
 
 TEST(Ordering, SupernodesHoldTheColumnsOfTheFactor) {
   for (unsigned seed = 1; seed < 60; ++seed) {
-    const SparseMatrix a = seed % 3 ? randomMatrix(20 + static_cast<Int>(seed), 0.1 * seed, false, seed)
-                                    : gridMatrix(static_cast<Int>(seed % 11) + 1, static_cast<Int>(seed % 7) + 1, seed);
+    const SparseMatrix a =
+        seed % 3 ? randomMatrix(20 + static_cast<Int>(seed), 0.1 * seed, false, seed)
+                 : gridMatrix(static_cast<Int>(seed % 11) + 1, static_cast<Int>(seed % 7) + 1, seed);
     const Ordered o = order(a);
     ASSERT_EQ(o.IERR, ierr::ok);
     const std::vector<std::set<Int>> rows = columnsOfFactor(a, o.perm);
     Int64 subscripts = 0, entries = 0;
     for (Int k = 1; k <= o.m; ++k) {
       const Int first = o.structure.XSUP(k), last = o.structure.XSUP(k + 1) - 1;
-      std::set<Int> all;   // the supernode's rows: those of all its columns together
+      std::set<Int> all;  // the supernode's rows: those of all its columns together
       for (Int j = first; j <= last; ++j) {
         all.insert(rows[j].begin(), rows[j].end());
         all.insert(j);
@@ -126,7 +128,7 @@ TEST(Ordering, FillOfAGridIsFarBelowThatOfTheBand) {
   const std::vector<std::set<Int>> rows = columnsOfFactor(a, order(a).perm);
   std::size_t fill = 0;
   for (Int j = 1; j <= a.n; ++j) fill += rows[j].size();
-  EXPECT_LT(fill, static_cast<std::size_t>(a.n) * 2 * (n + 2) / 2);   // half the band of the natural order
+  EXPECT_LT(fill, static_cast<std::size_t>(a.n) * 2 * (n + 2) / 2);  // half the band of the natural order
 }
 
 // One equation per node, so that the nodes of the search start with one equation each: a triangulated grid.
@@ -156,8 +158,8 @@ std::size_t fillOfPlainMinimumDegree(const SparseMatrix& a) {
   }
   std::size_t fill = 0;
   while (!left.empty()) {
-    const Int v = *std::min_element(left.begin(), left.end(),
-                                    [&](Int i, Int j) { return neighbours[i].size() < neighbours[j].size(); });
+    const Int v = *std::min_element(
+        left.begin(), left.end(), [&](Int i, Int j) { return neighbours[i].size() < neighbours[j].size(); });
     left.erase(v);
     fill += neighbours[v].size();
     for (Int i : neighbours[v]) {
@@ -171,8 +173,9 @@ std::size_t fillOfPlainMinimumDegree(const SparseMatrix& a) {
 
 // Ties may fall either way, and several nodes are eliminated before the degrees are counted anew: a tenth apart.
 TEST(Ordering, FillIsThatOfPlainMinimumDegree) {
-  for (const SparseMatrix& a : {scalarGrid(30, 30), scalarGrid(12, 50), scalarGrid(7, 40), gridMatrix(15, 15, 1),
-                                randomMatrix(300, 2.0, false, 3), randomMatrix(200, 1.2, false, 4)})
+  for (const SparseMatrix& a :
+       {scalarGrid(30, 30), scalarGrid(12, 50), scalarGrid(7, 40), gridMatrix(15, 15, 1),
+        randomMatrix(300, 2.0, false, 3), randomMatrix(200, 1.2, false, 4)})
     EXPECT_LE(static_cast<double>(order(a).work[header::leanEntries - 1]),
               1.1 * static_cast<double>(fillOfPlainMinimumDegree(a)));
 }
@@ -190,7 +193,8 @@ TEST(Ordering, MalformedPatternsAreRefused) {
   EXPECT_EQ(ordered({1, 4, 5, 6}, {1, 2, 2, 2, 3}), ierr::badPattern) << "row index repeated";
   EXPECT_EQ(ordered({1, 1, 2}, {2}), ierr::badPattern) << "empty column";
   EXPECT_EQ(ordered({1, 3, 4}, {1, 3, 2}), ierr::badPattern) << "row beyond the last equation";
-  EXPECT_EQ(ordered({1, 4, 5}, {1, 2, 2, 2}), ierr::badPattern) << "more entries than rows below the diagonal";
+  EXPECT_EQ(ordered({1, 4, 5}, {1, 2, 2, 2}), ierr::badPattern)
+      << "more entries than rows below the diagonal";
   EXPECT_EQ(ordered({1, 2, 2}, {1, 2}), ierr::badPattern) << "fewer entries than equations";
 }
 

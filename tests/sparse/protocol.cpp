@@ -63,7 +63,7 @@ TEST(SolverProtocol, RepeatedSymbolicStepDoesNotGrowTwice) {
   EXPECT_EQ(run.niwreq, integers);
   EXPECT_EQ(run.nrkreq, reals);
   solver.factorize();
-  solver.step(13);   // and after a factorization
+  solver.step(13);  // and after a factorization
   EXPECT_FALSE(failed(run.ierrso));
   const std::vector<double> b = randomVector(solver.a.n, 1);
   solver.factorize();
@@ -98,8 +98,9 @@ TEST(SolverProtocol, NumericPhaseBeforeTheSymbolicOneIsRefused) {
   Int IERR = 0;
   const SparseMatrix& a = solver.a;
   testing::internal::CaptureStdout();
-  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl}, {"SYSM", a.values.data(), run.nnzl},
-         {"WORK", solver.work.data(), run.niwor}, {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
+  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
+         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
+         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(IERR, ierr::outOfOrder);
   solver.factorize();
@@ -119,7 +120,7 @@ TEST(SolverProtocol, PhaseNumberInAForeignWorkIsNotBelieved) {
   SolverRun solver(gridMatrix(3, 3, 1));
   solver.step(11);
   solver.supplyLengths();
-  solver.work[header::phase - 1] = 3;   // left over from another mesh
+  solver.work[header::phase - 1] = 3;  // left over from another mesh
   solver.factorize();
   EXPECT_EQ(solverText(), " FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE @");
 }
@@ -130,13 +131,14 @@ TEST(SolverProtocol, PhaseNumberAheadOfTheOrderingIsOutOfOrderNotDamage) {
   solver.supplyLengths();
   solver.step(12);
   solver.supplyLengths();
-  solver.work[header::phase - 1] = 2;   // as if the symbolic phase had been through
+  solver.work[header::phase - 1] = 2;  // as if the symbolic phase had been through
   PhaseSizes sizes;
   Int IERR = 0;
   const SparseMatrix& a = solver.a;
   testing::internal::CaptureStdout();
-  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl}, {"SYSM", a.values.data(), run.nnzl},
-         {"WORK", solver.work.data(), run.niwor}, {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
+  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
+         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
+         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(IERR, ierr::outOfOrder);
 }
@@ -224,8 +226,8 @@ TEST(SolverProtocol, ShortWorkAtEachPhaseLeavesItsRequirement) {
   PhaseSizes sizes;
   Int IERR = 0;
   const auto phase = [&](Int number, Int64 integers, Int64 reals) {
-    KMPKTF(number, 1, COLS, ROWI, SYSM, {"WORK", solver.work.data(), integers}, {"RWORK", solver.rwork.data(), reals},
-           run.nrkreq, sizes, IERR);
+    KMPKTF(number, 1, COLS, ROWI, SYSM, {"WORK", solver.work.data(), integers},
+           {"RWORK", solver.rwork.data(), reals}, run.nrkreq, sizes, IERR);
     return IERR;
   };
   solver.step(11);
@@ -259,7 +261,8 @@ TEST(SolverProtocol, ShortWorkAtEachPhaseLeavesItsRequirement) {
 }
 
 TEST(SolverProtocol, DamagedWorkIsRecognisedBeforeTheSymbolicPhase) {
-  for (std::size_t at : {std::size_t{0}, std::size_t{2}, std::size_t{36}, std::size_t{40}, std::size_t{200}}) {
+  for (std::size_t at :
+       {std::size_t{0}, std::size_t{2}, std::size_t{36}, std::size_t{40}, std::size_t{200}}) {
     SolverRun solver(gridMatrix(4, 4, 1));
     solver.step(11);
     solver.supplyLengths();
@@ -281,13 +284,15 @@ TEST(SolverProtocol, DamagedWorkIsRecognisedBeforeTheNumericPhaseAndTheSolve) {
   const std::size_t guarded = static_cast<std::size_t>(whole.work[header::freePhase3 - 1]) - 1;
   for (std::size_t at = 0; at < guarded; ++at) {
     const Int entry = static_cast<Int>(at) + 1;
-    if (entry == header::shortage || entry == header::freeNow1 || entry == header::freeNow2 || entry == header::phase)
-      continue;   // entries that the steps themselves change
+    if (entry == header::shortage || entry == header::freeNow1 || entry == header::freeNow2 ||
+        entry == header::phase)
+      continue;  // entries that the steps themselves change
     SolverRun solver(whole.a);
     solver.analyse();
     solver.factorize();
     solver.work[at] ^= 1 << (at % 31);
-    EXPECT_EQ(solver.solve(randomVector(solver.a.n, 1)), std::vector<double>(solver.a.n, 0.0)) << "entry " << entry;
+    EXPECT_EQ(solver.solve(randomVector(solver.a.n, 1)), std::vector<double>(solver.a.n, 0.0))
+        << "entry " << entry;
     EXPECT_EQ(solverText(), " FATALER FEHLER : FEHLER 4 IN LOESUNGSPHASE @");
     run.ierrso = 0;
     testing::internal::CaptureStdout();

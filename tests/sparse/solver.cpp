@@ -12,7 +12,7 @@ using namespace tornwalzen::testing_support;
 
 namespace {
 
-constexpr double largestRatio = 10.0;   // of residual / (n · norm · x · ε)
+constexpr double largestRatio = 10.0;  // of residual / (n · norm · x · ε)
 
 Eigen::MatrixXd dense(const SparseMatrix& a) {
   Eigen::MatrixXd m = Eigen::MatrixXd::Zero(a.n, a.n);
@@ -34,7 +34,8 @@ void expectSolves(const SparseMatrix& a, const char* what) {
   EXPECT_TRUE(solver.guardsHeld) << what;
   EXPECT_EQ(solver.rhs, b) << what;
   if (a.n <= 300) {
-    const Eigen::VectorXd reference = dense(a).fullPivLu().solve(Eigen::Map<const Eigen::VectorXd>(b.data(), a.n));
+    const Eigen::VectorXd reference =
+        dense(a).fullPivLu().solve(Eigen::Map<const Eigen::VectorXd>(b.data(), a.n));
     for (Int i = 0; i < a.n; ++i)
       EXPECT_NEAR(x[i], reference(i), 1e5 * a.n * 2.2e-16 * (1.0 + reference.cwiseAbs().maxCoeff())) << what;
   }
@@ -47,14 +48,15 @@ TEST(Solver, RandomPatternsOfAllDensities) {
   for (Int n : {1, 2, 3, 4, 5, 7, 10, 17, 33, 64, 100, 257})
     for (double perColumn : {0.0, 0.3, 1.0, 2.5, 6.0, 40.0})
       for (bool indefinite : {false, true}) {
-        const std::string what = "n " + std::to_string(n) + ", " + std::to_string(perColumn) + " per column, " +
-                                 (indefinite ? "indefinite" : "definite");
+        const std::string what = "n " + std::to_string(n) + ", " + std::to_string(perColumn) +
+                                 " per column, " + (indefinite ? "indefinite" : "definite");
         expectSolves(randomMatrix(n, perColumn, indefinite, ++seed), what.c_str());
       }
 }
 
 TEST(Solver, MeshPatterns) {
-  for (auto [nx, ny] : {std::pair<Int, Int>{1, 1}, {2, 1}, {2, 2}, {5, 3}, {1, 40}, {12, 9}, {40, 40}, {90, 70}})
+  for (auto [nx, ny] :
+       {std::pair<Int, Int>{1, 1}, {2, 1}, {2, 2}, {5, 3}, {1, 40}, {12, 9}, {40, 40}, {90, 70}})
     expectSolves(gridMatrix(nx, ny, 5), "grid");
 }
 
@@ -78,7 +80,8 @@ TEST(Solver, DenseMatrixIsOneSupernodeInNaturalOrder) {
   SolverRun solver(SparseMatrix::fromEntries(n, entries));
   solver.analyse();
   EXPECT_EQ(run.solver.supernodes, 1);
-  const FactorStructure f = factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
+  const FactorStructure f =
+      factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
   for (Int i = 1; i <= n; ++i) EXPECT_EQ(f.PERM(i), i);
   expectSolves(solver.a, "dense");
 }
@@ -90,13 +93,15 @@ TEST(Solver, DiagonalMatrixIsOrderedByIdentityAndFactorsToItself) {
   SolverRun solver(SparseMatrix::fromEntries(n, entries));
   solver.analyse();
   EXPECT_EQ(run.solver.supernodes, n);
-  const FactorStructure f = factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
+  const FactorStructure f =
+      factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
   for (Int i = 1; i <= n; ++i) {
     EXPECT_EQ(f.PERM(i), i);
     EXPECT_EQ(f.XLINDX(i + 1) - f.XLINDX(i), 1);
   }
   solver.factorize();
-  for (Int i = 1; i <= n; ++i) EXPECT_EQ(solver.rwork[i - 1], entries[(std::pair<Int, Int>{i, i})]);   // D; L is empty
+  for (Int i = 1; i <= n; ++i)
+    EXPECT_EQ(solver.rwork[i - 1], entries[(std::pair<Int, Int>{i, i})]);  // D; L is empty
   const std::vector<double> b = randomVector(n, 4), x = solver.solve(b);
   for (Int i = 1; i <= n; ++i) EXPECT_EQ(x[i - 1], b[i - 1] / entries[(std::pair<Int, Int>{i, i})]);
 }
@@ -107,7 +112,8 @@ TEST(Solver, FactorIsThatOfDenseElimination) {
   solver.analyse();
   solver.factorize();
   ASSERT_FALSE(failed(run.ierrso));
-  const FactorStructure f = factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
+  const FactorStructure f =
+      factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
   Eigen::MatrixXd p(a.n, a.n);
   const Eigen::MatrixXd full = dense(a);
   for (Int i = 1; i <= a.n; ++i)

@@ -22,7 +22,7 @@ struct SparseMatrix {
     SparseMatrix a;
     a.n = n;
     Int column = 1;
-    for (const auto& [columnRow, value] : byColumn) {   // ordered by column, then row
+    for (const auto& [columnRow, value] : byColumn) {  // ordered by column, then row
       while (column < columnRow.first) {
         a.cols.push_back(static_cast<Int>(a.rowi.size()) + 1);
         ++column;
@@ -45,7 +45,7 @@ struct SparseMatrix {
     return y;
   }
 
-  double norm() const {   // largest row sum
+  double norm() const {  // largest row sum
     std::vector<double> sum(n, 0.0);
     for (Int j = 0; j < n; ++j)
       for (Int k = cols[j] - 1; k < cols[j + 1] - 1; ++k) {
@@ -72,7 +72,8 @@ class SolverRun {
     work.insert(work.end(), 4, guardInt);
     rwork.insert(rwork.end(), 4, guardReal);
     loesys(ido, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.mnsysm},
-           {"WORK", work.data(), static_cast<Int64>(intGuard)}, {"RWORK", rwork.data(), static_cast<Int64>(realGuard)},
+           {"WORK", work.data(), static_cast<Int64>(intGuard)},
+           {"RWORK", rwork.data(), static_cast<Int64>(realGuard)},
            {"RR", rhs.data(), static_cast<Int64>(rhs.size())}, {"RB", x.data(), static_cast<Int64>(x.size())},
            {"SYSM", a.values.data(), run.mnsysm}, {"WRHS", wrhs.data(), static_cast<Int64>(wrhs.size())});
     for (std::size_t i = 0; i < 4; ++i)

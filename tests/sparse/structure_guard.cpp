@@ -48,7 +48,7 @@ std::uint64_t expectedSum(const std::vector<Int>& WORK, Int first, Int last) {
       weighted += (lane.size() - k) * lane[k];
     }
     for (const std::uint64_t sum : {plain, weighted}) {
-      state = (state ^ sum) * 11400714819323198485ull;   // 2^64 / golden ratio
+      state = (state ^ sum) * 11400714819323198485ull;  // 2^64 / golden ratio
       state ^= state >> 32;
     }
   }
