@@ -69,3 +69,17 @@ TEST(PartOrientation, SumOfZeroExchangesNothing) {
   orientCounterClockwise(part.arrays());
   EXPECT_EQ(part.INTA, before);
 }
+
+TEST(PartOrientation, AnyTriangleMayDecideTheSign) {
+  for (const double sign : {1.0, -1.0})
+    for (int large = 0; large < 2; ++large) {  // the first or the last has the larger area
+      const double a[2] = {large == 0 ? 3.0 : 1.0, large == 1 ? 3.0 : 1.0};
+      TestPart part({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, -1, 0}}, {{1, 2, 3}, {1, 2, 4}});
+      part.RX = {0, 0, 1, 0, 0, sign * a[0], 0, -sign * a[1]};
+      part.ELG[8] = part.ELG[9] = 0.5;
+      const auto before = part.INTA;
+      orientCounterClockwise(part.arrays());
+      const bool stays = (large == 0) == (sign > 0.0);
+      EXPECT_EQ(part.INTA == before, stays) << "sign " << sign << ", triangle " << large + 1;
+    }
+}

@@ -133,3 +133,8 @@ TEST(LoadPath, RepeatCutToWhatIsLeftGoesOnHalving) {
   EXPECT_EQ(steps[2], 0.0025);
   EXPECT_EQ(steps[3], 0.00125);
 }
+
+TEST(LoadPath, AnIncrementHasTwoToEightNewtonIterations) {
+  EXPECT_EQ(newtonLeast, 2);
+  EXPECT_EQ(newtonLimit, 8);
+}

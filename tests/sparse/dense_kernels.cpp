@@ -220,6 +220,18 @@ TEST_P(EveryTable, EveryBuildRoundsAForwardSubstitutionAlike) {
     }
 }
 
+#ifdef TORNWALZEN_X86_KERNELS
+TEST(DenseKernels, TheWidestTableOfTheProcessorIsInUse) {
+  const bool avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+  const bool avx512 = __builtin_cpu_supports("avx512f");
+  int count = 0;
+  const DenseKernels* const* tables = availableKernels(count);
+  EXPECT_EQ(count, 1 + (avx2 ? 1 : 0) + (avx512 ? 1 : 0));
+  EXPECT_STREQ(tables[0]->name, "portable");
+  EXPECT_STREQ(denseKernels().name, avx512 ? "avx512" : avx2 ? "avx2" : "portable");
+}
+#endif
+
 INSTANTIATE_TEST_SUITE_P(Kernels, EveryTable, testing::Values(0, 1, 2), [](const auto& which) {
   return std::string(which.param == 0 ? "portable" : which.param == 1 ? "avx2" : "avx512");
 });

@@ -54,6 +54,22 @@ TEST(SolverProtocol, RequirementsFollowTheStatedFormulas) {
   EXPECT_EQ(run.nrkreq, realAfterOrdering + (g > NEQ ? 2 * g : 0));
 }
 
+// Fronts, stack and packing space of a strip fit into the 2·NEQ doubles that are there anyway: between one and two of
+// them here.
+TEST(SolverProtocol, ScratchWithinTwiceTheEquationsAsksForNoMore) {
+  SolverRun solver(gridMatrix(2, 1000, 1));
+  solver.analyse();
+  const Int scratch = solver.work[header::scratchDoubles - 1];
+  ASSERT_GT(scratch, run.neq);
+  ASSERT_LE(scratch, 2 * run.neq);
+  EXPECT_EQ(solver.work[header::realGrowth - 1], run.neq);
+  EXPECT_EQ(run.nrkreq, 4 * run.neq + solver.work[header::realRequirement - 1]);
+  solver.factorize();
+  const std::vector<double> b = randomVector(solver.a.n, 1);
+  EXPECT_LE(solver.scaledResidual(b, solver.solve(b)), 10.0);
+  EXPECT_TRUE(solver.guardsHeld);
+}
+
 TEST(SolverProtocol, RepeatedSymbolicStepDoesNotGrowTwice) {
   SolverRun solver(gridMatrix(12, 9, 1));
   solver.analyse();
@@ -141,6 +157,21 @@ TEST(SolverProtocol, PhaseNumberAheadOfTheOrderingIsOutOfOrderNotDamage) {
          {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(IERR, ierr::outOfOrder);
+}
+
+TEST(SolverProtocol, DamageIsToldByItsCode) {
+  SolverRun solver(gridMatrix(3, 3, 1));
+  solver.analyse();
+  ++solver.work[header::length];  // PERM(1)
+  PhaseSizes sizes;
+  Int IERR = 0;
+  const SparseMatrix& a = solver.a;
+  testing::internal::CaptureStdout();
+  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
+         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
+         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), steering(3));
+  EXPECT_EQ(IERR, -1);
 }
 
 TEST(SolverProtocol, SizingStepForgetsTheLastMesh) {
