@@ -112,6 +112,24 @@ TEST_F(Report, TellsTheToleranceThatAFactorSets) {
   EXPECT_LE(r.last_gradient, r.gradient_limit);
 }
 
+TEST_F(Report, AGradientThatEqualsItsLimitConverges) {
+  const HostPart part = samplePart("half_pipe", 300);
+  observe(part, 1);
+  const TornwalzenReport first = currentReport();
+  ASSERT_EQ(first.converged, 1);
+  double factor = first.last_gradient / first.gradient_limit;
+  for (int attempt = 0; attempt < 4; ++attempt, factor = std::nextafter(factor, 1.0)) {
+    ASSERT_EQ(tornwalzen_set_tolerance_factors(factor, 1.0), 0);
+    observe(part, 1);
+    if (currentReport().gradient_limit >= first.last_gradient) break;
+  }
+  const TornwalzenReport r = currentReport();
+  ASSERT_EQ(r.gradient_limit, first.last_gradient);
+  EXPECT_EQ(r.converged, 1);
+  EXPECT_EQ(r.last_gradient, first.last_gradient);
+  EXPECT_EQ(r.newton_iterations, first.newton_iterations);
+}
+
 TEST_F(Report, LargestStrainIsThatOfTheElementStrainsWhereverItsElementStands) {
   HostPart part = samplePart("round_cup", 500);
   // the element of the largest strain is made the only one, then moved to the front, then to the end
