@@ -55,6 +55,22 @@ TEST(HoldAuto, HoldsUOfTheFarthestInYOfATallPlate) {
   EXPECT_THAT(heldOf(part, holdUnknowns(part, "auto")), ElementsAre(3, 15, 16));
 }
 
+TEST(HoldAuto, NodesAsFarButForRoundingCountAsEquallyFar) {
+  Mesh mesh;
+  mesh.file = "plate";
+  for (int j = 0; j <= 2; ++j)
+    for (int i = 0; i <= 4; ++i) mesh.points.insert(mesh.points.end(), {i - 2.0, j - 1.0, 0.0});
+  mesh.points[0] -= 1e-7;  // the corner, node 1; node 6 is level with the middle, node 8
+  for (int j = 0; j < 2; ++j)
+    for (int i = 0; i < 4; ++i) {
+      const std::int64_t a = j * 5 + i + 1;
+      mesh.corners.insert(mesh.corners.end(), {a, a + 1, a + 6, a, a + 6, a + 5});
+    }
+  const Hold hold = holdUnknowns(checkMesh(mesh, false), "auto");
+  EXPECT_EQ(hold.ARFA[2 * 6 - 1], 0);
+  EXPECT_EQ(hold.ARFA[2 * 1 - 1], 1);
+}
+
 TEST(HoldAuto, AFarCornerIsHeldOnlyWhereNoEdgeIsAsFar) {
   Mesh mesh;
   mesh.file = "rhombus";

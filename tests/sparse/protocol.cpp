@@ -27,6 +27,18 @@ std::string steering(int phase) {
          " IST FALSCH, BITTE KOMMENTAR IN KMPKTF LESEN\n";
 }
 
+void expectNumericPhaseEndsWith(SolverRun& solver, Int code, const std::string& printed) {
+  PhaseSizes sizes;
+  Int IERR = 0;
+  const SparseMatrix& a = solver.a;
+  testing::internal::CaptureStdout();
+  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
+         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
+         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), printed);
+  EXPECT_EQ(IERR, code);
+}
+
 }  // namespace
 
 TEST(SolverProtocol, SizingStepUsesThePatternCountsOnly) {
@@ -110,15 +122,7 @@ TEST(SolverProtocol, NumericPhaseBeforeTheSymbolicOneIsRefused) {
   solver.step(12);
   solver.supplyLengths();
   EXPECT_EQ(solver.work[header::phase - 1], 1);
-  PhaseSizes sizes;
-  Int IERR = 0;
-  const SparseMatrix& a = solver.a;
-  testing::internal::CaptureStdout();
-  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
-         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
-         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(IERR, ierr::outOfOrder);
+  expectNumericPhaseEndsWith(solver, ierr::outOfOrder, "");
   solver.factorize();
   EXPECT_TRUE(failed(run.ierrso));
   EXPECT_EQ(solverText(), " FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE @");
@@ -148,30 +152,14 @@ TEST(SolverProtocol, PhaseNumberAheadOfTheOrderingIsOutOfOrderNotDamage) {
   solver.step(12);
   solver.supplyLengths();
   solver.work[header::phase - 1] = 2;  // as if the symbolic phase had been through
-  PhaseSizes sizes;
-  Int IERR = 0;
-  const SparseMatrix& a = solver.a;
-  testing::internal::CaptureStdout();
-  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
-         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
-         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(IERR, ierr::outOfOrder);
+  expectNumericPhaseEndsWith(solver, ierr::outOfOrder, "");
 }
 
 TEST(SolverProtocol, DamageIsToldByItsCode) {
   SolverRun solver(gridMatrix(3, 3, 1));
   solver.analyse();
   ++solver.work[header::length];  // PERM(1)
-  PhaseSizes sizes;
-  Int IERR = 0;
-  const SparseMatrix& a = solver.a;
-  testing::internal::CaptureStdout();
-  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
-         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
-         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), steering(3));
-  EXPECT_EQ(IERR, -1);
+  expectNumericPhaseEndsWith(solver, -1, steering(3));
 }
 
 TEST(SolverProtocol, SizingStepForgetsTheLastMesh) {
