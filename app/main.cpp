@@ -5,11 +5,11 @@
 #include <exception>
 #include <new>
 
-#include "arguments.hpp"
-#include "deck.hpp"
-#include "failure.hpp"
-#include "process.hpp"
-#include "solve.hpp"
+#include "command/arguments.hpp"
+#include "command/deck.hpp"
+#include "system/failure.hpp"
+#include "system/process.hpp"
+#include "command/solve.hpp"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "factor_count.hpp"
-#include "interface/run_state.hpp"
-#include "sparse/loesys.hpp"
+#include "ground/run_state.hpp"
+#include "sparse/phases.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace bench {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <memory>
 
-#include "sparse/dense_kernels.hpp"
-#include "sparse/front_layout.hpp"
+#include "sparse/kernels/dense_kernels.hpp"
+#include "sparse/kernels/front_layout.hpp"
 
 namespace bench {
 

@@ -7,13 +7,13 @@
 
 #include "driver/newton_step.hpp"
 #include "element/assembly.hpp"
-#include "interface/material_setup.hpp"
-#include "interface/run_state.hpp"
+#include "material/material_setup.hpp"
+#include "ground/run_state.hpp"
 #include "plane_mesh.hpp"
 #include "quiet.hpp"
 #include "sample_run.hpp"
-#include "sparse/loeini.hpp"
-#include "sparse/loesys.hpp"
+#include "sparse/pattern.hpp"
+#include "sparse/phases.hpp"
 
 namespace bench {
 

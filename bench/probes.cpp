@@ -4,7 +4,7 @@
 
 #include "develop/visited_elements.hpp"
 #include "driver/load_path.hpp"
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

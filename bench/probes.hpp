@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "clock.hpp"
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace bench {
 

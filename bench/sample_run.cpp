@@ -4,7 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 #include "quiet.hpp"
 #include "tornwalzen.h"
 

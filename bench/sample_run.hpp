@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 #include "probes.hpp"
 #include "shapes.hpp"
 

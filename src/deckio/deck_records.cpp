@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "interface/fixed_fields.hpp"
+#include "ground/fixed_fields.hpp"
 
 namespace tornwalzen {
 

@@ -1,7 +1,7 @@
 // Which unknowns a deck's negative selectors hold.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

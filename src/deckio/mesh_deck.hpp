@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 #include "tornwalzen_deck.h"
 
 namespace tornwalzen {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "develop/unfold_geometry.hpp"
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

@@ -1,7 +1,7 @@
 // What the development measures on the formed part itself: corner angles, areas, orientation.
 #pragma once
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

@@ -4,8 +4,8 @@
 #include "develop/part_shape.hpp"
 #include "develop/unfold_descent.hpp"
 #include "develop/unfold_report.hpp"
-#include "interface/progress.hpp"
-#include "interface/run_state.hpp"
+#include "ground/progress.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

@@ -2,7 +2,7 @@
 // below a twentieth of its area, by a steepest descent on a penalty of the area ratios.
 #pragma once
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

@@ -4,9 +4,9 @@
 
 #include "develop/unfold_geometry.hpp"
 #include "develop/unfold_report.hpp"
-#include "interface/progress.hpp"
-#include "interface/run_record.hpp"
-#include "interface/run_state.hpp"
+#include "ground/progress.hpp"
+#include "ground/run_record.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

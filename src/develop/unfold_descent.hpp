@@ -2,7 +2,7 @@
 #pragma once
 
 #include "develop/visited_elements.hpp"
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

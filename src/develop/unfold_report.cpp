@@ -1,9 +1,9 @@
 // Composition of the unfolding's lines.
 #include "develop/unfold_report.hpp"
 
-#include "interface/messages.hpp"
-#include "interface/progress.hpp"
-#include "interface/run_record.hpp"
+#include "ground/messages.hpp"
+#include "ground/progress.hpp"
+#include "ground/run_record.hpp"
 
 namespace tornwalzen {
 

@@ -2,7 +2,7 @@
 // channel.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

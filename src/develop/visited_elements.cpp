@@ -3,7 +3,7 @@
 
 #include <new>
 
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

@@ -1,9 +1,9 @@
 // Composition of the lines of driver and line search. The spelling of the texts is part of the interface.
 #include "driver/driver_report.hpp"
 
-#include "interface/messages.hpp"
-#include "interface/progress.hpp"
-#include "interface/run_record.hpp"
+#include "ground/messages.hpp"
+#include "ground/progress.hpp"
+#include "ground/run_record.hpp"
 
 namespace tornwalzen {
 

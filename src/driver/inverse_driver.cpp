@@ -5,12 +5,12 @@
 
 #include "develop/unfold.hpp"
 #include "driver/driver_report.hpp"
-#include "driver/element_strains.hpp"
+#include "element/element_strains.hpp"
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
-#include "interface/progress.hpp"
-#include "interface/run_record.hpp"
-#include "interface/run_state.hpp"
+#include "ground/progress.hpp"
+#include "ground/run_record.hpp"
+#include "ground/run_state.hpp"
 #include "sparse/factor_record.hpp"
 
 namespace tornwalzen {

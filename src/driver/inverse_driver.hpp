@@ -1,7 +1,7 @@
 // The increment-controlled Newton iteration from the flat blank (progress 0) to the part (progress 1).
 #pragma once
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

@@ -5,8 +5,8 @@
 
 #include "driver/driver_report.hpp"
 #include "element/assembly.hpp"
-#include "interface/run_record.hpp"
-#include "interface/run_state.hpp"
+#include "ground/run_record.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

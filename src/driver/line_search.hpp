@@ -1,7 +1,7 @@
 // Line search of the Newton iteration: how much of a correction is applied to the blank.
 #pragma once
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "interface/run_options.hpp"
+#include "ground/run_options.hpp"
 
 namespace tornwalzen {
 

@@ -2,7 +2,7 @@
 // is, and when the path is given up. Dimensionless throughout.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

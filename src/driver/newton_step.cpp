@@ -6,9 +6,9 @@
 #include "driver/line_search.hpp"
 #include "element/assembly.hpp"
 #include "element/element.hpp"
-#include "interface/run_record.hpp"
-#include "interface/run_state.hpp"
-#include "sparse/loesys.hpp"
+#include "ground/run_record.hpp"
+#include "ground/run_state.hpp"
+#include "sparse/phases.hpp"
 
 namespace tornwalzen {
 

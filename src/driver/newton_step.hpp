@@ -1,7 +1,7 @@
 // One Newton iteration on the blank positions, and the total energy.
 #pragma once
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "element/element.hpp"
-#include "element/lane_pass.hpp"
-#include "interface/run_state.hpp"
+#include "element/lanes/lane_pass.hpp"
+#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 

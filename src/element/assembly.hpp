@@ -1,7 +1,7 @@
 // Assembly of the global residual and tangent from the element routine.
 #pragma once
 
-#include "interface/driver_arrays.hpp"
+#include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
 

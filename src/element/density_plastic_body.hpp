@@ -12,7 +12,7 @@
 #pragma once
 
 #include "element/density.hpp"
-#include "element/flow_curve.hpp"
+#include "material/flow_curve.hpp"
 
 namespace tornwalzen {
 

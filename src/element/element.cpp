@@ -5,7 +5,7 @@
 #include "element/density_plastic.hpp"
 #include "element/expansion.hpp"
 #include "element/kinematics.hpp"
-#include "interface/run_options.hpp"
+#include "ground/run_options.hpp"
 #include "tornwalzen.h"
 
 namespace tornwalzen {

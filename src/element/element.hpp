@@ -5,8 +5,8 @@
 // triangle's area.
 #pragma once
 
-#include "element/flow_curve.hpp"
-#include "interface/array_view.hpp"
+#include "material/flow_curve.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

@@ -1,6 +1,6 @@
 // The measure of all elements: by eights where lanes serve, else one by one.
 #include "element/element.hpp"
-#include "element/lane_pass.hpp"
+#include "element/lanes/lane_pass.hpp"
 
 namespace tornwalzen {
 

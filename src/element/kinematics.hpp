@@ -14,7 +14,7 @@
 
 #include <cmath>
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

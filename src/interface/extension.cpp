@@ -1,12 +1,12 @@
 // What a host may set beside the fixed interface, and the way back to the state after loading.
 #include <cmath>
 
-#include "interface/curve_check.hpp"
-#include "interface/progress.hpp"
-#include "interface/refusal.hpp"
-#include "interface/run_options.hpp"
-#include "interface/run_record.hpp"
-#include "interface/run_state.hpp"
+#include "material/curve_check.hpp"
+#include "ground/progress.hpp"
+#include "ground/refusal.hpp"
+#include "ground/run_options.hpp"
+#include "ground/run_record.hpp"
+#include "ground/run_state.hpp"
 #include "tornwalzen_ext.h"
 
 using namespace tornwalzen;

@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <cstring>
 
-#include "driver/element_strains.hpp"
-#include "interface/material_setup.hpp"
-#include "interface/refusal.hpp"
-#include "interface/run_record.hpp"
+#include "element/element_strains.hpp"
+#include "material/material_setup.hpp"
+#include "ground/refusal.hpp"
+#include "ground/run_record.hpp"
 #include "tornwalzen_ext.h"
 
 using namespace tornwalzen;

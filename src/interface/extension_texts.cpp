@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "interface/refusal.hpp"
+#include "ground/refusal.hpp"
 #include "tornwalzen_ext.h"
 
 namespace tornwalzen {

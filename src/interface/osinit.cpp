@@ -1,11 +1,11 @@
 // OSINIT: structure set-up in three modes. Mode 1 takes the mesh and builds the pattern of the global matrix,
 // mode 2 orders its equations, mode 3 lays out the factor; each reports the work lengths that the next step needs.
-#include "interface/host_pointers.hpp"
-#include "interface/run_record.hpp"
-#include "interface/run_state.hpp"
-#include "interface/subscript_check.hpp"
-#include "sparse/loeini.hpp"
-#include "sparse/loesys.hpp"
+#include "ground/host_pointers.hpp"
+#include "ground/run_record.hpp"
+#include "ground/run_state.hpp"
+#include "ground/subscript_check.hpp"
+#include "sparse/pattern.hpp"
+#include "sparse/phases.hpp"
 #include "tornwalzen.h"
 
 namespace tornwalzen {

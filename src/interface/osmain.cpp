@@ -1,10 +1,10 @@
 // OSMAIN: the inverse analysis. Loads the material, checks the host's index arrays, runs the driver.
 #include "driver/inverse_driver.hpp"
-#include "interface/host_pointers.hpp"
-#include "interface/material_setup.hpp"
-#include "interface/run_record.hpp"
-#include "interface/run_state.hpp"
-#include "interface/subscript_check.hpp"
+#include "ground/host_pointers.hpp"
+#include "material/material_setup.hpp"
+#include "ground/run_record.hpp"
+#include "ground/run_state.hpp"
+#include "ground/subscript_check.hpp"
 #include "tornwalzen.h"
 
 using namespace tornwalzen;

@@ -5,8 +5,8 @@
 
 #include <cmath>
 
-#include "interface/run_record.hpp"
-#include "sparse/kmpktf.hpp"
+#include "ground/run_record.hpp"
+#include "sparse/phase_guard.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {

@@ -1,7 +1,7 @@
 // What the report tells of the last numeric factorization.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

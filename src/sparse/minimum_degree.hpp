@@ -3,7 +3,7 @@
 // algorithm, SIAM Review 31, 1989).
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

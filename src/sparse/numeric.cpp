@@ -10,8 +10,8 @@
 #include <cstring>
 #include <limits>
 
-#include "sparse/dense_kernels.hpp"
-#include "sparse/front_layout.hpp"
+#include "sparse/kernels/dense_kernels.hpp"
+#include "sparse/kernels/front_layout.hpp"
 #include "sparse/ordering.hpp"
 #include "sparse/work_layout.hpp"
 

@@ -1,7 +1,7 @@
 // Phase 3: numeric factorization A = L·D·Lᵀ by the multifrontal method.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

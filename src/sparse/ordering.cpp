@@ -6,7 +6,7 @@
 #include <initializer_list>
 #include <limits>
 
-#include "interface/subscript_check.hpp"
+#include "ground/subscript_check.hpp"
 #include "sparse/minimum_degree.hpp"
 #include "sparse/supernodes.hpp"
 #include "sparse/work_layout.hpp"

@@ -1,7 +1,7 @@
 // Phase 1: fill-reducing ordering and supernode partition.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

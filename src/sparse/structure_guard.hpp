@@ -1,7 +1,7 @@
 // Recognises a WORK that was changed between the solver's steps.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "sparse/front_layout.hpp"
+#include "sparse/kernels/front_layout.hpp"
 
 namespace tornwalzen {
 

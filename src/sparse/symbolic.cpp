@@ -7,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-#include "sparse/front_layout.hpp"
+#include "sparse/kernels/front_layout.hpp"
 #include "sparse/ordering.hpp"
 #include "sparse/work_layout.hpp"
 

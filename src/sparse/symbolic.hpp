@@ -1,7 +1,7 @@
 // Phase 2: the compressed subscripts of the factor and the places of update matrices in their parents' fronts.
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

@@ -11,7 +11,7 @@
 //   phase 3            the same | XUPPER NEQ | COLIDX NNZ-NEQ | BIGMAP NEQ
 #pragma once
 
-#include "interface/array_view.hpp"
+#include "ground/array_view.hpp"
 
 namespace tornwalzen {
 

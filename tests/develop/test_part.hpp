@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "interface/driver_arrays.hpp"
-#include "interface/run_state.hpp"
+#include "ground/driver_arrays.hpp"
+#include "ground/run_state.hpp"
 #include "tornwalzen.h"
 
 namespace tornwalzen::test {

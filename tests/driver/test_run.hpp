@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "develop/test_part.hpp"
-#include "interface/material_setup.hpp"
-#include "sparse/loesys.hpp"
+#include "material/material_setup.hpp"
+#include "sparse/phases.hpp"
 
 namespace tornwalzen::test {
 

@@ -11,8 +11,8 @@
 #include <type_traits>
 
 #include "dual.hpp"
-#include "interface/material_setup.hpp"
-#include "interface/run_options.hpp"
+#include "material/material_setup.hpp"
+#include "ground/run_options.hpp"
 
 namespace reference {
 

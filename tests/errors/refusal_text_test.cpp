@@ -8,7 +8,7 @@
 
 #include "errors/hostile_host.hpp"
 #include "errors/refused_memory.hpp"
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 
 namespace {
 

@@ -4,12 +4,12 @@
 #include <cstdlib>
 #include <string>
 
-#include "failure.hpp"
+#include "system/failure.hpp"
 #include "fuzz/fuzz_target.hpp"
-#include "hold.hpp"
-#include "mesh_check.hpp"
-#include "obj_reader.hpp"
-#include "stl_reader.hpp"
+#include "run/hold.hpp"
+#include "mesh/mesh_check.hpp"
+#include "mesh/obj_reader.hpp"
+#include "mesh/stl_reader.hpp"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "fuzz/byte_source.hpp"
 #include "fuzz/fuzz_target.hpp"
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 #include "tornwalzen.h"
 
 namespace {

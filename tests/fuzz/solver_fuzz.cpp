@@ -9,8 +9,8 @@
 
 #include "fuzz/byte_source.hpp"
 #include "fuzz/fuzz_target.hpp"
-#include "interface/run_state.hpp"
-#include "sparse/loesys.hpp"
+#include "ground/run_state.hpp"
+#include "sparse/phases.hpp"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <string>
 
 #include "golden/sample_parts.hpp"
-#include "interface/run_state.hpp"
-#include "sparse/dense_kernels.hpp"
+#include "ground/run_state.hpp"
+#include "sparse/kernels/dense_kernels.hpp"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "golden/sample_parts.hpp"
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "golden/sample_parts.hpp"
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Who may include whom. The run flows downwards: entry points, driver, then development, elements and solver,
-# which never include one another; all may stand on the ground of src/interface/.
+# which never include one another; elements stand on the material, all on the ground.
 # usage: include_rules.sh PROJECT_FOLDER | include_rules.sh --self-test
 set -euo pipefail
 
@@ -14,18 +14,24 @@ includes() {
 
 # The pattern of quoted headers that a file may include.
 allowed() {
-  local ground='interface/(array_view|driver_arrays|fixed_fields|material_setup|messages|progress|run_options|run_record|run_state|subscript_check)\.hpp|tornwalzen(_[a-z]+)?\.h'
+  local api='tornwalzen(_[a-z]+)?\.h'
+  local ground="ground/.*|$api"
   case $1 in
-    src/interface/osinit.cpp|src/interface/osmain.cpp|src/interface/extension_results.cpp) echo "$ground|interface/.*|driver/.*|sparse/loe(ini|sys)\.hpp" ;;
-    src/interface/*) echo "interface/.*|tornwalzen(_[a-z]+)?\.h" ;;
-    src/driver/*)    echo "$ground|driver/.*|develop/.*|element/.*|sparse/.*" ;;
-    src/develop/*)   echo "$ground|develop/.*" ;;
-    src/element/*)   echo "$ground|element/.*" ;;
+    src/ground/*)    echo "ground/.*|$api" ;;
+    src/material/*)  echo "$ground|material/.*" ;;
+    src/element/*)   echo "$ground|material/.*|element/.*" ;;
     src/sparse/*)    echo "$ground|sparse/.*" ;;
+    src/develop/*)   echo "$ground|develop/.*" ;;
+    src/driver/*)    echo "$ground|driver/.*|develop/.*|element/.*|material/.*|sparse/.*" ;;
+    src/interface/*) echo "$ground|driver/[a-z_]+\.hpp|material/[a-z_]+\.hpp|element/element_strains\.hpp|sparse/(pattern|phases)\.hpp" ;;
     src/deckio/*)    echo "$ground|deckio/.*" ;;
-    app/*)           echo "tornwalzen(_[a-z]+)?\.h|[a-z_0-9]+\.hpp" ;;
+    app/main.cpp|app/command/*) echo "$api|(command|run|mesh|result|system)/.*" ;;
+    app/run/*)       echo "$api|(command|run|mesh|system)/.*" ;;
+    app/result/*)    echo "$api|(command|run|result|mesh|system)/.*" ;;
+    app/mesh/*)      echo "$api|(mesh|system)/.*" ;;
+    app/system/*)    echo "system/.*" ;;
     samples/*)       echo "[a-z_0-9]+\.hpp" ;;
-    include/*)       echo "tornwalzen(_[a-z]+)?\.h" ;;
+    include/*)       echo "$api" ;;
   esac
 }
 
@@ -69,24 +75,30 @@ selfTest() {
       echo "$file with $header: $verdict, should be $wanted"; exit 1
     fi
   done <<'CASES'
-refused src/element/a.cpp "sparse/loesys.hpp"
+refused src/element/a.cpp "sparse/phases.hpp"
 refused src/sparse/a.cpp "element/element.hpp"
 refused src/develop/a.hpp "driver/inverse_driver.hpp"
 refused src/driver/a.cpp "interface/osmain.hpp"
-refused src/interface/messages.cpp "driver/inverse_driver.hpp"
+refused src/ground/messages.cpp "driver/inverse_driver.hpp"
+refused src/ground/a.hpp "material/flow_curve.hpp"
+refused src/material/a.hpp "element/density.hpp"
 refused src/interface/osmain.cpp "element/element.hpp"
 refused src/interface/osinit.cpp "sparse/ordering.hpp"
 refused src/element/a.cpp <Eigen/Dense>
 refused include/tornwalzen.h <vector.hpp>
-refused app/a.cpp "interface/run_state.hpp"
+refused app/run/a.cpp "ground/run_state.hpp"
+refused app/mesh/a.cpp "run/hold.hpp"
+refused app/mesh/a.cpp "result/results.hpp"
+refused app/system/a.cpp "mesh/mesh.hpp"
 refused samples/a.cpp "tornwalzen.h"
 allowed src/driver/a.cpp "element/element.hpp"
+allowed src/element/a.cpp "material/flow_curve.hpp"
 allowed src/interface/osmain.cpp "driver/inverse_driver.hpp"
-allowed src/interface/osinit.cpp "sparse/loeini.hpp"
-allowed src/sparse/a.cpp "interface/run_state.hpp"
+allowed src/interface/osinit.cpp "sparse/pattern.hpp"
+allowed src/sparse/a.cpp "ground/run_state.hpp"
 allowed src/sparse/a.cpp <cstdint>
-allowed app/a.cpp "tornwalzen.h"
-allowed app/a.cpp <CLI/CLI.hpp>
+allowed app/run/a.cpp "tornwalzen.h"
+allowed app/command/a.cpp <CLI/CLI.hpp>
 CASES
   echo 'the rules refuse and accept as they should'
 }

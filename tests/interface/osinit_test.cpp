@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "interface/run_state.hpp"
+#include "ground/run_state.hpp"
 #include "tornwalzen.h"
 
 namespace {

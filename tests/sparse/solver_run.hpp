@@ -6,8 +6,8 @@
 #include <random>
 #include <vector>
 
-#include "interface/run_state.hpp"
-#include "sparse/loesys.hpp"
+#include "ground/run_state.hpp"
+#include "sparse/phases.hpp"
 
 namespace tornwalzen::testing_support {
 

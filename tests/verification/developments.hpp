@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "blank_error.hpp"
-#include "extension/parts.hpp"
+#include "interface/parts.hpp"
 #include "tornwalzen_ext.h"
 
 namespace verification {

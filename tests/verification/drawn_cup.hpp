@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "extension/parts.hpp"
+#include "interface/parts.hpp"
 
 namespace verification {
 

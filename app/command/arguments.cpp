@@ -1,0 +1,117 @@
+// The command line; see the header.
+#include "command/arguments.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include "system/failure.hpp"
+
+namespace host {
+
+namespace {
+
+constexpr const char* partDescription =
+    "mesh of the part: Wavefront OBJ or STL, triangles, drawn along z; or a mesh deck";
+
+void describeHold(CLI::App* command, std::string& hold) {
+  command
+      ->add_option(
+          "--hold", hold,
+          "unknowns that are held: auto; x0, y0 or x0,y0 (symmetry planes); deck (what the mesh deck "
+          "holds); or a file with one equation number per line (2n-1 is u, 2n is v of node n); "
+          "default: deck for a mesh deck, else auto")
+      ->type_name("auto|x0|y0|x0,y0|deck|FILE");
+}
+
+void describeLargest(CLI::App* command, bool& largest) {
+  command->add_flag("--largest", largest, "of several pieces take the one with the most triangles");
+}
+
+void describeMaterial(CLI::App* solve, SolveOptions& options) {
+  solve
+      ->add_option("--material", options.material,
+                   "flow curve 0, 1 or 2 (plastic work), or 10 (geometric, no material)")
+      ->check(CLI::IsMember({0, 1, 2, 10}))
+      ->capture_default_str();
+  CLI::Option* curve = solve->add_option("--curve", options.curve,
+                                         "own flow curve in place of the material's: a table of plastic "
+                                         "strain and flow stress (MPa), 3 to 49 points");
+  curve->type_name("FILE.csv");
+  solve
+      ->add_option(
+          "--law", options.law,
+          "own flow curve as a hardening law, stresses in MPa: hollomon:K=,n= swift:K=,e0=,n= "
+          "ludwik:s0=,K=,n= voce:s0=,ss=,rate= hockett-sherby:s0=,ss=,rate=,n= (to= the strain it is "
+          "tabulated to)")
+      ->type_name("swift:K=549.03,e0=0.007,n=0.22")
+      ->excludes(curve);
+  solve->add_option("--r", options.r, "mean normal anisotropy of the sheet")->capture_default_str();
+}
+
+void describeMethod(CLI::App* solve, SolveOptions& options) {
+  solve
+      ->add_option("--energy", options.energy,
+                   "the area that weighs an element's energy: its place on the part or in the blank")
+      ->check(CLI::IsMember({"part", "blank"}))
+      ->capture_default_str();
+  solve
+      ->add_option(
+          "--tolerance", options.tolerance,
+          "factors of the gradient tolerance, of the final increment and of those before it, above 0 and "
+          "at most 1; default: 0.001,1, and where that does not converge the run is repeated with "
+          "0.001,0.1 and 0.001,0.01")
+      ->type_name("FINAL[,PATH]");
+  solve->add_option("--unit", options.unit, "unit of the part's coordinates and of the results")
+      ->check(CLI::IsMember({"mm", "cm", "m", "inch"}))
+      ->capture_default_str();
+}
+
+void describeSolve(CLI::App& app, SolveOptions& options) {
+  CLI::App* solve = app.add_subcommand("solve", "Find the flat blank of a formed part.");
+  solve->add_option("PART", options.part, partDescription)->required();
+  describeMaterial(solve, options);
+  describeMethod(solve, options);
+  describeHold(solve, options.hold);
+  solve->add_option("--out", options.out, "folder for the results (default: the part's name with _blank)")
+      ->type_name("DIR");
+  describeLargest(solve, options.largest);
+  solve->add_flag("--eben", options.eben,
+                  "write the blank as eben.t51 too (up to 99999 nodes and triangles)");
+  solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too");
+  solve->add_flag("--verbose", options.verbose, "show the library's messages");
+}
+
+CLI::App* describeDeck(CLI::App& app, DeckOptions& options) {
+  CLI::App* deck = app.add_subcommand("deck", "Write a part and its held unknowns as a mesh deck.");
+  deck->add_option("PART", options.part,
+                   std::string(partDescription) + "; without it, the name of a deck is asked for");
+  deck->add_option("-o,--output", options.out, "deck to write; without it, only tell what the part holds")
+      ->type_name("FILE");
+  describeHold(deck, options.hold);
+  describeLargest(deck, options.largest);
+  return deck;
+}
+
+}  // namespace
+
+Arguments readArguments(int argc, const char* const* argv) {
+  Arguments arguments;
+  CLI::App app("Inverse analysis of sheet-metal forming: from the finished part to its flat blank.",
+               "tornwalzen");
+  app.set_version_flag("--version", "tornwalzen " TORNWALZEN_VERSION);
+  app.require_subcommand(1);
+  app.footer(
+      "Results of solve: blank.obj, part.vtu, blank.vtu, summary.json, tornwalzen.log.\n"
+      "Exit status: 0 converged, 1 refused or not written, 2 not converged, 3 the library failed.");
+  describeSolve(app, arguments.solve);
+  const CLI::App* deck = describeDeck(app, arguments.deck);
+  try {
+    app.parse(argc, argv);
+    if (deck->parsed()) arguments.command = Command::deck;
+  } catch (const CLI::ParseError& outcome) {
+    arguments.done = true;
+    arguments.status = app.exit(outcome) == 0 ? exitConverged : exitRefused;
+  }
+  return arguments;
+}
+
+}  // namespace host

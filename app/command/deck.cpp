@@ -1,0 +1,43 @@
+// The command `tornwalzen deck`: a part into a mesh deck, or a look into one.
+#include "command/deck.hpp"
+
+#include <cstdio>
+
+#include "mesh/deck_reader.hpp"
+#include "result/deck_writer.hpp"
+#include "system/failure.hpp"
+#include "run/hold.hpp"
+#include "system/input_file.hpp"
+#include "mesh/mesh_check.hpp"
+#include "mesh/mesh_file.hpp"
+#include "system/text.hpp"
+#include "tornwalzen_deck.h"
+
+namespace host {
+
+namespace {
+
+// The deck that the user names when asked.
+Mesh askForDeck() {
+  char name[TORNWALZEN_DECK_NAME_LENGTH + 1];
+  TornwalzenDeckError error;
+  if (tornwalzenDeckAskName(name, &error) != TORNWALZEN_DECK_OK)
+    throw Failure("no name of a deck on standard input");
+  return readDeck(readInputFile(name), name);
+}
+
+}  // namespace
+
+int deck(const DeckOptions& options) {
+  const Part part =
+      checkMesh(options.part.empty() ? askForDeck() : readMeshFile(options.part), options.largest);
+  const Hold hold = holdUnknowns(part, holdRule(part, options.hold));
+  if (!options.out.empty()) writeDeck(options.out, part, hold);
+  // Not on standard output when the deck goes there.
+  std::fprintf(options.out.empty() ? stdout : stderr, "%s: %s, %s, %s\n", part.file.c_str(),
+               counted(part.nodes(), "node").c_str(), counted(part.elements(), "triangle").c_str(),
+               counted(hold.held, "held unknown").c_str());
+  return exitConverged;
+}
+
+}  // namespace host

@@ -1,0 +1,59 @@
+// From the texts of the options to the library's settings; see the header.
+#include "command/run_settings.hpp"
+
+#include "system/failure.hpp"
+#include "command/flow_curve.hpp"
+#include "system/text.hpp"
+#include "tornwalzen_ext.h"
+
+namespace host {
+
+namespace {
+
+constexpr int geometricMaterial = 10;
+constexpr const char* defaultTolerance = "0.001,1";
+
+void readTolerance(const std::string& text, RunSettings& settings) {
+  const std::size_t comma = text.find(',');
+  settings.pathFactor = 1.0;
+  if (!readReal(text.substr(0, comma), settings.finalFactor) ||
+      (comma != std::string::npos && !readReal(text.substr(comma + 1), settings.pathFactor)))
+    throw Failure("--tolerance wants FINAL or FINAL,PATH, not \"" + shown(text) + "\"");
+}
+
+void expectAccepted(int code, const std::string& option) {
+  if (code != TORNWALZEN_OK) throw Failure(option + ": " + tornwalzen_error_text(code, 1));
+}
+
+}  // namespace
+
+RunSettings settingsOf(const SolveOptions& options) {
+  RunSettings settings;
+  settings.material = options.material;
+  settings.r = options.r;
+  settings.partReference = options.energy == "part";
+  settings.mayRepeat = options.tolerance.empty();
+  readTolerance(settings.mayRepeat ? defaultTolerance : options.tolerance, settings);
+  const bool ownCurve = !options.curve.empty() || !options.law.empty();
+  if (options.material == geometricMaterial && (ownCurve || options.r != 1.0))
+    throw Failure(
+        "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
+  if (!options.curve.empty()) settings.curve = readFlowCurve(options.curve);
+  if (!options.law.empty()) settings.curve = hardeningLaw(options.law);
+  applySettings(settings);  // refused before anything is computed
+  return settings;
+}
+
+void applySettings(const RunSettings& settings) {
+  expectAccepted(tornwalzen_reset(), "reset");
+  const FlowCurve& curve = settings.curve;
+  if (!curve.strain.empty())
+    expectAccepted(tornwalzen_set_flow_curve(settings.material, static_cast<int>(curve.strain.size()),
+                                             curve.strain.data(), curve.stress.data()),
+                   curve.source);
+  expectAccepted(tornwalzen_set_normal_anisotropy(settings.r), "--r");
+  expectAccepted(tornwalzen_set_energy_reference(settings.partReference ? 1 : 0), "--energy");
+  expectAccepted(tornwalzen_set_tolerance_factors(settings.finalFactor, settings.pathFactor), "--tolerance");
+}
+
+}  // namespace host

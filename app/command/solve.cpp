@@ -1,0 +1,129 @@
+// The command `tornwalzen solve`: from the mesh file to the result files.
+#include "command/solve.hpp"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+
+#include "result/deck_writer.hpp"
+#include "system/failure.hpp"
+#include "run/hold.hpp"
+#include "run/library_run.hpp"
+#include "mesh/mesh_check.hpp"
+#include "mesh/mesh_file.hpp"
+#include "result/obj_writer.hpp"
+#include "run/output_capture.hpp"
+#include "run/progress_view.hpp"
+#include "result/result_files.hpp"
+#include "result/results.hpp"
+#include "run/run_log.hpp"
+#include "result/run_report.hpp"
+#include "result/summary.hpp"
+#include "system/text.hpp"
+#include "result/verdict.hpp"
+#include "result/vtu_writer.hpp"
+
+namespace host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string outputFolder(const SolveOptions& options) {
+  if (!options.out.empty()) return options.out;
+  return fs::path(options.part).stem().string() + "_blank";  // in the working folder
+}
+
+void tellAboutMesh(const Part& part) {
+  if (part.filePieces > 1)
+    std::fprintf(stderr, "took the largest of %lld pieces: %lld of %lld triangles\n",
+                 static_cast<long long>(part.filePieces), static_cast<long long>(part.elements()),
+                 static_cast<long long>(part.fileElements));
+  if (part.turned > 0)
+    std::fprintf(stderr, "turned %s to the orientation of the others\n",
+                 counted(part.turned, "triangle").c_str());
+}
+
+// The run, with the library's messages in the log and its progress on the screen.
+RunOutput runWithMessages(const Part& part, const Hold& hold, const RunSettings& settings, bool verbose,
+                          RunLog& log) {
+  const bool terminal = ::isatty(STDERR_FILENO) == 1 && !verbose;  // messages would tear the bar
+  ProgressView view(terminal);
+  const int screen = verbose ? ::dup(STDOUT_FILENO) : -1;
+  RunOutput run;
+  {
+    const OutputCapture capture([&](std::string_view line) { log.take(line, screen); });
+    run = runLibrary(part, hold, settings, [&](const ProgressRecord& record) { view.update(record); });
+  }
+  view.finish();
+  if (screen >= 0) ::close(screen);
+  return run;
+}
+
+// The run, and where it does not converge and the user left the tolerance to the program, the same with the
+// intermediate increments brought closer to equilibrium. settings: in and out, those of the last run; runs:
+// out, their number.
+RunOutput runUntilConverged(const Part& part, const Hold& hold, const SolveOptions& options, RunLog& log,
+                            RunSettings& settings, int& runs) {
+  RunOutput run = runWithMessages(part, hold, settings, options.verbose, log);
+  runs = 1;
+  for (const double factor : {0.1, 0.01}) {
+    if (!settings.mayRepeat || !tighterPathMayHelp(part, run)) break;
+    settings.pathFactor = factor;
+    std::fprintf(stderr,
+                 "not converged: %s\nrepeating with the tolerance of the increments on the way times %s\n",
+                 judge(part, run).reason.c_str(), decimal(factor).c_str());
+    run = runWithMessages(part, hold, settings, options.verbose, log);
+    ++runs;
+  }
+  return run;
+}
+
+void writeResults(const RunReport& report, const SolveOptions& options) {
+  ResultFiles files(report.folder);
+  files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
+  files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part); });
+  files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank); });
+  files.add("summary.json", [&](FileWriter& file) { file.write(summaryJson(report)); });
+  if (options.eben)
+    files.add("eben.t51", [&](FileWriter& file) { writeFlatBlank(file, report.run.corners, report.run.RX); });
+  if (options.ebenStart)
+    files.add("eben_start.t51",
+              [&](FileWriter& file) { writeFlatBlank(file, report.run.corners, report.run.startingBlank); });
+  files.putIntoPlace();
+}
+
+}  // namespace
+
+int solve(const SolveOptions& options) {
+  RunSettings settings = settingsOf(options);
+  const Unit unit = unitOf(options.unit);
+  const Part part = checkMesh(readMeshFile(options.part), options.largest);
+  tellAboutMesh(part);
+  if (options.eben || options.ebenStart) checkFlatBlankFits(part);
+  const std::string rule = holdRule(part, options.hold);
+  const Hold hold = holdUnknowns(part, rule);
+
+  const std::string warning = sizeWarning(part, unit);
+  if (!warning.empty()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
+  const std::string folder = outputFolder(options);
+  makeFolder(folder);
+  RunLog log((fs::path(folder) / "tornwalzen.log").string());
+  int runs;
+  RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options, log, settings, runs);
+  convertBlanks(run, unit);
+  const Verdict verdict = judge(part, run);
+  if (!blankIsFinite(run))
+    throw Failure("the run gave no usable blank: " + verdict.reason + "; no result file was written",
+                  exitRunFailed);
+
+  const Results results = computeResults(part, run);
+  const RunReport report{part, hold, run, results, verdict, settings, runs, unit, rule, folder};
+  writeResults(report, options);
+  std::fputs(summaryTable(report).c_str(), stdout);
+  if (!log.problem().empty()) throw Failure(log.problem());
+  return verdict.status;
+}
+
+}  // namespace host

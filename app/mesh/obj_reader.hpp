@@ -1,0 +1,23 @@
+// Reads the triangles of a Wavefront OBJ file: `v` and `f` lines; everything else in the file is skipped.
+//
+// Nodes keep the file's order, whether a face uses them or not, because users map the results back node by
+// node. Faces are read by tinyobjloader. It takes an unreadable number for zero without a word and rounds the
+// last digits of a coordinate, so each `v` and `f` line is first checked, and the coordinates read, by this
+// file.
+#ifndef TORNWALZEN_APP_OBJ_READER_HPP
+#define TORNWALZEN_APP_OBJ_READER_HPP
+
+#include <string>
+
+#include "mesh/mesh.hpp"
+
+namespace host {
+
+// content: the file's bytes; file: its name for messages. Negative (relative) node numbers are resolved.
+// Throws Failure, naming line, node or element: a word that is not a number, fewer than three coordinates, a
+// face that is not a triangle, no face at all.
+Mesh readObj(const std::string& content, const std::string& file);
+
+}  // namespace host
+
+#endif

@@ -1,0 +1,16 @@
+// Writes the blank as a Wavefront OBJ file.
+#ifndef TORNWALZEN_APP_OBJ_WRITER_HPP
+#define TORNWALZEN_APP_OBJ_WRITER_HPP
+
+#include "result/result_files.hpp"
+#include "result/run_report.hpp"
+
+namespace host {
+
+// The blank (mm, z = 0) with all nodes of the part's file in their order, in the shortest decimals that read
+// back to the same bits, and the triangles of the run. An unconverged blank says so in its head.
+void writeBlankObj(FileWriter& file, const RunReport& report);
+
+}  // namespace host
+
+#endif

@@ -1,0 +1,108 @@
+// The results of a run per element and per node; see the header.
+#include "result/results.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace host {
+
+namespace {
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+using Vector = std::array<double, 3>;
+
+Vector difference(const std::vector<double>& points, std::int32_t to, std::int32_t from) {
+  Vector d{};
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    d[axis] = points[3 * static_cast<std::size_t>(to) - 3 + axis] -
+              points[3 * static_cast<std::size_t>(from) - 3 + axis];
+  return d;
+}
+
+Vector crossProduct(const Vector& a, const Vector& b) {
+  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
+void computeElements(const RunOutput& run, const std::vector<double>& partPoints, Results& results) {
+  const std::size_t elements = run.corners.size() / 3;
+  for (std::size_t e = 0; e < elements; ++e) {
+    const std::int32_t i = run.corners[3 * e], j = run.corners[3 * e + 1], k = run.corners[3 * e + 2];
+    const Vector normal = crossProduct(difference(partPoints, j, i), difference(partPoints, k, i));
+    const Vector flat =
+        crossProduct(difference(results.blankPoints, j, i), difference(results.blankPoints, k, i));
+    const double partArea = 0.5 * std::hypot(normal[0], normal[1], normal[2]), blankArea = 0.5 * flat[2];
+    const double ratio = blankArea > 0.0 ? blankArea / partArea : notANumber;
+    results.partArea.push_back(partArea);
+    results.blankArea.push_back(blankArea);
+    results.thicknessRatio.push_back(ratio);
+    results.thicknessStrain.push_back(std::log(ratio));
+    results.minusTraceE.push_back(run.EVAL[5 * e]);
+    results.density.push_back(run.EVAL[5 * e + 1]);
+    results.smallestAngle.push_back(run.EVAL[5 * e + 2]);
+    results.partAreaTotal += partArea;
+    results.blankAreaTotal += blankArea;
+    if (!(blankArea > 0.0)) ++results.folded;
+  }
+}
+
+void findExtremes(Results& results) {
+  const std::vector<double>& ratio = results.thicknessRatio;
+  for (std::size_t e = 0; e < ratio.size(); ++e) {
+    if (std::isnan(ratio[e])) continue;
+    const auto number = static_cast<std::int64_t>(e) + 1;
+    if (results.thinnest == 0 || ratio[e] < ratio[static_cast<std::size_t>(results.thinnest) - 1])
+      results.thinnest = number;
+    if (results.thickest == 0 || ratio[e] > ratio[static_cast<std::size_t>(results.thickest) - 1])
+      results.thickest = number;
+  }
+}
+
+void computeNodes(const Part& part, const RunOutput& run, Results& results) {
+  const auto nodes = static_cast<std::size_t>(part.nodes());
+  std::vector<double> weight(nodes, 0.0);
+  results.nodeThicknessStrain.assign(nodes, 0.0);
+  for (std::size_t c = 0; c < run.corners.size(); ++c) {
+    const std::size_t e = c / 3, n = static_cast<std::size_t>(run.corners[c]) - 1;
+    if (std::isnan(results.thicknessStrain[e])) continue;
+    weight[n] += results.partArea[e];
+    results.nodeThicknessStrain[n] += results.partArea[e] * results.thicknessStrain[e];
+  }
+  for (std::size_t n = 0; n < nodes; ++n)
+    results.nodeThicknessStrain[n] =
+        weight[n] > 0.0 ? results.nodeThicknessStrain[n] / weight[n] : notANumber;
+  for (std::size_t k = 0; k < results.blankPoints.size(); ++k)
+    results.displacement.push_back(part.points[k] - results.blankPoints[k]);
+}
+
+double boxSide(const Part& part, const std::vector<double>& points, std::size_t axis) {
+  double low = std::numeric_limits<double>::infinity(), high = -low;
+  for (std::size_t n = 0; n < part.inTriangle.size(); ++n) {
+    if (!part.inTriangle[n]) continue;
+    low = std::min(low, points[3 * n + axis]);
+    high = std::max(high, points[3 * n + axis]);
+  }
+  return high - low;
+}
+
+}  // namespace
+
+bool blankIsFinite(const RunOutput& run) {
+  return std::all_of(run.RX.begin(), run.RX.end(), [](double position) { return std::isfinite(position); });
+}
+
+Results computeResults(const Part& part, const RunOutput& run) {
+  Results results;
+  for (std::size_t n = 0; n < run.RX.size(); n += 2)
+    results.blankPoints.insert(results.blankPoints.end(), {run.RX[n], run.RX[n + 1], 0.0});
+  computeElements(run, part.points, results);
+  findExtremes(results);
+  computeNodes(part, run, results);
+  results.blankSizeX = boxSide(part, results.blankPoints, 0);
+  results.blankSizeY = boxSide(part, results.blankPoints, 1);
+  return results;
+}
+
+}  // namespace host

@@ -1,0 +1,32 @@
+// All that a run leaves for its result files and the screen.
+#ifndef TORNWALZEN_APP_RUN_REPORT_HPP
+#define TORNWALZEN_APP_RUN_REPORT_HPP
+
+#include <string>
+
+#include "run/hold.hpp"
+#include "run/library_run.hpp"
+#include "mesh/mesh_check.hpp"
+#include "result/results.hpp"
+#include "command/run_settings.hpp"
+#include "result/unit.hpp"
+#include "result/verdict.hpp"
+
+namespace host {
+
+struct RunReport {
+  const Part& part;
+  const Hold& hold;
+  const RunOutput& run;
+  const Results& results;
+  const Verdict& verdict;
+  const RunSettings& settings;  // of the last run
+  int runs;                     // runs made until one converged, or to the last
+  const Unit& unit;             // of part, blank and results
+  std::string holdRule;         // as the user gave it
+  std::string folder;           // of the result files
+};
+
+}  // namespace host
+
+#endif

@@ -1,0 +1,146 @@
+// The summary of a run; see the header.
+#include "result/summary.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include "system/text.hpp"
+
+namespace host {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// element: number in the run from 1, 0 if there is none.
+Json elementJson(const RunReport& report, std::int64_t element) {
+  if (element == 0) return nullptr;
+  const auto e = static_cast<std::size_t>(element) - 1;
+  return {{"element_number_in_file", report.part.fileElement[e]},
+          {"thickness_ratio_Ablank_by_Apart", report.results.thicknessRatio[e]},
+          {"thickness_strain_ln_Ablank_by_Apart", report.results.thicknessStrain[e]}};
+}
+
+Json timesJson(const PhaseTimes& times) {
+  return {{"structure_s", times.structure},
+          {"ordering_s", times.ordering},
+          {"symbolic_s", times.symbolic},
+          {"development_s", times.development},
+          {"increments_s", times.increments}};
+}
+
+std::string elementText(const RunReport& report, std::int64_t element) {
+  if (element == 0) return "none; all are folded over";
+  const auto e = static_cast<std::size_t>(element) - 1;
+  return "element " + std::to_string(report.part.fileElement[e]) + ", t/t0 " +
+         fixedDecimal(report.results.thicknessRatio[e], 4) + ", thickness strain " +
+         fixedDecimal(report.results.thicknessStrain[e], 4);
+}
+
+std::string settingsText(const RunSettings& settings) {
+  return "material " + std::to_string(settings.material) +
+         (settings.curve.source.empty() ? "" : " as " + settings.curve.source) + ", r " +
+         decimal(settings.r) + ", energy " + (settings.partReference ? "part" : "blank") + ", tolerance " +
+         decimal(settings.finalFactor) + "," + decimal(settings.pathFactor);
+}
+
+// A run may find its way back after increments that were taken as they were; but then it may also have ended
+// in another equilibrium, far from the blank.
+std::string convergedText(const RunReport& report) {
+  if (!report.verdict.converged) return "NO: " + report.verdict.reason;
+  const std::int32_t unconverged = report.run.report.accepted_unconverged;
+  if (unconverged == 0) return "yes";
+  return "yes, but " + counted(unconverged, "increment") +
+         " on the way did not; check the largest strain, and compare with --tolerance 0.001,0.1";
+}
+
+std::string seconds(double value) {
+  return fixedDecimal(value, 2) + " s";
+}
+
+}  // namespace
+
+std::string summaryJson(const RunReport& report) {
+  const Results& results = report.results;
+  const TornwalzenReport& run = report.run.report;
+  Json json;
+  json["program"] = "tornwalzen " TORNWALZEN_VERSION;
+  json["part"] = report.part.file;
+  json["converged"] = report.verdict.converged;
+  json["reason"] = report.verdict.converged ? Json(nullptr) : Json(report.verdict.reason);
+  json["material"] = report.settings.material;
+  json["flow_curve"] =
+      report.settings.curve.source.empty() ? Json("built in") : Json(report.settings.curve.source);
+  json["normal_anisotropy"] = report.settings.r;
+  json["energy_reference"] = report.settings.partReference ? "part" : "blank";
+  json["tolerance_factors"] = {report.settings.finalFactor, report.settings.pathFactor};
+  json["unit"] = report.unit.name;
+  json["hold"] = report.holdRule;
+  json["held_unknowns"] = report.hold.held;
+  json["nodes"] = report.part.nodes();
+  json["triangles"] = report.part.elements();
+  json["triangles_in_file"] = report.part.fileElements;
+  json["pieces_in_file"] = report.part.filePieces;
+  json["triangles_turned"] = report.part.turned;
+  json["matrix_entries"] = report.run.matrixEntries;
+  const std::string& unit = report.unit.name;
+  json["part_area_" + unit + "2"] = results.partAreaTotal;
+  json["blank_area_" + unit + "2"] = results.blankAreaTotal;
+  json["blank_size_x_" + unit] = results.blankSizeX;
+  json["blank_size_y_" + unit] = results.blankSizeY;
+  json["thinnest"] = elementJson(report, results.thinnest);
+  json["thickest"] = elementJson(report, results.thickest);
+  json["triangles_folded_in_blank"] = results.folded;
+  json["largest_equivalent_strain"] = run.largest_strain;
+  json["largest_strain_beyond_flow_curve"] = run.beyond_curve == 1;
+  json["runs"] = report.runs;
+  json["increments"] = run.increments;
+  json["repeated_increments"] = run.repeats;
+  json["increments_accepted_unconverged"] = run.accepted_unconverged;
+  json["newton_iterations"] = run.newton_iterations;
+  json["progress_reached"] = run.progress;
+  json["last_largest_gradient_mm"] = run.newton_iterations > 0 ? Json(run.last_gradient) : Json(nullptr);
+  json["gradient_tolerance_mm"] = run.newton_iterations > 0 ? Json(run.gradient_limit) : Json(nullptr);
+  json["negative_pivots"] = run.negative_pivots >= 0 ? Json(run.negative_pivots) : Json(nullptr);
+  json["factor_entries"] = run.factor_entries;
+  json["wall_time"] = timesJson(report.run.times);
+  // a file name need not be UTF-8: what is not becomes the replacement character
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string summaryTable(const RunReport& report) {
+  const Results& results = report.results;
+  const PhaseTimes& times = report.run.times;
+  const TornwalzenReport& run = report.run.report;
+  const std::string& unit = report.unit.name;
+  const int digits = report.unit.millimetres < 2.0 ? 2 : 4;  // of lengths
+  std::string table;
+  const auto row = [&](const std::string& name, const std::string& value) {
+    std::string cell = name;
+    cell.resize(20, ' ');
+    table += cell + value + "\n";
+  };
+  row("nodes", std::to_string(report.part.nodes()));
+  row("triangles", std::to_string(report.part.elements()));
+  row("blank size", fixedDecimal(results.blankSizeX, digits) + " x " +
+                        fixedDecimal(results.blankSizeY, digits) + " " + unit);
+  row("blank area", fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "2 (part " +
+                        fixedDecimal(results.partAreaTotal, digits - 1) + " " + unit + "2)");
+  row("thinnest", elementText(report, results.thinnest));
+  row("thickest", elementText(report, results.thickest));
+  if (results.folded > 0) row("folded over", counted(results.folded, "triangle") + " of the blank");
+  row("largest strain", fixedDecimal(run.largest_strain, 4) + " (equivalent" +
+                            (run.beyond_curve == 1 ? ", BEYOND the data of the flow curve)" : ")"));
+  row("settings", settingsText(report.settings));
+  row("increments", std::to_string(run.increments) + " (" + counted(run.repeats, "repeat") + ")");
+  row("Newton iterations",
+      std::to_string(run.newton_iterations) +
+          (report.runs > 1 ? " (in the last of " + std::to_string(report.runs) + " runs)" : ""));
+  row("time", "structure " + seconds(times.structure) + ", ordering " + seconds(times.ordering) +
+                  ", symbolic " + seconds(times.symbolic) + ",");
+  row("", "development " + seconds(times.development) + ", increments " + seconds(times.increments));
+  row("results in", report.folder);
+  row("converged", convergedText(report));
+  return table;
+}
+
+}  // namespace host

@@ -1,0 +1,28 @@
+// Whether a run converged, and if not, why, in words for the user.
+#ifndef TORNWALZEN_APP_VERDICT_HPP
+#define TORNWALZEN_APP_VERDICT_HPP
+
+#include <string>
+
+#include "system/failure.hpp"
+#include "run/library_run.hpp"
+#include "mesh/mesh_check.hpp"
+
+namespace host {
+
+struct Verdict {
+  bool converged = false;
+  std::string reason;  // a sentence without full stop; empty if converged
+  ExitStatus status = exitUnconverged;
+};
+
+// From the library's own report of the run.
+Verdict judge(const Part& part, const RunOutput& run);
+
+// Whether the run may converge if the intermediate increments are brought closer to equilibrium: its
+// increments stalled, and the part is not flat.
+bool tighterPathMayHelp(const Part& part, const RunOutput& run);
+
+}  // namespace host
+
+#endif

@@ -1,0 +1,98 @@
+// Standard streams and signals; see the header. The signal handler uses async-signal-safe calls only.
+#include "system/process.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+namespace host {
+
+namespace {
+
+constexpr std::array<int, 3> endingSignals{SIGINT, SIGTERM, SIGHUP};
+
+// A slot is in use while `used` is set; the path is complete before that.
+struct UnfinishedFile {
+  volatile std::sig_atomic_t used = 0;
+  char path[4096] = {};
+};
+std::array<UnfinishedFile, 16> unfinished;
+
+void removeUnfinishedAndEnd(int signal) {
+  for (const UnfinishedFile& file : unfinished)
+    if (file.used) ::unlink(file.path);
+  constexpr char message[] = "\ntornwalzen: interrupted; no result file was written\n";
+  [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, message, sizeof message - 1);
+  std::signal(signal, SIG_DFL);
+  ::raise(signal);
+}
+
+void setHandler(int signal, void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  sigemptyset(&action.sa_mask);
+  for (const int other : endingSignals) sigaddset(&action.sa_mask, other);
+  sigaction(signal, &action, nullptr);
+}
+
+sigset_t endingSignalSet() {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int signal : endingSignals) sigaddset(&set, signal);
+  return set;
+}
+
+bool isIgnored(int signal) {
+  struct sigaction action {};
+  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
+
+void prepareProcess() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (::fcntl(stream, F_GETFD) == -1) {
+      // the lowest free number is the one that was closed
+      if (::open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY) != stream) std::_Exit(1);
+    }
+  setHandler(SIGPIPE, SIG_IGN);
+  setHandler(SIGXFSZ, SIG_IGN);
+  for (const int signal : endingSignals)
+    if (!isIgnored(signal)) setHandler(signal, removeUnfinishedAndEnd);  // nohup and the like stay in force
+}
+
+bool removeOnSignal(const std::string& path) {
+  for (UnfinishedFile& file : unfinished) {
+    if (file.used || path.size() >= sizeof file.path) continue;
+    std::memcpy(file.path, path.c_str(), path.size() + 1);
+    file.used = 1;
+    return true;
+  }
+  return false;
+}
+
+void keepOnSignal(const std::string& path) {
+  for (UnfinishedFile& file : unfinished)
+    if (file.used && path == file.path) file.used = 0;
+}
+
+SignalsHeldBack::SignalsHeldBack() {
+  const sigset_t set = endingSignalSet();
+  pthread_sigmask(SIG_BLOCK, &set, nullptr);
+}
+
+SignalsHeldBack::~SignalsHeldBack() {
+  const sigset_t set = endingSignalSet();
+  pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+}
+
+void endQuietlyOnSignal() {
+  for (const int signal : endingSignals)
+    if (!isIgnored(signal)) setHandler(signal, SIG_DFL);
+}
+
+}  // namespace host

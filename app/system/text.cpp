@@ -1,0 +1,76 @@
+// Numbers to text and text to numbers; see the header.
+#include "system/text.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+
+namespace host {
+
+std::string decimal(double value) {
+  char buffer[32];
+  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return {buffer, result.ptr};
+}
+
+std::string fixedDecimal(double value, int digits) {
+  char buffer[400];  // 1.8e308 has 309 digits before the point
+  std::snprintf(buffer, sizeof buffer, "%.*f", digits, value);
+  return buffer;
+}
+
+std::string counted(std::int64_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+bool readReal(std::string_view word, double& value) {
+  if (word.size() > 1 && word[0] == '+' && word[1] != '-' && word[1] != '+') word.remove_prefix(1);
+  double read = 0.0;
+  const char* end = word.data() + word.size();
+  const auto result = std::from_chars(word.data(), end, read);
+  if (result.ptr != end || result.ec == std::errc::invalid_argument) return false;
+  // out of range does not say on which side: strtod gives infinity or zero
+  if (result.ec == std::errc::result_out_of_range) read = std::strtod(std::string(word).c_str(), nullptr);
+  value = read;
+  return true;
+}
+
+bool readInteger(std::string_view word, std::int64_t& value) {
+  if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
+  std::int64_t read = 0;
+  const char* end = word.data() + word.size();
+  const auto result = std::from_chars(word.data(), end, read);
+  if (result.ptr != end || result.ec != std::errc{}) return false;
+  value = read;
+  return true;
+}
+
+std::string_view nextWord(std::string_view line, std::size_t& position) {
+  constexpr std::string_view blanks = " \t\r";
+  const std::size_t first = line.find_first_not_of(blanks, position);
+  if (first == std::string_view::npos) {
+    position = line.size();
+    return {};
+  }
+  position = std::min(line.find_first_of(blanks, first), line.size());
+  return line.substr(first, position - first);
+}
+
+bool nextLine(std::string_view content, std::size_t& position, std::string_view& line) {
+  if (position >= content.size()) return false;
+  const std::size_t end = std::min(content.find('\n', position), content.size());
+  line = content.substr(position, end - position);
+  position = end + 1;
+  return true;
+}
+
+std::string shown(std::string_view word) {
+  constexpr std::size_t longest = 40;
+  std::string text;
+  for (const char c : word.substr(0, longest)) text += c >= ' ' && c <= '~' ? c : '?';
+  if (word.size() > longest) text += "...";
+  return text;
+}
+
+}  // namespace host

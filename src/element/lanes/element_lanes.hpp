@@ -1,0 +1,58 @@
+// The element with the plastic-work density for eight triangles at a time, one per lane of the processor's
+// vector registers: the same operations in the same order as elementRoutine and elementMeasure, so the same
+// bits, whatever the width of the registers. One table per instruction set, the widest that the processor has
+// chosen once at load.
+#pragma once
+
+#include "element/density.hpp"
+#include "material/flow_curve.hpp"
+
+namespace tornwalzen {
+
+constexpr int laneCount = 8;
+
+/// Eight triangles. Arrays by lane last.
+struct LaneBatch {
+  // in: edges from corner 1 to corners 2 and 3, of the blank (mm) and of the part (mm)
+  alignas(64) double p[2][laneCount], q[2][laneCount], P[3][laneCount], Q[3][laneCount];
+  // in: twice the areas on the part (mm²), and whether they weigh the density in place of the blank's
+  alignas(64) double WEIGHT[laneCount];
+  bool weighed = false;
+  // out: potential (mm²); with Order::value also density and -(E11 + E22); with Order::gradient and above the
+  // gradient (mm), with Order::hessian the Hessian (dimensionless), shaped as elementRoutine's
+  alignas(64) double POTENTIAL[laneCount], PHI[laneCount], STRAIN[laneCount];
+  alignas(64) double GRADIENT[6][laneCount], HESSIAN[36][laneCount];
+};
+
+/// The flow curve as plain memory.
+struct LaneCurve {
+  Int npkt;
+  const double* FC;     // curveRows × curveColumns, column-major
+  const double* WFULL;  // curveRows
+  StrainWeights weights;
+
+  explicit LaneCurve(const FlowCurve& CURVE)
+      : npkt(CURVE.npkt), FC(CURVE.FC.data()), WFULL(CURVE.WFULL), weights(CURVE.weights) {}
+};
+
+struct ElementLanes {
+  const char* name;
+  void (*evaluate)(Order order, const LaneCurve& curve, LaneBatch& batch);
+};
+
+/// The table in use.
+const ElementLanes& elementLanes();
+
+/// All tables that this processor can run, the portable one first. count: out.
+const ElementLanes* const* availableElementLanes(int& count);
+
+/// Makes `lanes` the table in use (tests and benchmarks).
+void useElementLanes(const ElementLanes& lanes);
+
+extern const ElementLanes portableElementLanes;
+#ifdef TORNWALZEN_X86_KERNELS
+extern const ElementLanes avx2ElementLanes;
+extern const ElementLanes avx512ElementLanes;
+#endif
+
+}  // namespace tornwalzen

@@ -1,0 +1,87 @@
+// What a run did, counted as it goes: the source of the report that a host may ask for. Nothing here is read
+// by the analysis itself.
+#pragma once
+
+#include <ctime>
+
+#include "ground/array_view.hpp"
+
+namespace tornwalzen {
+
+/// How the last run ended; the values are those of tornwalzen_ext.h.
+enum class RunEnd : Int {
+  converged = 0,
+  noRun = 1,    // no analysis since the mesh was taken
+  refused = 2,  // the arguments or an index array were refused
+  running = 3,
+  leftoverError = 4,  // the element error word was set by an earlier run
+  notDeveloped = 5,   // the unfolding did not converge
+  stepTooSmall = 6,
+  finalUnconverged = 7,  // the final increment stalled at the smallest step
+  solverFailed = 8
+};
+
+constexpr int fatalTextLength = 160;
+
+/// Processor seconds of the set-up, kept for the mesh.
+struct SetUpTimes {
+  double structure = 0.0, ordering = 0.0, symbolic = 0.0;
+};
+
+struct RunRecord {
+  RunEnd end = RunEnd::noRun;
+  double progress = 0.0;       // end of the last increment that was accepted, 0..1
+  double lastGradient = 0.0;   // largest free residual component after the last Newton step
+  double gradientLimit = 0.0;  // what it had to meet
+  Int increments = 0, repeats = 0, acceptedUnconverged = 0;
+  Int newtonSteps = 0, lineSearchTrials = 0, factorizations = 0;
+  Int negativePivots = -1;     // of the last factorization; -1: no factor stands
+  double smallestPivot = 0.0;  // by magnitude, of the last factorization
+  Int64 factorEntries = 0;     // of L, diagonal included
+  double factorFlops = 0.0;    // additions and multiplications of one factorization
+  Int unfoldIterations = 0, invertedElements = 0;
+  double largestMeasure = 0.0;  // worst unfolding measure at its end (dimensionless)
+  double largestStrain = 0.0;   // equivalent strain
+  bool beyondCurve = false;     // does it lie beyond the last point of the flow curve's data?
+  double development = 0.0, assembly = 0.0, factorization = 0.0, solve = 0.0, lineSearch = 0.0, total = 0.0;
+  // processor seconds
+  char fatalText[fatalTextLength] = {};  // last fatal text, zero-terminated
+};
+
+extern RunRecord record;
+extern SetUpTimes setUpTimes;
+extern bool analysisRunning;  // an OSMAIN is on the stack: the progress handler's calls come from within it
+
+/// Keeps a fatal text: up to its zero byte, without blanks and the mark "@" at its ends.
+void noteFatalText(const char* text);
+
+/// Adds the processor time of its life to `total` (seconds).
+class ProcessorTime {
+ public:
+  explicit ProcessorTime(double& total) : total_(total), begin_(std::clock()) {}
+  ~ProcessorTime() { total_ += static_cast<double>(std::clock() - begin_) / CLOCKS_PER_SEC; }
+  ProcessorTime(const ProcessorTime&) = delete;
+  ProcessorTime& operator=(const ProcessorTime&) = delete;
+
+ private:
+  double& total_;
+  std::clock_t begin_;
+};
+
+/// One OSMAIN: a fresh record, and the mark that it is running.
+class AnalysisRun {
+ public:
+  AnalysisRun() : outer_(analysisRunning) {
+    record = RunRecord{};
+    record.end = RunEnd::refused;
+    analysisRunning = true;
+  }
+  ~AnalysisRun() { analysisRunning = outer_; }
+  AnalysisRun(const AnalysisRun&) = delete;
+  AnalysisRun& operator=(const AnalysisRun&) = delete;
+
+ private:
+  bool outer_;
+};
+
+}  // namespace tornwalzen

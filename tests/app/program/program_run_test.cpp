@@ -1,0 +1,218 @@
+// Whole runs: what appears on the screen, in the files, and whether it is right.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "app/program/program.hpp"
+#include "app/mesh/sample_meshes.hpp"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+nlohmann::json summaryOf(const ScratchFolder& folder, const std::string& results) {
+  return nlohmann::json::parse(folder.read(results + "/summary.json"));
+}
+
+std::vector<double> verticesOf(const std::string& obj) {
+  std::vector<double> points;
+  std::istringstream text(obj);
+  for (std::string line; std::getline(text, line);)
+    if (line.starts_with("v ")) {
+      std::istringstream numbers(line.substr(2));
+      for (double value; numbers >> value;) points.push_back(value);
+    }
+  return points;
+}
+
+// The system's Python has Debian's packages, another one may come first on the path. Empty: none has VTK.
+std::string pythonWithVtk(const ScratchFolder& folder) {
+  for (const std::string python : {"python3", "/usr/bin/python3"})
+    if (shell(folder, python + " -c 'import vtkmodules.vtkIOXML'").status == 0) return python;
+  return "";
+}
+
+const char* const shearedStl =
+    "solid tile\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 10 0 0\nvertex 10 10 "
+    "2\nendloop\nendfacet\n"
+    "facet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 10 10 2\nvertex 0 10 "
+    "0\nendloop\nendfacet\nendsolid\n";
+
+}  // namespace
+
+TEST(Run, ABentPipeUnrollsToItsRectangle) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(24, 8));
+  const Outcome outcome = tornwalzen(folder, "solve pipe.obj");
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(folder.names("pipe_blank"),
+              ElementsAre("blank.obj", "blank.vtu", "part.vtu", "summary.json", "tornwalzen.log"));
+  const auto json = summaryOf(folder, "pipe_blank");
+  EXPECT_EQ(json["converged"], true);
+  EXPECT_EQ(json["nodes"], 225);
+  EXPECT_EQ(json["triangles"], 384);
+  EXPECT_EQ(json["progress_reached"], 1.0);
+  // 24 chords of the arc are shorter than it by (angle / 24)^2 / 24 of its length; the gradient tolerance
+  // leaves some tenths of a millimetre
+  const double exact = 24 * 2 * 30 * std::sin(75.0 / 24 * pi / 180);
+  EXPECT_NEAR(json["blank_size_x_mm"], exact, 0.3);
+  EXPECT_NEAR(json["blank_size_y_mm"], 40.0, 0.3);
+  EXPECT_NEAR(json["blank_area_mm2"], json["part_area_mm2"].get<double>(), 0.01 * 40 * exact);
+}
+
+TEST(Run, TheTableAndTheProgressAreOnTheirStreams) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  const Outcome outcome = tornwalzen(folder, "solve pipe.obj --material 0 --out deep/results");
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, StartsWith("nodes               45\ntriangles           64\nblank size "));
+  EXPECT_THAT(outcome.out, HasSubstr("\nresults in          deep/results\nconverged           yes\n"));
+  EXPECT_THAT(outcome.out, Not(HasSubstr("MAX.GRAD")));
+  EXPECT_THAT(outcome.err, StartsWith("developing the part 0 %\n"));
+  EXPECT_THAT(outcome.err, HasSubstr(", 100 % of the part\n"));
+  EXPECT_THAT(outcome.err, Not(HasSubstr("\r")));
+}
+
+TEST(Run, TheLogHoldsTheLibrarysMessagesAndVerboseShowsThem) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  const Outcome outcome = tornwalzen(folder, "solve pipe.obj --verbose --out results");
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const std::string log = folder.read("results/tornwalzen.log");
+  EXPECT_THAT(log, HasSubstr("START INKRMEMENT"));
+  EXPECT_THAT(log, HasSubstr("MAX.GRAD"));
+  EXPECT_EQ(outcome.out.substr(0, log.size()), log);
+  EXPECT_THAT(outcome.out.substr(log.size()), StartsWith("nodes "));
+}
+
+TEST(Run, NodesKeepTheirOrderAndThoseInNoTriangleTheirPlace) {
+  const ScratchFolder folder;
+  const std::string pipe = halfPipeObj(8, 4);
+  folder.write("pipe.obj", pipe + "v 500 600 700\n");
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --out results").status, 0);
+  const std::vector<double> part = verticesOf(pipe), blank = verticesOf(folder.read("results/blank.obj"));
+  ASSERT_EQ(blank.size(), part.size() + 3);
+  EXPECT_EQ(blank[part.size()], 500.0);
+  EXPECT_EQ(blank[part.size() + 1], 600.0);
+  // along the pipe every row stays where it is, up to a common shift
+  for (std::size_t k = 0; k < part.size(); k += 3)
+    EXPECT_NEAR(blank[k + 1] - blank[1], part[k + 1] - part[1], 0.3) << "node " << k / 3 + 1;
+}
+
+TEST(Run, TheLargestPieceAloneGivesTheSameBlank) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  folder.write("two.obj", halfPipeObj(8, 4) + "v 500 0 0\nv 501 0 0\nv 500 1 0\nf 46 47 48\n");
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --out one").status, 0);
+  const Outcome outcome = tornwalzen(folder, "solve two.obj --out two --largest");
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(outcome.err, StartsWith("took the largest of 2 pieces: 64 of 65 triangles\n"));
+  const std::vector<double> one = verticesOf(folder.read("one/blank.obj"));
+  std::vector<double> two = verticesOf(folder.read("two/blank.obj"));
+  ASSERT_EQ(two.size(), one.size() + 9);
+  two.resize(one.size());
+  EXPECT_EQ(two, one);
+}
+
+TEST(Run, TurnedTrianglesGiveTheSameBlank) {
+  const ScratchFolder folder;
+  std::string turned = halfPipeObj(8, 4);
+  folder.write("pipe.obj", turned);
+  const std::size_t face = turned.find("f 1 2 11\n");
+  ASSERT_NE(face, std::string::npos);
+  folder.write("turned.obj", turned.replace(face, 9, "f 1 11 2\n"));
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --out one").status, 0);
+  const Outcome outcome = tornwalzen(folder, "solve turned.obj --out two");
+  ASSERT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.err, StartsWith("turned 1 triangle to the orientation of the others\n"));
+  EXPECT_EQ(verticesOf(folder.read("two/blank.obj")), verticesOf(folder.read("one/blank.obj")));
+}
+
+TEST(Run, StlPartsRunToo) {
+  const ScratchFolder folder;
+  folder.write("tile.stl", shearedStl);
+  const Outcome outcome = tornwalzen(folder, "solve tile.stl");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(summaryOf(folder, "tile_blank")["nodes"], 4);
+}
+
+TEST(Run, PathsWithBlanksAndUmlautsAreTaken) {
+  const ScratchFolder folder;
+  folder.write("ein Blech (groß).obj", halfPipeObj(8, 4));
+  const Outcome outcome = tornwalzen(folder, "solve 'ein Blech (groß).obj' --out 'für später'");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(summaryOf(folder, "für später")["part"], "ein Blech (groß).obj");
+}
+
+TEST(Run, APartThroughAPipeIsTaken) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  EXPECT_EQ(shell(folder, "cat pipe.obj | \"$TORNWALZEN\" solve /dev/stdin --out results").status, 0);
+}
+
+TEST(Run, TheSameInputGivesTheSameFiles) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --out one").status, 0);
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --out two").status, 0);
+  for (const char* name : {"blank.obj", "part.vtu", "blank.vtu", "tornwalzen.log"})
+    EXPECT_TRUE(folder.read(std::string("one/") + name) == folder.read(std::string("two/") + name)) << name;
+}
+
+TEST(Run, AFlatPlateIsItsOwnBlankAndSaysWhyItDoesNotConverge) {
+  const ScratchFolder folder;
+  folder.write("plate.obj", plateObj(4, 3));
+  folder.write("held", "2\n15\n16\n");  // nodes 1 and 8, between which no rounding enters the gradient
+  const Outcome outcome = tornwalzen(folder, "solve plate.obj --material 10 --hold held --out results");
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_THAT(outcome.out, HasSubstr("converged           NO: the part is flat and is its own blank"));
+  const auto json = summaryOf(folder, "results");
+  EXPECT_EQ(json["converged"], false);
+  EXPECT_THAT(json["reason"].get<std::string>(), StartsWith("the part is flat"));
+  EXPECT_THAT(folder.read("results/blank.obj"), HasSubstr("# NOT CONVERGED: the part is flat"));
+  EXPECT_THAT(folder.read("results/part.vtu"), HasSubstr("<!-- NOT CONVERGED: the part is flat"));
+  EXPECT_NEAR(json["blank_area_mm2"], 1200.0, 1e-12 * 1200.0);  // rounding only
+}
+
+TEST(Run, AFlatPlateWithAFlowCurveConvergesOrSaysWhyNot) {
+  // only rounding is left of the gradient, so it is up to rounding whether the line search finds descent
+  for (const std::string material : {"0", "1", "2"}) {
+    const ScratchFolder folder;
+    folder.write("plate.obj", plateObj(4, 3));
+    const Outcome outcome = tornwalzen(folder, "solve plate.obj --out results --material " + material);
+    const auto json = summaryOf(folder, "results");
+    EXPECT_EQ(outcome.status, json["converged"] ? 0 : 2);
+    if (!json["converged"]) {
+      EXPECT_THAT(json["reason"].get<std::string>(), StartsWith("the part is flat"));
+    }
+    EXPECT_NEAR(json["blank_area_mm2"], 1200.0, 1e-9 * 1200.0);
+  }
+}
+
+TEST(Run, VtkReadsTheGridsAsTheyWereMeant) {
+  const ScratchFolder folder;
+  const std::string python = pythonWithVtk(folder);
+  if (python.empty()) GTEST_SKIP() << "skipped: no VTK for Python here (Debian: python3-vtk9)";
+  folder.write("pipe.obj", halfPipeObj(8, 4));
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --out results").status, 0);
+  const Outcome check = shell(folder, python + " " + quoted(TORNWALZEN_VTK_CHECK) +
+                                          " results/part.vtu results/blank.vtu pipe.obj results/blank.obj");
+  EXPECT_EQ(check.status, 0) << check.out << check.err;
+}
+
+TEST(RealParts, ConvergeWithAutomaticHolds) {
+  for (const char* name : {"sheet_panel_13holes", "sheet_rail_channel"}) {
+    const std::string part = std::string(TORNWALZEN_PARTS) + "/" + name + ".obj";
+    if (!std::filesystem::exists(part)) GTEST_SKIP() << "skipped: no " << part;
+    const ScratchFolder folder;
+    const Outcome outcome = tornwalzen(folder, "solve " + quoted(part) + " --out results");
+    EXPECT_EQ(outcome.status, 0) << name << outcome.out << outcome.err;
+    EXPECT_EQ(summaryOf(folder, "results")["triangles_folded_in_blank"], 0) << name;
+  }
+}

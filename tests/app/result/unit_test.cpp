@@ -1,0 +1,45 @@
+#include "result/unit.hpp"
+
+#include <gtest/gtest.h>
+
+#include "app/refusal.hpp"
+#include "app/run/sample_run.hpp"
+
+using namespace host;
+
+TEST(Units, AreMillimetresCentimetresMetresAndInches) {
+  EXPECT_EQ(unitOf("mm").millimetres, 1.0);
+  EXPECT_EQ(unitOf("cm").millimetres, 10.0);
+  EXPECT_EQ(unitOf("m").millimetres, 1000.0);
+  EXPECT_EQ(unitOf("inch").millimetres, 25.4);
+  EXPECT_EQ(refusal([] { unitOf("ell"); }), "there is no unit \"ell\"; mm, cm, m and inch are known");
+}
+
+TEST(Units, PartGoesToMillimetresAndItsBlankBack) {
+  SampleRun sample;
+  const Unit inch = unitOf("inch");
+  const Part part = inMillimetres(sample.part, inch);
+  EXPECT_EQ(part.points[6], 9.0 * 25.4);
+  EXPECT_EQ(part.size, sample.part.size * 25.4);
+  EXPECT_EQ(part.corners, sample.part.corners);
+  sample.run.startingBlank = {50.8};
+  sample.run.RX = {25.4, -12.7};
+  convertBlanks(sample.run, inch);
+  EXPECT_EQ(sample.run.RX, (std::vector<double>{1.0, -0.5}));
+  EXPECT_EQ(sample.run.startingBlank, std::vector<double>{2.0});
+}
+
+TEST(Units, UnusualSizesAreDoubted) {
+  SampleRun sample;
+  const auto warningAt = [&](double size, const char* unit) {
+    sample.part.size = size;
+    return sizeWarning(sample.part, unitOf(unit));
+  };
+  EXPECT_EQ(warningAt(5.0, "mm"), "");
+  EXPECT_EQ(warningAt(20.0, "m"), "");
+  EXPECT_EQ(warningAt(4.5, "mm"),
+            "the longest side of the part is 4.5 mm, unusually small for a drawn part; is --unit mm right?");
+  EXPECT_EQ(
+      warningAt(150.0, "m"),
+      "the longest side of the part is 150000 mm, unusually large for a drawn part; is --unit m right?");
+}

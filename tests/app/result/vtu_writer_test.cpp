@@ -1,0 +1,72 @@
+#include "result/vtu_writer.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "mesh/obj_reader.hpp"
+#include "result/obj_writer.hpp"
+#include "app/run/sample_run.hpp"
+#include "app/scratch_folder.hpp"
+
+using namespace host;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+std::string written(const std::function<void(FileWriter&)>& content) {
+  const ScratchFolder folder;
+  ResultFiles files(folder.path());
+  files.add("file", content);
+  files.putIntoPlace();
+  return folder.read("file");
+}
+
+}  // namespace
+
+TEST(Base64, AgreesWithTheVectorsOfItsStandard) {
+  EXPECT_EQ(base64(""), "");
+  EXPECT_EQ(base64("f"), "Zg==");
+  EXPECT_EQ(base64("fo"), "Zm8=");
+  EXPECT_EQ(base64("foo"), "Zm9v");
+  EXPECT_EQ(base64("foob"), "Zm9vYg==");
+  EXPECT_EQ(base64("\xff\xfe\xfd"), "//79");
+}
+
+TEST(Vtu, HoldsAllNodesAndTheTrianglesOfTheRun) {
+  const SampleRun sample;
+  const std::string text = written([&](FileWriter& file) { writeVtu(file, sample.report(), Shape::part); });
+  EXPECT_THAT(text, HasSubstr("NumberOfPoints=\"5\" NumberOfCells=\"2\""));
+  // 24 bytes of node numbers from 0: (0 1 3 0 3 4), as 32 bits
+  EXPECT_THAT(text, HasSubstr("Name=\"connectivity\" format=\"binary\">\n"
+                              "GAAAAAAAAAAAAAAAAQAAAAMAAAAAAAAAAwAAAAQAAAA=\n"));
+  EXPECT_THAT(text, Not(HasSubstr("NOT CONVERGED")));
+}
+
+TEST(Vtu, AnUnconvergedRunIsMarked) {
+  SampleRun sample;
+  sample.verdict = {false, "the reason", exitUnconverged};
+  EXPECT_THAT(written([&](FileWriter& file) { writeVtu(file, sample.report(), Shape::blank); }),
+              HasSubstr("<!-- NOT CONVERGED: the reason -->"));
+}
+
+TEST(BlankObj, ReadsBackToTheSameBitsAndOrder) {
+  SampleRun sample;
+  sample.run.RX[0] = 0.1 + 0.2;
+  sample.run.RX[5] = -1.0 / 3.0;
+  sample.compute();
+  const std::string text = written([&](FileWriter& file) { writeBlankObj(file, sample.report()); });
+  const Mesh mesh = readObj(text, "blank.obj");
+  EXPECT_EQ(mesh.points, sample.results.blankPoints);
+  EXPECT_THAT(mesh.corners, testing::ElementsAre(1, 2, 4, 1, 4, 5));
+  EXPECT_THAT(text, Not(HasSubstr("NOT CONVERGED")));
+}
+
+TEST(BlankObj, AnUnconvergedRunIsMarkedAndAFileNameStaysOnItsLine) {
+  SampleRun sample;
+  sample.verdict = {false, "the reason", exitUnconverged};
+  sample.part.file = "a\nv 1 2 3";
+  const std::string text = written([&](FileWriter& file) { writeBlankObj(file, sample.report()); });
+  EXPECT_THAT(text, testing::StartsWith("# flat blank of a?v 1 2 3\n"));
+  EXPECT_THAT(text, HasSubstr("# NOT CONVERGED: the reason\n"));
+}
