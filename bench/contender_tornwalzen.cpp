@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "factor_count.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "sparse/phases.hpp"
 #include "sparse/work_layout.hpp"
 
@@ -15,8 +15,8 @@ namespace tw = tornwalzen;
 // The run state belongs to the loaded library: what it must know of this matrix is set anew at every
 // analysis.
 void Tornwalzen::analyse() {
-  tw::run.neq = tw::run.maxsys = a_.n;
-  tw::run.nnzl = tw::run.nsysm = tw::run.mnsysm = static_cast<tw::Int>(a_.ROWI.size());
+  tw::run.solver.neq = a_.n;
+  tw::run.solver.nsysm = tw::run.solver.mnsysm = static_cast<tw::Int>(a_.ROWI.size());
   tw::run.ierrso = 0;
   for (std::int32_t code : {11, 12, 13}) {
     step(code, nullptr, nullptr);
@@ -37,21 +37,22 @@ void Tornwalzen::solve(const std::vector<double>& b, std::vector<double>& x) {
 
 void Tornwalzen::step(std::int32_t code, const double* b, double* x) {
   const tw::Int64 n = a_.n, entries = static_cast<tw::Int64>(a_.ROWI.size());
-  tw::loesys(code, {"COLS", a_.COLS.data(), n + 1}, {"ROWI", a_.ROWI.data(), entries},
-             {"WORK", work_.data(), static_cast<tw::Int64>(work_.size())},
-             {"RWORK", rwork_.data(), static_cast<tw::Int64>(rwork_.size())}, {"RR", b, n}, {"RB", x, n},
-             {"SYSM", a_.SYSM.data(), entries}, {"WRHS", wrhs_.data(), n});
+  tw::solverStep(tw::run, tw::run.solver, static_cast<tw::SolverStep>(code), {"COLS", a_.COLS.data(), n + 1},
+                 {"ROWI", a_.ROWI.data(), entries},
+                 {"WORK", work_.data(), static_cast<tw::Int64>(work_.size())},
+                 {"RWORK", rwork_.data(), static_cast<tw::Int64>(rwork_.size())}, {"RR", b, n}, {"RB", x, n},
+                 {"SYSM", a_.SYSM.data(), entries}, {"WRHS", wrhs_.data(), n});
   if (tw::failed(tw::run.ierrso)) {
     tw::run.ierrso = 0;
-    throw std::runtime_error(std::string(tw::run.MSGSTR_solver, 60));
+    throw std::runtime_error(std::string(tw::run.messages.MSGSTR_solver, 60));
   }
 }
 
 void Tornwalzen::supplyLengths() {
-  tw::run.niwor = tw::run.niwreq;
-  tw::run.nrk = tw::run.nrkreq;
-  work_.resize(tw::run.niwor);
-  rwork_.resize(tw::run.nrk);
+  tw::run.solver.niwor = tw::run.solver.niwreq;
+  tw::run.solver.nrk = tw::run.solver.nrkreq;
+  work_.resize(tw::run.solver.niwor);
+  rwork_.resize(tw::run.solver.nrk);
   peakBytes_ = std::max(peakBytes_, 4.0 * work_.size() + 8.0 * rwork_.size());
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "ground/kernel_tables.hpp"
 #include "sparse/kernels/dense_kernels.hpp"
 #include "sparse/kernels/front_layout.hpp"
 
@@ -55,8 +56,8 @@ double rate(const tw::DenseKernels& kernels, tw::Int64 c, tw::Int64 w) {
 }  // namespace
 
 void timeKernels(const Machine& machine, Report& report) {
-  int count;
-  const tw::DenseKernels* const* tables = tw::availableKernels(count);
+  const int count = tw::denseKernelTables().count;
+  const tw::DenseKernels* const* tables = tw::denseKernelTables().available;
   report.figure("machine", machine.processor.substr(0, machine.processor.find(',')), "fma", "peak",
                 machine.fmaPeak, "GFLOP/s");
   if (machine.dgemmPeak > 0.0)

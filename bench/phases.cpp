@@ -7,8 +7,8 @@
 
 #include "driver/newton_step.hpp"
 #include "element/assembly.hpp"
+#include "host_kit/default_run.hpp"
 #include "material/material_setup.hpp"
-#include "ground/run_state.hpp"
 #include "plane_mesh.hpp"
 #include "quiet.hpp"
 #include "sample_run.hpp"
@@ -81,12 +81,12 @@ void timePattern(std::int32_t nodes, Report& report) {
   std::vector<Seconds> pattern, sort;
   const std::vector<std::uint64_t> keys = pairKeys(mesh);
   for (int k = 0; k < std::min(repetitions(nodes), 20); ++k) {
-    tw::run.mnsysm = static_cast<std::int32_t>(ROWI.size());
+    tw::run.solver.mnsysm = static_cast<std::int32_t>(ROWI.size());
     {
       const Quiet quiet;
       pattern.push_back(timed([&] {
-        tw::loeini({"INTA", INTA.data(), ne, 3}, {"COLS", COLS.data(), 2 * tw::Int64{nn} + 1},
-                   {"ROWI", ROWI.data(), tw::run.mnsysm});
+        tw::buildPattern(tw::run, {"INTA", INTA.data(), ne, 3}, {"COLS", COLS.data(), 2 * tw::Int64{nn} + 1},
+                         {"ROWI", ROWI.data(), tw::run.solver.mnsysm});
       }));
     }
     std::vector<std::uint64_t> shuffled = keys;
@@ -109,23 +109,22 @@ void timePhases(std::int32_t nodes, Report& report) {
     for (int c = 1; c <= 3; ++c) a.KNZ(n, c) = a.KNG(n, c);
     for (int c = 1; c <= 2; ++c) a.RX(2 * n - 2 + c) = 1.03 * a.KNG(n, c);
   }
-  tw::materialSetup(1, tw::flowCurve());
-  tw::run.istat = 1;
+  tw::selectMaterial(tw::run, 1);
   tw::run.ierrel = 0;
-  const auto FC = tw::flowCurve();
-  const auto solver = [&](tw::Int step) {
-    tw::loesys(step, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.SYSM, a.WRHS);
+  const auto solver = [&](tw::SolverStep step) {
+    tw::solverStep(tw::run, tw::run.solver, step, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.SYSM,
+                   a.WRHS);
   };
 
   std::vector<Seconds> tangent, residual, energy, held, factorize, solve;
   double EN;
   for (int k = 0; k < repetitions(nodes); ++k) {
-    tangent.push_back(timed([&] { tw::assemble(tw::residualAndMatrix, a, FC); }));
-    held.push_back(timed([&] { tw::imposeHeldUnknowns(a); }));
-    factorize.push_back(timed([&] { solver(44); }));
-    solve.push_back(timed([&] { solver(1); }));
-    residual.push_back(timed([&] { tw::assemble(tw::residualOnly, a, FC); }));
-    energy.push_back(timed([&] { tw::energySum(EN, a, FC); }));
+    tangent.push_back(timed([&] { tw::assemble(tw::run, tw::residualAndMatrix, a); }));
+    held.push_back(timed([&] { tw::imposeHeldUnknowns(tw::run, a); }));
+    factorize.push_back(timed([&] { solver(tw::SolverStep::numeric); }));
+    solve.push_back(timed([&] { solver(tw::SolverStep::solve); }));
+    residual.push_back(timed([&] { tw::assemble(tw::run, tw::residualOnly, a); }));
+    energy.push_back(timed([&] { tw::energySum(tw::run, EN, a); }));
   }
   if (tw::failed(tw::run.ierrel) || tw::failed(tw::run.ierrso)) throw std::runtime_error("a pass failed");
   factorize.erase(factorize.begin());  // the first one is not a repeat

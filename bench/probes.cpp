@@ -4,7 +4,7 @@
 
 #include "develop/visited_elements.hpp"
 #include "driver/load_path.hpp"
-#include "ground/run_state.hpp"
+#include "sparse/phases.hpp"
 
 namespace tornwalzen {
 
@@ -25,9 +25,9 @@ void probe(bench::Probe& p, Call call) {
 
 }  // namespace
 
-PROBED(assemble, "_ZN10tornwalzen8assembleEiRKNS_12DriverArraysENS_5TableIKdEE", Int mode,
-       const DriverArrays& a, Table<const double> FC) {
-  probe(mode == 1 ? bench::probes.tangent : bench::probes.residual, [&] { real_assemble(mode, a, FC); });
+PROBED(assemble, "_ZN10tornwalzen8assembleERNS_8AnalysisEiRKNS_12DriverArraysE", Analysis& run, Int mode,
+       const DriverArrays& a) {
+  probe(mode == 1 ? bench::probes.tangent : bench::probes.residual, [&] { real_assemble(run, mode, a); });
   if (mode == 1 && bench::probes.beforeFirstFactorization) {
     const bench::Seconds start = bench::now();
     const auto once = std::move(bench::probes.beforeFirstFactorization);
@@ -39,47 +39,56 @@ PROBED(assemble, "_ZN10tornwalzen8assembleEiRKNS_12DriverArraysENS_5TableIKdEE",
   }
 }
 
-PROBED(loesys, "_ZN10tornwalzen6loesysEiNS_6VectorIKiEES2_NS0_IiEENS0_IdEENS0_IKdEES4_S6_S4_", Int IDO,
-       Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK,
-       Vector<const double> RHS, Vector<double> SOLUTION, Vector<const double> SYSM, Vector<double> WRHS) {
-  const auto step = [&] { real_loesys(IDO, COLS, ROWI, WORK, RWORK, RHS, SOLUTION, SYSM, WRHS); };
-  if (IDO == 44)
-    probe(bench::probes.factorize, step);
-  else if (IDO == 1)
-    probe(bench::probes.solve, step);
+PROBED(solverStep,
+       "_ZN10tornwalzen10solverStepERNS_8AnalysisERNS_11SolverStateE"
+       "NS_10SolverStepENS_6VectorIKiEES7_NS5_IiEENS5_IdEENS5_IKdEES9_SB_S9_",
+       Analysis& run, SolverState& system, SolverStep step, Vector<const Int> COLS, Vector<const Int> ROWI,
+       Vector<Int> WORK, Vector<double> RWORK, Vector<const double> RHS, Vector<double> SOLUTION,
+       Vector<const double> SYSM, Vector<double> WRHS) {
+  const auto whole = [&] {
+    real_solverStep(run, system, step, COLS, ROWI, WORK, RWORK, RHS, SOLUTION, SYSM, WRHS);
+  };
+  if (step == SolverStep::numeric)
+    probe(bench::probes.factorize, whole);
+  else if (step == SolverStep::solve)
+    probe(bench::probes.solve, whole);
   else
-    step();
+    whole();
 }
 
-PROBED(newtonStep, "_ZN10tornwalzen10newtonStepERdRKNS_12DriverArraysENS_5TableIKdEE", double& EN,
-       const DriverArrays& a, Table<const double> FC) {
-  probe(bench::probes.newton, [&] { real_newtonStep(EN, a, FC); });
+PROBED(newtonStep, "_ZN10tornwalzen10newtonStepERNS_8AnalysisERdRKNS_12DriverArraysE", Analysis& run,
+       double& EN, const DriverArrays& a) {
+  probe(bench::probes.newton, [&] { real_newtonStep(run, EN, a); });
 }
 
-PROBED(energySum, "_ZN10tornwalzen9energySumERdRKNS_12DriverArraysENS_5TableIKdEE", double& EN,
-       const DriverArrays& a, Table<const double> FC) {
-  probe(bench::probes.energy, [&] { real_energySum(EN, a, FC); });
+PROBED(energySum, "_ZN10tornwalzen9energySumERNS_8AnalysisERdRKNS_12DriverArraysE", Analysis& run, double& EN,
+       const DriverArrays& a) {
+  probe(bench::probes.energy, [&] { real_energySum(run, EN, a); });
 }
 
-PROBED(unfoldBlank, "_ZN10tornwalzen11unfoldBlankERKNS_12DriverArraysE", const DriverArrays& a) {
-  probe(bench::probes.development, [&] { real_unfoldBlank(a); });
+PROBED(unfoldBlank, "_ZN10tornwalzen11unfoldBlankERNS_8AnalysisERKNS_12DriverArraysE", Analysis& run,
+       const DriverArrays& a) {
+  probe(bench::probes.development, [&] { real_unfoldBlank(run, a); });
 }
 
-PROBED(unfoldForces, "_ZN10tornwalzen12unfoldForcesERKNS_12DriverArraysERKNS_15VisitedElementsE",
-       const DriverArrays& a, const VisitedElements& visited) {
+PROBED(unfoldForces,
+       "_ZN10tornwalzen12unfoldForcesERNS_8AnalysisERKNS_12DriverArraysERKNS_15VisitedElementsE",
+       Analysis& run, const DriverArrays& a, const VisitedElements& visited) {
   ++bench::probes.unfoldIterations;
-  real_unfoldForces(a, visited);
+  real_unfoldForces(run, a, visited);
 }
 
-PROBED(unfoldObjective, "_ZN10tornwalzen15unfoldObjectiveERKNS_12DriverArraysERKNS_15VisitedElementsERiRd",
-       const DriverArrays& a, const VisitedElements& visited, Int& degenerate, double& E) {
+PROBED(unfoldObjective,
+       "_ZN10tornwalzen15unfoldObjectiveERNS_8AnalysisERKNS_12DriverArraysERKNS_15VisitedElementsERiRd",
+       Analysis& run, const DriverArrays& a, const VisitedElements& visited, Int& degenerate, double& E) {
   ++bench::probes.unfoldEvaluations;
-  real_unfoldObjective(a, visited, degenerate, E);
+  real_unfoldObjective(run, a, visited, degenerate, E);
 }
 
-PROBED(reportIncrement, "_ZN10tornwalzen15reportIncrementERKNS_8LoadPathE", const LoadPath& path) {
+PROBED(reportIncrement, "_ZN10tornwalzen15reportIncrementERNS_8AnalysisERKNS_8LoadPathE", Analysis& run,
+       const LoadPath& path) {
   ++bench::probes.increments;
-  real_reportIncrement(path);
+  real_reportIncrement(run, path);
 }
 
 }  // namespace tornwalzen

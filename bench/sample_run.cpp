@@ -4,7 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "quiet.hpp"
 #include "tornwalzen.h"
 

@@ -7,7 +7,7 @@
 #include "deckio/deck_error.hpp"
 #include "deckio/deck_file.hpp"
 #include "deckio/deck_records.hpp"
-#include "ground/subscript_check.hpp"
+#include "ground/subscript_message.hpp"
 #include "tornwalzen_deck.h"
 
 using namespace tornwalzen;

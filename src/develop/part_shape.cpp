@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "develop/unfold_geometry.hpp"
-#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 
@@ -48,7 +47,7 @@ double cornerAngle(const Spatial& p, const Spatial& q, const Spatial& s) {
 
 }  // namespace
 
-void measureAngles(const DriverArrays& a, Int& sharp) {
+void measureAngles(Analysis& run, const DriverArrays& a, Int& sharp) {
   sharp = 0;
   for (Int e = 1; e <= run.nele; ++e) {
     const Spatial pi = partPoint(a, e, 1), pj = partPoint(a, e, 2), pk = partPoint(a, e, 3);
@@ -59,7 +58,7 @@ void measureAngles(const DriverArrays& a, Int& sharp) {
   }
 }
 
-void measureAreas(const DriverArrays& a) {
+void measureAreas(Analysis& run, const DriverArrays& a) {
   run.atot = 0.0;
   for (Int e = 1; e <= run.nele; ++e) {
     const Spatial pi = partPoint(a, e, 1), pj = partPoint(a, e, 2), pk = partPoint(a, e, 3);
@@ -68,11 +67,11 @@ void measureAreas(const DriverArrays& a) {
   }
 }
 
-void orientCounterClockwise(const DriverArrays& a) {
+void orientCounterClockwise(Analysis& run, const DriverArrays& a) {
   double signedSum = 0.0;
   for (Int e = 1; e <= run.nele; ++e) {
     double penalty, area;
-    unfoldElementMeasure(e, a, penalty, area);
+    unfoldElementMeasure(run, e, a, penalty, area);
     signedSum += area;
   }
   if (!(signedSum < 0.0)) return;

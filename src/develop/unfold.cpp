@@ -5,20 +5,19 @@
 #include "develop/unfold_descent.hpp"
 #include "develop/unfold_report.hpp"
 #include "ground/progress.hpp"
-#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 
 namespace {
 
-void projectOntoPlane(const DriverArrays& a) {
+void projectOntoPlane(Analysis& run, const DriverArrays& a) {
   for (Int n = 1; n <= run.nkno; ++n) {
     a.RX(2 * n - 1) = a.KNG(n, 1);
     a.RX(2 * n) = a.KNG(n, 2);
   }
 }
 
-void keepBlank(const DriverArrays& a) {
+void keepBlank(Analysis& run, const DriverArrays& a) {
   for (Int n = 1; n <= run.nkno; ++n) {
     a.KNA(n, 1) = a.RX(2 * n - 1);
     a.KNA(n, 2) = a.RX(2 * n);
@@ -27,17 +26,17 @@ void keepBlank(const DriverArrays& a) {
 
 }  // namespace
 
-void unfoldBlank(const DriverArrays& a) {
-  inipgr(&targetMeasure);
-  projectOntoPlane(a);
+void unfoldBlank(Analysis& run, const DriverArrays& a) {
+  openScale(run.progress, targetMeasure);
+  projectOntoPlane(run, a);
   Int sharp;
-  measureAngles(a, sharp);
-  reportSharpElements(sharp);
-  measureAreas(a);
-  orientCounterClockwise(a);
+  measureAngles(run, a, sharp);
+  reportSharpElements(run, sharp);
+  measureAreas(run, a);
+  orientCounterClockwise(run, a);
   VisitedElements visited(run.nele);
-  unfoldDescent(a, visited);
-  keepBlank(a);
+  unfoldDescent(run, a, visited);
+  keepBlank(run, a);
 }
 
 }  // namespace tornwalzen

@@ -2,6 +2,7 @@
 // below a twentieth of its area, by a steepest descent on a penalty of the area ratios.
 #pragma once
 
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -17,6 +18,6 @@ namespace tornwalzen {
 ///
 /// No convergence in 5000 iterations: `ierrel` = -1 and a line to the progress channel; the blank reached is
 /// written all the same.
-void unfoldBlank(const DriverArrays& a);
+void unfoldBlank(Analysis& run, const DriverArrays& a);
 
 }  // namespace tornwalzen

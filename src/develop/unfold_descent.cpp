@@ -5,8 +5,6 @@
 #include "develop/unfold_geometry.hpp"
 #include "develop/unfold_report.hpp"
 #include "ground/progress.hpp"
-#include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 
@@ -20,33 +18,34 @@ constexpr Int leastIterations = 20;
 constexpr Int lineInterval = 10;
 constexpr Int advanceInterval = 100;
 
-void setDirection(const DriverArrays& a) {
+void setDirection(Analysis& run, const DriverArrays& a) {
   for (Int i = 1; i <= run.neq; ++i) a.RB(i) = a.ARFA(i) == 1 ? a.RR(i) / run.maxgrad : 0.0;
 }
 
-void moveForward(const DriverArrays& a, double f) {
+void moveForward(Analysis& run, const DriverArrays& a, double f) {
   for (Int i = 1; i <= run.neq; ++i) a.RX(i) = a.RX(i) + f * a.RB(i);
 }
 
-void moveBack(const DriverArrays& a, double f) {
+void moveBack(Analysis& run, const DriverArrays& a, double f) {
   for (Int i = 1; i <= run.neq; ++i) a.RX(i) = a.RX(i) - f * a.RB(i);
 }
 
 /// Leaves a.RX at the accepted point. step: out, the accepted step length (mm), a power of ½ down to 2⁻⁹.
-void halvingSearch(const DriverArrays& a, const VisitedElements& visited, double& step) {
+void halvingSearch(Analysis& run, const DriverArrays& a, const VisitedElements& visited, double& step) {
   Int degenerate;
   double Ep, En;
-  moveForward(a, 1.0);
-  unfoldObjective(a, visited, degenerate, Ep);
+  moveForward(run, a, 1.0);
+  unfoldObjective(run, a, visited, degenerate, Ep);
   double f = halving;
   for (;;) {
-    moveBack(a, f);  // from the step length 2f to f
-    unfoldObjective(a, visited, degenerate, En);
+    moveBack(run, a, f);  // from the step length 2f to f
+    unfoldObjective(run, a, visited, degenerate, En);
     if (Ep <= En || f <= smallestFactor) break;
     f *= halving;
     Ep = En;
   }
-  moveForward(a, f);  // one halving back, also where the search ended on the smallest factor while improving
+  moveForward(run, a,
+              f);  // one halving back, also where the search ended on the smallest factor while improving
   step = 2.0 * f;
 }
 
@@ -58,45 +57,45 @@ bool unfoldConverged(double qmax, Int degenerate, Int iteration) {
 
 namespace {
 
-void keepForTheReport(const DescentState& state) {
-  record.unfoldIterations = state.iteration;
-  record.invertedElements = state.degenerate;
-  record.largestMeasure = run.qmax;
+void keepForTheReport(Analysis& run, const DescentState& state) {
+  run.record.unfoldIterations = state.iteration;
+  run.record.invertedElements = state.degenerate;
+  run.record.largestMeasure = run.qmax;
 }
 
 }  // namespace
 
-void unfoldDescent(const DriverArrays& a, VisitedElements& visited) {
+void unfoldDescent(Analysis& run, const DriverArrays& a, VisitedElements& visited) {
   DescentState state{};
-  unfoldObjective(a, visited, state.degenerate, state.EN);
+  unfoldObjective(run, a, visited, state.degenerate, state.EN);
   state.qmaxAtStart = state.qmin = run.qmax;
-  keepForTheReport(state);
-  progre(&run.qmax);
+  keepForTheReport(run, state);
+  reportFraction(run.progress, run.qmax);
 
   for (Int k = 1; k <= iterationLimit; ++k) {
-    unfoldForces(a, visited);
+    unfoldForces(run, a, visited);
     if (run.maxgrad < forceLimit) return;
-    setDirection(a);
+    setDirection(run, a);
     visited.select(a);
-    halvingSearch(a, visited, state.step);
-    unfoldObjective(a, visited, state.degenerate, state.EN);
+    halvingSearch(run, a, visited, state.step);
+    unfoldObjective(run, a, visited, state.degenerate, state.EN);
     state.iteration = k;
     state.qmax = run.qmax;
-    keepForTheReport(state);
+    keepForTheReport(run, state);
     if (state.qmax <= state.qmin) state.qmin = state.qmax;
     if (k % lineInterval == 1) {
-      reportIteration(state);
-      progre(&state.qmin);
+      reportIteration(run, state);
+      reportFraction(run.progress, state.qmin);
     }
-    if (k % advanceInterval == 1) reportAdvance(state);
+    if (k % advanceInterval == 1) reportAdvance(run, state);
     if (unfoldConverged(state.qmax, state.degenerate, k)) {
-      reportIteration(state);
+      reportIteration(run, state);
       return;
     }
     state.EN1 = state.EN;
   }
   run.ierrel = errorSet;
-  reportNoConvergence(state.degenerate, iterationLimit + 1);
+  reportNoConvergence(run, state.degenerate, iterationLimit + 1);
 }
 
 }  // namespace tornwalzen

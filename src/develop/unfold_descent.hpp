@@ -2,6 +2,7 @@
 #pragma once
 
 #include "develop/visited_elements.hpp"
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -14,6 +15,6 @@ bool unfoldConverged(double qmax, Int degenerate, Int iteration);
 /// Moves a.RX from the projection to an opened blank; a.INTA, a.ARFA, a.ELG column 5: in; a.ELG column 4:
 /// out; a.RR, a.RB: scratch. visited: scratch, handed in as all elements. Run state: qmax, maxgrad. No
 /// convergence in 5000 iterations: `ierrel` = -1 and a line to the progress channel.
-void unfoldDescent(const DriverArrays& a, VisitedElements& visited);
+void unfoldDescent(Analysis& run, const DriverArrays& a, VisitedElements& visited);
 
 }  // namespace tornwalzen

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ground/run_state.hpp"
-
 namespace tornwalzen {
 
 namespace {
@@ -41,7 +39,7 @@ AreaMeasure areaMeasure(const PlaneTriangle& t, double spatialArea) {
   return m;
 }
 
-void raiseWorst(double q) {
+void raiseWorst(Analysis& run, double q) {
   if (q > run.qmax || std::isnan(q)) run.qmax = q;
 }
 
@@ -51,35 +49,36 @@ double fourthPower(double q) {
 
 }  // namespace
 
-void unfoldElementMeasure(Int e, const DriverArrays& a, double& PENALTY, double& AREA) {
+void unfoldElementMeasure(Analysis& run, Int e, const DriverArrays& a, double& PENALTY, double& AREA) {
   const AreaMeasure m = areaMeasure(planeTriangle(e, a), a.ELG(e, 5));
   PENALTY = fourthPower(m.q);
   AREA = m.area;
-  raiseWorst(m.q);
+  raiseWorst(run, m.q);
 }
 
-void unfoldObjective(const DriverArrays& a, const VisitedElements& visited, Int& degenerate, double& E) {
+void unfoldObjective(Analysis& run, const DriverArrays& a, const VisitedElements& visited, Int& degenerate,
+                     double& E) {
   E = 0.0;
   degenerate = 0;
   run.qmax = 0.0;
   for (Int s = 1; s <= visited.count(); ++s) {
     const Int e = visited(s);
     double penalty, area;
-    unfoldElementMeasure(e, a, penalty, area);
+    unfoldElementMeasure(run, e, a, penalty, area);
     if (area <= 0.0) ++degenerate;
     a.ELG(e, 4) = penalty;
     E += penalty;
   }
 }
 
-void unfoldElementGradient(Int e, const DriverArrays& a, double& PENALTY, double& AREA,
+void unfoldElementGradient(Analysis& run, Int e, const DriverArrays& a, double& PENALTY, double& AREA,
                            double (&GRADIENT)[6]) {
   const PlaneTriangle t = planeTriangle(e, a);
   const double spatialArea = a.ELG(e, 5);
   const AreaMeasure m = areaMeasure(t, spatialArea);
   PENALTY = fourthPower(m.q);
   AREA = m.area;
-  raiseWorst(m.q);
+  raiseWorst(run, m.q);
   std::fill(GRADIENT, GRADIENT + 6, 0.0);
   if (m.q == 0.0) return;
 
@@ -91,12 +90,12 @@ void unfoldElementGradient(Int e, const DriverArrays& a, double& PENALTY, double
   for (int u = 0; u < 6; ++u) GRADIENT[u] = factor * (dA[u] / spatialArea);
 }
 
-void unfoldForces(const DriverArrays& a, const VisitedElements& visited) {
+void unfoldForces(Analysis& run, const DriverArrays& a, const VisitedElements& visited) {
   for (Int i = 1; i <= run.neq; ++i) a.RR(i) = 0.0;
   for (Int s = 1; s <= visited.count(); ++s) {
     const Int e = visited(s);
     double penalty, area, g[6];
-    unfoldElementGradient(e, a, penalty, area, g);
+    unfoldElementGradient(run, e, a, penalty, area, g);
     if (penalty == 0.0) continue;
     for (int corner = 1; corner <= 3; ++corner) {
       const Int n = a.INTA(e, corner);

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "develop/visited_elements.hpp"
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -16,21 +17,22 @@ namespace tornwalzen {
 /// Measure of one triangle. e: in, element, 1..nele. a.INTA, a.RX, a.ELG column 5 (A3): in.
 /// PENALTY: out, q⁴. AREA: out, A (mm²). Run state: raises qmax to q where q is larger. Nothing guards A3 =
 /// 0.
-void unfoldElementMeasure(Int e, const DriverArrays& a, double& PENALTY, double& AREA);
+void unfoldElementMeasure(Analysis& run, Int e, const DriverArrays& a, double& PENALTY, double& AREA);
 
 /// Objective over the visited elements; arrays as above. All others must be undisturbed and without penalty.
 /// a.ELG: out, column 4, q⁴ of the visited elements. degenerate: out, number of elements with A ≤ 0.
 /// E: out, the objective. Run state: qmax = largest q.
-void unfoldObjective(const DriverArrays& a, const VisitedElements& visited, Int& degenerate, double& E);
+void unfoldObjective(Analysis& run, const DriverArrays& a, const VisitedElements& visited, Int& degenerate,
+                     double& E);
 
 /// As unfoldElementMeasure, with the gradient. GRADIENT: out, 6 (1/mm), ∂(q⁴)/∂(x1, y1, x2, y2, x3, y3);
 /// exactly zero where q is zero.
-void unfoldElementGradient(Int e, const DriverArrays& a, double& PENALTY, double& AREA,
+void unfoldElementGradient(Analysis& run, Int e, const DriverArrays& a, double& PENALTY, double& AREA,
                            double (&GRADIENT)[6]);
 
 /// Forces of the visited elements; all others must be without penalty. a.RR: out, neq (1/mm), −∂E/∂RX.
 /// Run state: maxgrad = largest |RR(i)| over the unknowns with ARFA(i) = 1, 0 if there is none; a component
 /// that is not a number is passed over, so that one bad element leaves the others a direction.
-void unfoldForces(const DriverArrays& a, const VisitedElements& visited);
+void unfoldForces(Analysis& run, const DriverArrays& a, const VisitedElements& visited);
 
 }  // namespace tornwalzen

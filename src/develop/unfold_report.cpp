@@ -3,42 +3,41 @@
 
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
-#include "ground/run_record.hpp"
 
 namespace tornwalzen {
 
-void reportSharpElements(Int sharp) {
-  printMessage(MessageLine().text(" ANZAHL DER ELEMENTE MIT WINKEL < 10 Grad ").integer(sharp, 6).text("@"));
+void reportSharpElements(Analysis& run, Int sharp) {
+  printMessage(run,
+               MessageLine().text(" ANZAHL DER ELEMENTE MIT WINKEL < 10 Grad ").integer(sharp, 6).text("@"));
 }
 
-void reportIteration(const DescentState& state) {
-  printMessage(MessageLine()
-                   .text("IZ,EN,EN1,L-FAK ")
-                   .integer(state.degenerate, 5)
-                   .exponent(state.EN, 13, 6)
-                   .exponent(state.EN1, 13, 6)
-                   .exponent(state.step, 13, 6)
-                   .exponent(state.qmax, 13, 6)
-                   .integer(state.iteration, 5)
-                   .text("@"));
+void reportIteration(Analysis& run, const DescentState& state) {
+  printMessage(run, MessageLine()
+                        .text("IZ,EN,EN1,L-FAK ")
+                        .integer(state.degenerate, 5)
+                        .exponent(state.EN, 13, 6)
+                        .exponent(state.EN1, 13, 6)
+                        .exponent(state.step, 13, 6)
+                        .exponent(state.qmax, 13, 6)
+                        .integer(state.iteration, 5)
+                        .text("@"));
 }
 
-void reportAdvance(const DescentState& state) {
+void reportAdvance(Analysis& run, const DescentState& state) {
   const double range = state.qmaxAtStart - targetMeasure;
   const double percentage = (1.0 - (state.qmin - targetMeasure) / range) * 100.0;
-  proinf(MessageLine()
-             .text(" Tornwalzen - Geometrie abwickeln:       Fortschritt: ")
-             .fixed(percentage, 7, 2)
-             .text(" %%      ")
-             .integer(state.degenerate, 5)
-             .text(" degenerierte Elemente  ")
-             .nul()
-             .buffer(),
-         messageLength);
-  procpu();
+  reportInformation(run.progress, MessageLine()
+                                      .text(" Tornwalzen - Geometrie abwickeln:       Fortschritt: ")
+                                      .fixed(percentage, 7, 2)
+                                      .text(" %%      ")
+                                      .integer(state.degenerate, 5)
+                                      .text(" degenerierte Elemente  ")
+                                      .nul()
+                                      .buffer());
+  reportProcessorTime(run.progress);
 }
 
-void reportNoConvergence(Int degenerate, Int iteration) {
+void reportNoConvergence(Analysis& run, Int degenerate, Int iteration) {
   const MessageLine line = MessageLine()
                                .text(" Tornwalzen - Geometrie abwickeln: ")
                                .integer(degenerate, 5)
@@ -46,8 +45,8 @@ void reportNoConvergence(Int degenerate, Int iteration) {
                                .integer(iteration, 5)
                                .text(" Iterationen ,    KEINE KONVERGENZ -> ABBRUCH !!!")
                                .nul();
-  noteFatalText(line.buffer());
-  proinf(line.buffer(), messageLength);
+  noteFatalText(run.record, line.buffer());
+  reportInformation(run.progress, line.buffer());
 }
 
 }  // namespace tornwalzen

@@ -2,7 +2,7 @@
 // channel.
 #pragma once
 
-#include "ground/array_view.hpp"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
@@ -20,15 +20,15 @@ struct DescentState {
 };
 
 /// Message: the number of triangles with an angle below 10 degrees.
-void reportSharpElements(Int sharp);
+void reportSharpElements(Analysis& run, Int sharp);
 
 /// Message: one line of the descent.
-void reportIteration(const DescentState& state);
+void reportIteration(Analysis& run, const DescentState& state);
 
 /// Information line with the percentage done, and the processor time.
-void reportAdvance(const DescentState& state);
+void reportAdvance(Analysis& run, const DescentState& state);
 
 /// Information line: the descent was given up at `iteration` with so many degenerate elements.
-void reportNoConvergence(Int degenerate, Int iteration);
+void reportNoConvergence(Analysis& run, Int degenerate, Int iteration);
 
 }  // namespace tornwalzen

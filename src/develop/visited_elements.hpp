@@ -14,11 +14,9 @@ namespace tornwalzen {
 
 class VisitedElements {
  public:
-  /// All elements 1..run.nele, for good: owns no memory, `select` changes nothing.
-  VisitedElements();
-  /// All elements 1..nele until the first `select`. Owns a list of nele integers; where it cannot be had, the
-  /// object stays with all elements.
-  explicit VisitedElements(Int nele);
+  /// All elements 1..nele until the first `select`. Owns a list of nele integers; where it cannot be had, or is not
+  /// wanted, the object stays with all elements for good: `select` then changes nothing.
+  explicit VisitedElements(Int nele, bool selectable = true);
 
   /// Restricts the visit to the elements that move along a.RB or carry a penalty. a.INTA: in, incidences;
   /// a.RB: in, direction (mm); a.ELG: in, column 4 the penalties at the current a.RX.
@@ -30,7 +28,7 @@ class VisitedElements {
 
  private:
   std::unique_ptr<Int[]> list_;
-  Int count_;
+  Int all_, count_;
   bool selected_ = false;
 };
 

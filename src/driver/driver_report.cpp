@@ -3,58 +3,57 @@
 
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
-#include "ground/run_record.hpp"
 
 namespace tornwalzen {
 
-void openProgress(const LoadPath& path) {
-  inipgr(&lambdaEnd);
-  progre(&path.lambda);
+void openProgress(Analysis& run, const LoadPath& path) {
+  openScale(run.progress, lambdaEnd);
+  reportFraction(run.progress, path.lambda);
 }
 
-void reportIncrement(const LoadPath& path) {
-  printMessage(MessageLine().text(" @"));
-  printMessage(MessageLine().text(" START INKRMEMENT ").integer(path.k, 5));
+void reportIncrement(Analysis& run, const LoadPath& path) {
+  printMessage(run, MessageLine().text(" @"));
+  printMessage(run, MessageLine().text(" START INKRMEMENT ").integer(path.k, 5));
   printMessage(
+      run,
       MessageLine().text(" FORTSCHRITT/SCHRITTWEITE ").fixed(path.lambda, 10, 6).fixed(path.dlam, 10, 6));
-  progre(&path.lambda);
-  proinf(MessageLine()
-             .text(" Tornwalzen - Inverse Projektion :    ")
-             .text(" Fortschritt / Schrittweite ")
-             .fixed(path.lambda * 100.0, 7, 2)
-             .text(" %%  ")
-             .fixed(path.dlam * 100.0, 7, 2)
-             .text(" %%")
-             .nul()
-             .buffer(),
-         messageLength);
-  procpu();
+  reportFraction(run.progress, path.lambda);
+  reportInformation(run.progress, MessageLine()
+                                      .text(" Tornwalzen - Inverse Projektion :    ")
+                                      .text(" Fortschritt / Schrittweite ")
+                                      .fixed(path.lambda * 100.0, 7, 2)
+                                      .text(" %%  ")
+                                      .fixed(path.dlam * 100.0, 7, 2)
+                                      .text(" %%")
+                                      .nul()
+                                      .buffer());
+  reportProcessorTime(run.progress);
 }
 
-void reportIteration(double EN) {
-  printMessage(MessageLine()
-                   .text("MAX.GRAD, LS-FAK, EN")
-                   .exponent(run.maxgrad, 13, 6)
-                   .exponent(run.lsfak, 13, 6)
-                   .exponent(EN, 13, 6));
+void reportIteration(Analysis& run, double EN) {
+  printMessage(run, MessageLine()
+                        .text("MAX.GRAD, LS-FAK, EN")
+                        .exponent(run.maxgrad, 13, 6)
+                        .exponent(run.lsfak, 13, 6)
+                        .exponent(EN, 13, 6));
 }
 
-void reportRepeat() {
-  printMessage(MessageLine().text("INKREMENT WIRD WIEDERHOLT @"));
+void reportRepeat(Analysis& run) {
+  printMessage(run, MessageLine().text("INKREMENT WIRD WIEDERHOLT @"));
 }
 
-void reportMinimumStep() {
+void reportMinimumStep(Analysis& run) {
   static const char text[] = " KEINE KONVERGENZ, MINIMLAE SCHRITTWEITE @";
-  noteFatalText(text);
-  printMessage(MessageLine().text(text));
+  noteFatalText(run.record, text);
+  printMessage(run, MessageLine().text(text));
 }
 
-void reportDegenerateFullStep() {
-  printMessage(MessageLine().text(" DEG. ELEMENTE BEIM VOLLEN LINE-SEARCH@"));
+void reportDegenerateFullStep(Analysis& run) {
+  printMessage(run, MessageLine().text(" DEG. ELEMENTE BEIM VOLLEN LINE-SEARCH@"));
 }
 
-void reportDegenerateHalving() {
-  printMessage(MessageLine().text(" DEG. ELEMENTE IM LINE-SEARCH@"));
+void reportDegenerateHalving(Analysis& run) {
+  printMessage(run, MessageLine().text(" DEG. ELEMENTE IM LINE-SEARCH@"));
 }
 
 }  // namespace tornwalzen

@@ -5,13 +5,11 @@
 
 #include "develop/unfold.hpp"
 #include "driver/driver_report.hpp"
-#include "element/element_strains.hpp"
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
+#include "element/element_strains.hpp"
 #include "ground/progress.hpp"
-#include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
-#include "sparse/factor_record.hpp"
+#include "sparse/factor_statistics.hpp"
 
 namespace tornwalzen {
 
@@ -22,15 +20,15 @@ constexpr double lineSearchCollapse = 1e-8;  // an accepted fraction below it en
 
 enum class Outcome { converged, repeat, acceptedUnconverged, endedUnconverged };
 
-void saveUnknowns(const DriverArrays& a) {
+void saveUnknowns(Analysis& run, const DriverArrays& a) {
   for (Int i = 1; i <= run.neq; ++i) a.RXA(i) = a.RX(i);
 }
 
-void restoreUnknowns(const DriverArrays& a) {
+void restoreUnknowns(Analysis& run, const DriverArrays& a) {
   for (Int i = 1; i <= run.neq; ++i) a.RX(i) = a.RXA(i);
 }
 
-void setTarget(double lambda, const DriverArrays& a) {
+void setTarget(Analysis& run, double lambda, const DriverArrays& a) {
   for (Int i = 1; i <= run.nkno; ++i) {
     a.KNZ(i, 1) = a.KNG(i, 1) * lambda + a.KNA(i, 1) * (1.0 - lambda);
     a.KNZ(i, 2) = a.KNG(i, 2) * lambda + a.KNA(i, 2) * (1.0 - lambda);
@@ -38,7 +36,7 @@ void setTarget(double lambda, const DriverArrays& a) {
   }
 }
 
-void copyResults(Table<const double> ELG, Vector<double> EVAL) {
+void copyResults(Analysis& run, Table<const double> ELG, Vector<double> EVAL) {
   for (Int e = 1; e <= run.nele; ++e)
     for (Int column = 1; column <= 5; ++column) EVAL(5 * (e - 1) + column) = ELG(e, column);
 }
@@ -50,71 +48,71 @@ Outcome stalled(const LoadPath& path) {
   return path.lambda == lambdaEnd ? Outcome::endedUnconverged : Outcome::acceptedUnconverged;
 }
 
-void acceptIncrement(const LoadPath& path) {
-  record.increments += 1;
-  record.progress = path.lambda;
+void acceptIncrement(Analysis& run, const LoadPath& path) {
+  run.record.increments += 1;
+  run.record.progress = path.lambda;
 }
 
 /// Newton iterations of one increment; counts them in path.m.
-Outcome iterate(LoadPath& path, double tol, const DriverArrays& a, Table<const double> FC) {
+Outcome iterate(Analysis& run, LoadPath& path, double tol, const DriverArrays& a) {
   double EN;
-  energySum(EN, a, FC);
+  energySum(run, EN, a);
   run.lsfak = 1.0;
   for (;;) {
     path.m += 1;
     if (path.m > newtonLimit || run.lsfak < lineSearchCollapse) return stalled(path);
-    newtonStep(EN, a, FC);
-    record.newtonSteps += 1;
+    newtonStep(run, EN, a);
+    run.record.newtonSteps += 1;
     if (failed(run.ierrel)) return Outcome::repeat;
-    reportIteration(EN);
-    const double limit = gradientLimit(tol, path.lambda) * toleranceFactor(path.lambda);
-    record.lastGradient = run.maxgrad;
-    record.gradientLimit = limit;
+    reportIteration(run, EN);
+    const double limit = gradientLimit(tol, path.lambda) * toleranceFactor(run, path.lambda);
+    run.record.lastGradient = run.maxgrad;
+    run.record.gradientLimit = limit;
     // Written so that a residual that is not a number never counts as converged.
     if (path.m >= newtonLeast && run.maxgrad <= limit) return Outcome::converged;
   }
 }
 
 /// Increments until the part is reached or the path is given up; returns how it ended.
-RunEnd followPath(const DriverArrays& a, Vector<double> EVAL, Table<const double> FC) {
+RunEnd followPath(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
   const double tol = gradientTolerance(run.istat);
   LoadPath path;
-  openProgress(path);
+  openProgress(run, path);
 
   for (;;) {
-    saveUnknowns(a);
+    saveUnknowns(run, a);
     bool exhausted;
     path.adjustStep(exhausted);
     if (exhausted) {
-      reportMinimumStep();
+      reportMinimumStep(run);
       run.ierrel = errorSet;
       return RunEnd::stepTooSmall;
     }
     path.advance();
-    reportIncrement(path);
-    setTarget(path.lambda, a);
-    switch (iterate(path, tol, a, FC)) {
+    reportIncrement(run, path);
+    setTarget(run, path.lambda, a);
+    switch (iterate(run, path, tol, a)) {
       case Outcome::converged:
-        copyResults(a.ELG, EVAL);
-        acceptIncrement(path);
+        copyResults(run, a.ELG, EVAL);
+        acceptIncrement(run, path);
         if (path.atEnd()) {
-          procpu();
+          reportProcessorTime(run.progress);
           return RunEnd::converged;
         }
         break;
       case Outcome::acceptedUnconverged:
-        acceptIncrement(path);
-        record.acceptedUnconverged += 1;
+        acceptIncrement(run, path);
+        run.record.acceptedUnconverged += 1;
         path.m = newtonLimit + 1;  // the step rule then shrinks to the floor
         break;
       case Outcome::endedUnconverged:
         return RunEnd::finalUnconverged;
       case Outcome::repeat:
-        restoreUnknowns(a);
+        restoreUnknowns(run, a);
         run.ierrel = 0;
         path.stepBack();
-        reportRepeat();
-        record.repeats += 1;
+        reportRepeat(run);
+        run.record.repeats += 1;
         break;
     }
   }
@@ -122,21 +120,20 @@ RunEnd followPath(const DriverArrays& a, Vector<double> EVAL, Table<const double
 
 }  // namespace
 
-void inverseDriver(const DriverArrays& a, Vector<double> EVAL) {
-  const Table<const double> FC = flowCurve();
-  record.end = RunEnd::running;
+void inverseDriver(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
+  run.record.end = RunEnd::running;
   const bool leftover = failed(run.ierrel);
   {
-    const ProcessorTime time(record.development);
-    unfoldBlank(a);
+    const ProcessorTime time(run.record.development);
+    unfoldBlank(run, a);
   }
   if (failed(run.ierrel)) {
-    record.end = leftover ? RunEnd::leftoverError : RunEnd::notDeveloped;
+    run.record.end = leftover ? RunEnd::leftoverError : RunEnd::notDeveloped;
     return;
   }
-  record.end = followPath(a, EVAL, FC);
-  recordFactor(a.WORK, a.RWORK);
-  recordLargestStrain(a, FC);
+  run.record.end = followPath(run, a, EVAL);
+  recordFactor(run.record, run.solver.protocol, a.WORK, a.RWORK);
+  recordLargestStrain(run, a);
 }
 
 }  // namespace tornwalzen

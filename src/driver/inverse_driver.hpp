@@ -1,6 +1,7 @@
 // The increment-controlled Newton iteration from the flat blank (progress 0) to the part (progress 1).
 #pragma once
 
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -12,6 +13,6 @@ namespace tornwalzen {
 ///
 /// Failure: `ierrel` = -1 after a development without convergence and after the minimum-step abort; `ierrso` = -1
 /// if the solver failed in any step (the driver does not test it).
-void inverseDriver(const DriverArrays& a, Vector<double> EVAL);
+void inverseDriver(Analysis& run, const DriverArrays& a, Vector<double> EVAL);
 
 }  // namespace tornwalzen

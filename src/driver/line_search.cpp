@@ -5,20 +5,18 @@
 
 #include "driver/driver_report.hpp"
 #include "element/assembly.hpp"
-#include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 
 namespace {
 
 /// RX = RX + f·RB; f: in, dimensionless.
-void moveForward(const DriverArrays& a, double f) {
+void moveForward(Analysis& run, const DriverArrays& a, double f) {
   for (Int i = 1; i <= run.neq; ++i) a.RX(i) = a.RX(i) + f * a.RB(i);
 }
 
 /// RX = RX − f·RB. moved: out, whether that changed any entry.
-void moveBack(const DriverArrays& a, double f, bool& moved) {
+void moveBack(Analysis& run, const DriverArrays& a, double f, bool& moved) {
   moved = false;
   for (Int i = 1; i <= run.neq; ++i) {
     const double x = a.RX(i) - f * a.RB(i);
@@ -29,27 +27,27 @@ void moveBack(const DriverArrays& a, double f, bool& moved) {
 
 /// Residual and maxgrad at RX. degenerate: out, whether an element has no blank area; `ierrel` tells it as
 /// well.
-void evaluate(const DriverArrays& a, Table<const double> FC, bool& degenerate) {
+void evaluate(Analysis& run, const DriverArrays& a, bool& degenerate) {
   run.ierrel = 0;
-  record.lineSearchTrials += 1;
-  assemble(residualOnly, a, FC);
+  run.record.lineSearchTrials += 1;
+  assemble(run, residualOnly, a);
   degenerate = failed(run.ierrel);
 }
 
 }  // namespace
 
-void lineSearch(Int LSMAX, const DriverArrays& a, Table<const double> FC) {
+void lineSearch(Analysis& run, Int LSMAX, const DriverArrays& a) {
   bool errPrev, errNow, moved;
-  moveForward(a, 1.0);
-  evaluate(a, FC, errPrev);
+  moveForward(run, a, 1.0);
+  evaluate(run, a, errPrev);
   double gPrev = run.maxgrad;
-  if (errPrev) reportDegenerateFullStep();
+  if (errPrev) reportDegenerateFullStep(run);
 
   double f = 0.5;
   for (Int it = 1;; ++it) {
-    moveBack(a, f, moved);  // from the fraction 2f of the step to f
-    evaluate(a, FC, errNow);
-    if (errNow) reportDegenerateHalving();
+    moveBack(run, a, f, moved);  // from the fraction 2f of the step to f
+    evaluate(run, a, errNow);
+    if (errNow) reportDegenerateHalving(run);
     const bool improving = run.maxgrad < gPrev && it <= LSMAX;
     const bool escaping = (errNow || errPrev) && moved;
     if (!improving && !escaping) break;
@@ -59,13 +57,13 @@ void lineSearch(Int LSMAX, const DriverArrays& a, Table<const double> FC) {
   }
 
   if (run.maxgrad > gPrev) {
-    moveForward(a, f);
+    moveForward(run, a, f);
     run.lsfak = 2.0 * f;
   } else {
-    moveBack(a, f, moved);
+    moveBack(run, a, f, moved);
     run.lsfak = 0.0;
   }
-  evaluate(a, FC, errNow);
+  evaluate(run, a, errNow);
 }
 
 }  // namespace tornwalzen

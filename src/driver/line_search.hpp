@@ -1,6 +1,7 @@
 // Line search of the Newton iteration: how much of a correction is applied to the blank.
 #pragma once
 
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -14,6 +15,6 @@ namespace tornwalzen {
 /// × 7. The other arrays as for assemble. Run state: lsfak = accepted fraction, 1 or a power of ½; 0 where
 /// the step was taken back (still improving after LSMAX halvings, no difference between two points, or
 /// degenerate all the way); maxgrad at the accepted point; `ierrel` as the evaluation there left it.
-void lineSearch(Int LSMAX, const DriverArrays& a, Table<const double> FC);
+void lineSearch(Analysis& run, Int LSMAX, const DriverArrays& a);
 
 }  // namespace tornwalzen

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include "ground/run_options.hpp"
-
 namespace tornwalzen {
 
 namespace {
@@ -31,8 +29,8 @@ double gradientLimit(double tol, double lambda) {
   return lambda == lambdaEnd ? tol : intermediateFactor * tol;
 }
 
-double toleranceFactor(double lambda) {
-  return lambda == lambdaEnd ? options.finalTolerance : options.pathTolerance;
+double toleranceFactor(Analysis& run, double lambda) {
+  return lambda == lambdaEnd ? run.options.finalTolerance : run.options.pathTolerance;
 }
 
 double gradientTolerance(Int istat) {

@@ -2,7 +2,7 @@
 // is, and when the path is given up. Dimensionless throughout.
 #pragma once
 
-#include "ground/array_view.hpp"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
@@ -20,7 +20,7 @@ double gradientLimit(double tol, double lambda);
 
 /// What the host multiplies that limit with: one factor at the end of the path, another before; both 1 if it
 /// chose none.
-double toleranceFactor(double lambda);
+double toleranceFactor(Analysis& run, double lambda);
 
 /// `tol` of a run: 0.1 where istat = 1, 0.01 where istat = 0.
 double gradientTolerance(Int istat);

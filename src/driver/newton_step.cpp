@@ -6,8 +6,6 @@
 #include "driver/line_search.hpp"
 #include "element/assembly.hpp"
 #include "element/element.hpp"
-#include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
 #include "sparse/phases.hpp"
 
 namespace tornwalzen {
@@ -15,42 +13,40 @@ namespace tornwalzen {
 namespace {
 
 constexpr Int lineSearchLimit = 4;  // LSMAX
-constexpr Int numericStep = 44;     // step codes of the solver
-constexpr Int solveStep = 1;
-constexpr Int heldFlag = 0;  // any other flag lets the unknown move
+constexpr Int heldFlag = 0;         // any other flag lets the unknown move
 
-void solver(Int step, const DriverArrays& a, double& seconds) {
+void solver(Analysis& run, SolverStep step, const DriverArrays& a, double& seconds) {
   const ProcessorTime time(seconds);
-  loesys(step, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.SYSM, a.WRHS);
+  solverStep(run, run.solver, step, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.SYSM, a.WRHS);
 }
 
 /// A correction with an entry that is not finite is none: the blank must stay whole.
 void discardUnusableCorrection(Vector<double> RB) {
   bool finite = true;
-  for (Int i = 1; i <= run.neq; ++i) finite = finite && std::isfinite(RB(i));
+  for (Int i = 1; i <= RB.length(); ++i) finite = finite && std::isfinite(RB(i));
   if (finite) return;
-  for (Int i = 1; i <= run.neq; ++i) RB(i) = 0.0;
+  for (Int i = 1; i <= RB.length(); ++i) RB(i) = 0.0;
 }
 
 }  // namespace
 
-void newtonStep(double& EN, const DriverArrays& a, Table<const double> FC) {
+void newtonStep(Analysis& run, double& EN, const DriverArrays& a) {
   {
-    const ProcessorTime time(record.assembly);
-    assemble(residualAndMatrix, a, FC);
+    const ProcessorTime time(run.record.assembly);
+    assemble(run, residualAndMatrix, a);
     if (failed(run.ierrel)) return;
-    imposeHeldUnknowns(a);
+    imposeHeldUnknowns(run, a);
   }
-  solver(numericStep, a, record.factorization);
-  record.factorizations += 1;
-  solver(solveStep, a, record.solve);
-  const ProcessorTime time(record.lineSearch);
+  solver(run, SolverStep::numeric, a, run.record.factorization);
+  run.record.factorizations += 1;
+  solver(run, SolverStep::solve, a, run.record.solve);
+  const ProcessorTime time(run.record.lineSearch);
   discardUnusableCorrection(a.RB);
-  lineSearch(lineSearchLimit, a, FC);
-  energySum(EN, a, FC);
+  lineSearch(run, lineSearchLimit, a);
+  energySum(run, EN, a);
 }
 
-void imposeHeldUnknowns(const DriverArrays& a) {
+void imposeHeldUnknowns(Analysis& run, const DriverArrays& a) {
   for (Int i = 1; i <= run.neq; ++i) {
     const Int diagonal = a.COLS(i), next = a.COLS(i + 1);
     if (a.ARFA(i) == heldFlag) {
@@ -64,8 +60,8 @@ void imposeHeldUnknowns(const DriverArrays& a) {
   }
 }
 
-void energySum(double& EN, const DriverArrays& a, Table<const double> FC) {
-  measureElements(a.INTA, a.RX, a.KNZ, FC, EN, a.ELG);
+void energySum(Analysis& run, double& EN, const DriverArrays& a) {
+  measureElements(run, a.INTA, a.RX, a.KNZ, FlowCurve(run), EN, a.ELG);
 }
 
 }  // namespace tornwalzen

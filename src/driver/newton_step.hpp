@@ -1,6 +1,7 @@
 // One Newton iteration on the blank positions, and the total energy.
 #pragma once
 
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -11,14 +12,14 @@ namespace tornwalzen {
 /// flow curve, 50 × 7. Run state: maxgrad and lsfak of the line search. A degenerate element: `ierrel` = -1
 /// and an immediate return. A failed solver leaves a zero correction, which the line search answers with
 /// lsfak = 0; `ierrso` is for the host.
-void newtonStep(double& EN, const DriverArrays& a, Table<const double> FC);
+void newtonStep(Analysis& run, double& EN, const DriverArrays& a);
 
 /// Decouples the unknowns with flag 0: unit diagonal, zero residual, zeros in their rows and columns.
 /// a.ARFA, a.COLS, a.ROWI: in. a.SYSM, a.RR: inout.
-void imposeHeldUnknowns(const DriverArrays& a);
+void imposeHeldUnknowns(Analysis& run, const DriverArrays& a);
 
 /// Sum of the element potentials, which also writes columns 1 and 2 of a.ELG. EN: out (mm²).
 /// a.INTA, a.RX, a.KNZ, FC: in. At a degenerate element `ierrel` = -1 and EN keeps the sum so far.
-void energySum(double& EN, const DriverArrays& a, Table<const double> FC);
+void energySum(Analysis& run, double& EN, const DriverArrays& a);
 
 }  // namespace tornwalzen

@@ -6,7 +6,6 @@
 
 #include "element/element.hpp"
 #include "element/lanes/lane_pass.hpp"
-#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 
@@ -95,7 +94,7 @@ struct ElementSums {
 /// one.
 double residualNorm(Vector<const Int> ARFA, Vector<const double> RR) {
   double largest = 0.0;
-  for (Int i = 1; i <= run.neq; ++i) {
+  for (Int i = 1; i <= ARFA.length(); ++i) {
     if (ARFA(i) != 1) continue;
     const double size = std::fabs(RR(i));
     if (size > largest || std::isnan(size)) largest = size;
@@ -105,22 +104,22 @@ double residualNorm(Vector<const Int> ARFA, Vector<const double> RR) {
 
 }  // namespace
 
-void assemble(Int mode, const DriverArrays& a, Table<const double> FC) {
+void assemble(Analysis& run, Int mode, const DriverArrays& a) {
   const bool withMatrix = mode == residualAndMatrix;
   for (Int i = 1; i <= run.neq; ++i) a.RR(i) = 0.0;
   if (withMatrix) {
-    for (Int p = 1; p <= run.nsysm; ++p) a.SYSM(p) = 0.0;
+    for (Int p = 1; p <= run.solver.nsysm; ++p) a.SYSM(p) = 0.0;
     for (Int i = 1; i <= run.neq; ++i) a.TEMP(i) = 0.0;
   }
 
-  const FlowCurve CURVE(FC);
+  const FlowCurve CURVE(run);
   const TangentPlaces places(a.COLS, a.ROWI, a.SYSM);
   const ElementSums sums{a, places, withMatrix};
   const LaneCurve laneCurve(CURVE);
   LaneBatch batch;
   for (Int e = 1; e <= run.nele;) {
-    if (e + laneCount - 1 <= run.nele && lanesServe() && takeEight(e, a.INTA, a.RX, a.KNZ, batch)) {
-      elementLanes().evaluate(withMatrix ? Order::hessian : Order::gradient, laneCurve, batch);
+    if (e + laneCount - 1 <= run.nele && lanesServe(run) && takeEight(run, e, a.INTA, a.RX, a.KNZ, batch)) {
+      lanesOf(run).evaluate(withMatrix ? Order::hessian : Order::gradient, laneCurve, batch);
       for (int l = 0; l < laneCount; ++l, ++e)
         sums.add<laneCount>(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l]);
       continue;
@@ -128,7 +127,7 @@ void assemble(Int mode, const DriverArrays& a, Table<const double> FC) {
     const Int last = e + laneCount - 1 < run.nele ? e + laneCount - 1 : run.nele;
     for (; e <= last; ++e) {
       double potential, GRADIENT[6], AMAT[36];
-      elementRoutine(e, mode, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
+      elementRoutine(run, e, mode, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
       if (failed(run.ierrel)) return;
       sums.add<1>(e, GRADIENT, AMAT);
     }

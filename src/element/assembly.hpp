@@ -1,6 +1,7 @@
 // Assembly of the global residual and tangent from the element routine.
 #pragma once
 
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -10,13 +11,13 @@ constexpr Int residualOnly = 0;       // assembly mode: SYSM and TEMP stay as th
 
 /// One pass over all triangles in order.
 ///
-/// mode: in, residualAndMatrix or residualOnly. a.INTA, a.ARFA, a.COLS, a.ROWI, a.RX, a.KNZ, FC: in.
+/// mode: in, residualAndMatrix or residualOnly. a.INTA, a.ARFA, a.COLS, a.ROWI, a.RX, a.KNZ, and the flow curve of the state: in.
 /// a.RR: out, neq, minus the gradient of the total potential. a.SYSM: out in mode 1, its Hessian, lower
 /// triangle in the pattern of COLS, ROWI. a.TEMP: scratch in mode 1, all zero afterwards. Run state: maxgrad
 /// = largest |RR(i)| over the unknowns with ARFA(i) = 1, NaN if one of them is NaN.
 ///
 /// Stops at the first degenerate element with `ierrel` = -1; RR and SYSM are then partly assembled and
 /// maxgrad keeps its old value.
-void assemble(Int mode, const DriverArrays& a, Table<const double> FC);
+void assemble(Analysis& run, Int mode, const DriverArrays& a);
 
 }  // namespace tornwalzen

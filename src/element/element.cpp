@@ -5,8 +5,7 @@
 #include "element/density_plastic.hpp"
 #include "element/expansion.hpp"
 #include "element/kinematics.hpp"
-#include "ground/run_options.hpp"
-#include "tornwalzen.h"
+#include "ground/messages.hpp"
 
 namespace tornwalzen {
 
@@ -17,7 +16,7 @@ constexpr char degenerateText[] = " DEGENERIERTES ELEMENT ";
 /// Kinematics and density of element e. False, with `ierrel` set, if its blank triangle is degenerate.
 /// One procedure for all callers: measure, residual and tangent must belong to the same potential.
 template <Order order>
-bool evaluate(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
+bool evaluate(Analysis& run, Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
               const FlowCurve& CURVE, Kinematics& K, Density& F) {
   const Int n1 = INTA(e, 1), n2 = INTA(e, 2), n3 = INTA(e, 3);
   blankKinematics(n1, n2, n3, RX, K);
@@ -42,14 +41,15 @@ double partWeight(Int e, Table<const Int> INTA, Table<const double> KNZ) {
 
 }  // namespace
 
-void elementRoutine(Int e, Int mode, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
-                    const FlowCurve& CURVE, double& POTENTIAL, double (&GRADIENT)[6], double (&HESSIAN)[36]) {
+void elementRoutine(Analysis& run, Int e, Int mode, Table<const Int> INTA, Vector<const double> RX,
+                    Table<const double> KNZ, const FlowCurve& CURVE, double& POTENTIAL, double (&GRADIENT)[6],
+                    double (&HESSIAN)[36]) {
   Kinematics K;
   Density F;
-  const bool accepted = mode == 1 ? evaluate<Order::hessian>(e, INTA, RX, KNZ, CURVE, K, F)
-                                  : evaluate<Order::gradient>(e, INTA, RX, KNZ, CURVE, K, F);
+  const bool accepted = mode == 1 ? evaluate<Order::hessian>(run, e, INTA, RX, KNZ, CURVE, K, F)
+                                  : evaluate<Order::gradient>(run, e, INTA, RX, KNZ, CURVE, K, F);
   if (!accepted) return;
-  if (options.partReference) {
+  if (run.options.partReference) {
     const double A = partWeight(e, INTA, KNZ);
     POTENTIAL = A * F.phi;
     weighedGradient(K, F, A, GRADIENT);
@@ -61,15 +61,15 @@ void elementRoutine(Int e, Int mode, Table<const Int> INTA, Vector<const double>
   if (mode == 1) potentialHessian(K, F, HESSIAN);
 }
 
-void elementMeasure(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
-                    const FlowCurve& CURVE, double& POTENTIAL, Table<double> ELG) {
+void elementMeasure(Analysis& run, Int e, Table<const Int> INTA, Vector<const double> RX,
+                    Table<const double> KNZ, const FlowCurve& CURVE, double& POTENTIAL, Table<double> ELG) {
   Kinematics K;
   Density F;
-  if (!evaluate<Order::value>(e, INTA, RX, KNZ, CURVE, K, F)) {
-    prttxt(degenerateText, sizeof degenerateText - 1);
+  if (!evaluate<Order::value>(run, e, INTA, RX, KNZ, CURVE, K, F)) {
+    printText(run.messages, degenerateText);
     return;
   }
-  POTENTIAL = (options.partReference ? partWeight(e, INTA, KNZ) : K.D) * F.phi;
+  POTENTIAL = (run.options.partReference ? partWeight(e, INTA, KNZ) : K.D) * F.phi;
   ELG(e, 1) = -(0.5 * (K.C11 - 1.0) + 0.5 * (K.C22 - 1.0));
   ELG(e, 2) = F.phi;
 }

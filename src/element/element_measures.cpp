@@ -4,14 +4,14 @@
 
 namespace tornwalzen {
 
-void measureElements(Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
+void measureElements(Analysis& run, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
                      const FlowCurve& CURVE, double& SUM, Table<double> ELG) {
   const LaneCurve laneCurve(CURVE);
   LaneBatch batch;
   SUM = 0.0;
   for (Int e = 1; e <= run.nele;) {
-    if (e + laneCount - 1 <= run.nele && lanesServe() && takeEight(e, INTA, RX, KNZ, batch)) {
-      elementLanes().evaluate(Order::value, laneCurve, batch);
+    if (e + laneCount - 1 <= run.nele && lanesServe(run) && takeEight(run, e, INTA, RX, KNZ, batch)) {
+      lanesOf(run).evaluate(Order::value, laneCurve, batch);
       for (int l = 0; l < laneCount; ++l, ++e) {
         ELG(e, 1) = batch.STRAIN[l];
         ELG(e, 2) = batch.PHI[l];
@@ -22,7 +22,7 @@ void measureElements(Table<const Int> INTA, Vector<const double> RX, Table<const
     const Int last = e + laneCount - 1 < run.nele ? e + laneCount - 1 : run.nele;
     for (; e <= last; ++e) {
       double potential;
-      elementMeasure(e, INTA, RX, KNZ, CURVE, potential, ELG);
+      elementMeasure(run, e, INTA, RX, KNZ, CURVE, potential, ELG);
       if (failed(run.ierrel)) return;
       SUM += potential;
     }

@@ -5,7 +5,6 @@
 
 #include "ground/run_options.hpp"
 #include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
 
 namespace tornwalzen {
 
@@ -15,9 +14,9 @@ PrincipalStrains triangleStrains(const double (&X)[9], const double (&U)[6], con
   return principalStrains(P, Q, p, q, weights);
 }
 
-void recordLargestStrain(const DriverArrays& a, Table<const double> FC) {
-  const StrainWeights weights(options.anisotropy);
-  record.largestStrain = 0.0;
+void recordLargestStrain(Analysis& run, const DriverArrays& a) {
+  const StrainWeights weights(run.options.anisotropy);
+  run.record.largestStrain = 0.0;
   for (Int e = 1; e <= run.nele; ++e) {
     double X[9], U[6];
     for (Int corner = 0; corner < 3; ++corner) {
@@ -27,9 +26,10 @@ void recordLargestStrain(const DriverArrays& a, Table<const double> FC) {
       U[2 * corner + 1] = a.RX(2 * n);
     }
     const double strain = triangleStrains(X, U, weights).equivalent;
-    if (std::isfinite(strain) && strain > record.largestStrain) record.largestStrain = strain;
+    if (std::isfinite(strain) && strain > run.record.largestStrain) run.record.largestStrain = strain;
   }
-  record.beyondCurve = run.istat != 0 && run.npkt >= 2 && record.largestStrain > FC(run.npkt - 1, 1);
+  run.record.beyondCurve =
+      run.istat != 0 && run.npkt >= 2 && run.record.largestStrain > flowCurve(run)(run.npkt - 1, 1);
 }
 
 }  // namespace tornwalzen

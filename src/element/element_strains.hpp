@@ -2,6 +2,7 @@
 #pragma once
 
 #include "element/principal_strains.hpp"
+#include "ground/analysis.hpp"
 #include "ground/driver_arrays.hpp"
 
 namespace tornwalzen {
@@ -13,6 +14,6 @@ PrincipalStrains triangleStrains(const double (&X)[9], const double (&U)[6], con
 /// Record: the largest equivalent strain between a.RX and the whole part, elements without blank area left
 /// out, and whether it lies beyond the flow curve's data, which end one row before the far point. The
 /// geometric density reads no curve, so nothing lies beyond it.
-void recordLargestStrain(const DriverArrays& a, Table<const double> FC);
+void recordLargestStrain(Analysis& run, const DriverArrays& a);
 
 }  // namespace tornwalzen

@@ -7,12 +7,12 @@
 
 namespace tornwalzen {
 
-bool argumentsGiven(std::initializer_list<HostArgument> arguments) {
+bool argumentsGiven(Analysis& run, std::initializer_list<HostArgument> arguments) {
   for (const HostArgument& argument : arguments) {
     if (argument.pointer != nullptr || argument.length <= 0) continue;
     char text[messageLength];
     std::snprintf(text, sizeof text, " FATALER FEHLER : Argument %s fehlt @", argument.name);
-    failSolver(text);
+    failSolver(run, text);
     return false;
   }
   return true;

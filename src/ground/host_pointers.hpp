@@ -3,7 +3,7 @@
 
 #include <initializer_list>
 
-#include "ground/array_view.hpp"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
@@ -22,6 +22,6 @@ struct HostArgument {
 
 /// True if no argument of the call is missing. Else keeps the text " FATALER FEHLER : Argument NAME fehlt @"
 /// of the first one that is, sets `ierrso` to -1 and returns false.
-bool argumentsGiven(std::initializer_list<HostArgument> arguments);
+bool argumentsGiven(Analysis& run, std::initializer_list<HostArgument> arguments);
 
 }  // namespace tornwalzen

@@ -1,4 +1,4 @@
-// Composition of the 128-character message lines and the printing of their first 80 characters.
+// Composition of the 128-character message lines and the way of their first 80 characters to the host.
 #include "ground/messages.hpp"
 
 #include <algorithm>
@@ -6,13 +6,11 @@
 #include <cstring>
 
 #include "ground/fixed_fields.hpp"
-#include "ground/run_record.hpp"
-#include "tornwalzen.h"
 
 namespace tornwalzen {
 
 namespace {
-constexpr int printedLength = 80;  // characters of a message that reach standard output
+constexpr int printedLength = 80;  // characters of a message that reach the host
 }
 
 MessageLine::MessageLine() {
@@ -54,29 +52,27 @@ MessageLine& MessageLine::nul() {
   return *this;
 }
 
-void printMessage(const MessageLine& line) {
-  std::memcpy(run.MSGSTR, line.buffer(), messageLength);
-  prttxt(run.MSGSTR, messageLength);
+void printText(MessageChannel& messages, const char* text) {
+  if (text == nullptr) return;
+  char printed[printedLength + 1];
+  int length = 0;
+  while (length < printedLength && text[length] != '\0') ++length;
+  std::memcpy(printed, text, static_cast<std::size_t>(length));
+  printed[length] = '\0';
+  if (messages.handler != nullptr) return messages.handler(messages.userdata, printed);
+  std::printf("%s\n", printed);
+  std::fflush(stdout);
 }
 
-void failSolver(const char* text) {
-  std::memcpy(run.MSGSTR_solver, MessageLine().text(text).buffer(), messageLength);
-  noteFatalText(text);
-  prterr();
+void printMessage(Analysis& run, const MessageLine& line) {
+  std::memcpy(run.messages.MSGSTR, line.buffer(), messageLength);
+  printText(run.messages, run.messages.MSGSTR);
+}
+
+void failSolver(Analysis& run, const char* text) {
+  std::memcpy(run.messages.MSGSTR_solver, MessageLine().text(text).buffer(), messageLength);
+  noteFatalText(run.record, text);
   run.ierrso = errorSet;
 }
 
 }  // namespace tornwalzen
-
-extern "C" void prttxt(const char* text, int32_t) {
-  static char printBuffer[tornwalzen::printedLength + 1];
-  if (text == nullptr) return;
-  int length = 0;
-  while (length < tornwalzen::printedLength && text[length] != '\0') ++length;
-  std::memcpy(printBuffer, text, static_cast<std::size_t>(length));
-  printBuffer[length] = '\0';
-  std::printf("%s\n", printBuffer);
-  std::fflush(stdout);
-}
-
-extern "C" void prterr(void) {}

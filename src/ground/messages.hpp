@@ -1,7 +1,7 @@
-// The message channel: German one-line texts, composed in a 128-character buffer and printed on standard output.
+// The message channel: German one-line texts, composed in a 128-character buffer and handed to the host.
 #pragma once
 
-#include "ground/run_state.hpp"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
@@ -23,11 +23,15 @@ class MessageLine {
   int used_ = 0;
 };
 
-/// Keeps the line in the run state's MSGSTR and prints its first 80 characters and a newline.
-void printMessage(const MessageLine& line);
+/// Keeps the line in MSGSTR and hands its first 80 characters to the host: its message handler, or standard
+/// output with a newline, flushed.
+void printMessage(Analysis& run, const MessageLine& line);
 
-/// Keeps a fatal text of the structure builder or the solver in its own MSGSTR, calls `prterr` (which prints
-/// nothing) and sets the solver-side error word `ierrso` to -1.
-void failSolver(const char* text);
+/// Hands a text to the host in the same way. text: in, up to its first zero byte or 80 characters; null: nothing.
+void printText(MessageChannel& messages, const char* text);
+
+/// Keeps a fatal text of the structure builder or the solver in its own MSGSTR and in the record, and sets the
+/// solver-side error word `ierrso` to -1. Nothing is printed.
+void failSolver(Analysis& run, const char* text);
 
 }  // namespace tornwalzen

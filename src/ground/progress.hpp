@@ -1,20 +1,29 @@
-// The progress channel, as the library's own routines use it. The functions themselves are exported and
-// declared in tornwalzen.h: inipgr, progre, proinf, procpu.
+// The progress channel: fractions, information lines and the processor time go to the host's handler; a monitor
+// hears of every step and may ask for an orderly end.
 #pragma once
 
-#include "ground/array_view.hpp"
-#include "tornwalzen.h"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
-constexpr int timeTextLength =
-    48;  // "TIME: ", up to 18 digits of minutes, "min ", two of seconds, "s", zero byte
+/// Opens a progress scale that ends at `end`.
+void openScale(ProgressChannel& progress, double end);
 
-/// The text that procpu hands to the host: "TIME: 59sec" below a minute, else "TIME: 1min 1s".
+/// Reports progress x on that scale: 0.0 the first time after openScale, then 1 - (end - x)/(end - first x).
+void reportFraction(ProgressChannel& progress, double x);
+
+/// Hands an information line to the handler. text: in, up to its zero byte, at most 127 characters; null: nothing.
+void reportInformation(ProgressChannel& progress, const char* text);
+
+/// Hands the processor time of the process to the handler.
+void reportProcessorTime(ProgressChannel& progress);
+
+/// The text for that: "TIME: 59sec" below a minute, else "TIME: 1min 1s".
 /// out: at least timeTextLength characters, zero-terminated on return. milliseconds: in, >= 0.
 void processorTimeText(char* out, Int64 milliseconds);
 
-/// No handler, no open scale: the state after loading.
-void resetProgress();
+/// Tells the monitor where the run stands. True if the run shall go on; once the monitor has asked for the end it
+/// is asked no more.
+bool hostContinues(ProgressChannel& progress, const ProgressPoint& point);
 
 }  // namespace tornwalzen

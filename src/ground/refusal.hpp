@@ -11,11 +11,11 @@ struct Refusal {
   double value = 0.0;
 };
 
-extern Refusal lastRefusal;
+constexpr int refusalTextLength = 160;
 
 /// Keeps the refusal for its text and returns the code.
-inline Int refuse(Int code, Int index, double value) {
-  lastRefusal = {code, index, value};
+inline Int refuse(Refusal& refusal, Int code, Int index, double value) {
+  refusal = {code, index, value};
   return code;
 }
 

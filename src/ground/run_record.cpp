@@ -1,15 +1,11 @@
-// The one instance of the record.
+// The fatal text of the record.
 #include "ground/run_record.hpp"
 
 #include <cstring>
 
 namespace tornwalzen {
 
-RunRecord record;
-SetUpTimes setUpTimes;
-bool analysisRunning = false;
-
-void noteFatalText(const char* text) {
+void noteFatalText(RunRecord& record, const char* text) {
   while (*text == ' ') ++text;
   std::size_t length = 0;
   while (length + 1 < fatalTextLength && text[length] != '\0') ++length;

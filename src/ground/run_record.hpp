@@ -18,7 +18,8 @@ enum class RunEnd : Int {
   notDeveloped = 5,   // the unfolding did not converge
   stepTooSmall = 6,
   finalUnconverged = 7,  // the final increment stalled at the smallest step
-  solverFailed = 8
+  solverFailed = 8,
+  stoppedByHost = 9
 };
 
 constexpr int fatalTextLength = 160;
@@ -48,12 +49,8 @@ struct RunRecord {
   char fatalText[fatalTextLength] = {};  // last fatal text, zero-terminated
 };
 
-extern RunRecord record;
-extern SetUpTimes setUpTimes;
-extern bool analysisRunning;  // an OSMAIN is on the stack: the progress handler's calls come from within it
-
 /// Keeps a fatal text: up to its zero byte, without blanks and the mark "@" at its ends.
-void noteFatalText(const char* text);
+void noteFatalText(RunRecord& record, const char* text);
 
 /// Adds the processor time of its life to `total` (seconds).
 class ProcessorTime {
@@ -66,22 +63,6 @@ class ProcessorTime {
  private:
   double& total_;
   std::clock_t begin_;
-};
-
-/// One OSMAIN: a fresh record, and the mark that it is running.
-class AnalysisRun {
- public:
-  AnalysisRun() : outer_(analysisRunning) {
-    record = RunRecord{};
-    record.end = RunEnd::refused;
-    analysisRunning = true;
-  }
-  ~AnalysisRun() { analysisRunning = outer_; }
-  AnalysisRun(const AnalysisRun&) = delete;
-  AnalysisRun& operator=(const AnalysisRun&) = delete;
-
- private:
-  bool outer_;
 };
 
 }  // namespace tornwalzen

@@ -1,9 +1,9 @@
-// The subscript message, apart from the run state: the deck library prints it too.
+// The subscript message, apart from the state of an analysis: the deck library prints it too.
+#include "ground/subscript_message.hpp"
+
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
-
-#include "ground/subscript_check.hpp"
 
 namespace tornwalzen {
 

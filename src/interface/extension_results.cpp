@@ -4,16 +4,17 @@
 #include <cstring>
 
 #include "element/element_strains.hpp"
+#include "interface/default_analysis.hpp"
 #include "material/material_setup.hpp"
-#include "ground/refusal.hpp"
-#include "ground/run_record.hpp"
 #include "tornwalzen_ext.h"
 
 using namespace tornwalzen;
 
 namespace {
 
-TornwalzenReport currentReport() {
+TornwalzenReport currentReport(const Analysis& run) {
+  const RunRecord& record = run.record;
+  const SetUpTimes& setUpTimes = run.setUpTimes;
   TornwalzenReport r{};
   r.size = static_cast<int32_t>(sizeof r);
   r.converged = record.end == RunEnd::converged ? 1 : 0;
@@ -64,30 +65,32 @@ void gather(const int32_t* corners, const double* knots, const double* rx, doubl
 extern "C" {
 
 int32_t tornwalzen_get_report(TornwalzenReport* report) {
-  if (report == nullptr) return refuse(TORNWALZEN_NULL_POINTER, 1, 0.0);
+  if (report == nullptr) return refuse(defaultAnalysis().refusal, TORNWALZEN_NULL_POINTER, 1, 0.0);
   if (report->size < static_cast<int32_t>(sizeof *report))
-    return refuse(TORNWALZEN_SHORT_REPORT, 0, report->size);
-  *report = currentReport();
+    return refuse(defaultAnalysis().refusal, TORNWALZEN_SHORT_REPORT, 0, report->size);
+  *report = currentReport(defaultAnalysis());
   return TORNWALZEN_OK;
 }
 
 int32_t tornwalzen_element_strains(int32_t selector, int32_t nn, int32_t ne, const double* knots,
                                    const int32_t* inzi, const double* rx, TornwalzenElementStrain* strains) {
-  if (nn < 0) return refuse(TORNWALZEN_BAD_COUNT, 2, nn);
-  if (ne < 0) return refuse(TORNWALZEN_BAD_COUNT, 3, ne);
+  if (nn < 0) return refuse(defaultAnalysis().refusal, TORNWALZEN_BAD_COUNT, 2, nn);
+  if (ne < 0) return refuse(defaultAnalysis().refusal, TORNWALZEN_BAD_COUNT, 3, ne);
   const void* const pointers[] = {knots, inzi, rx, strains};
   for (Int i = 0; ne > 0 && i < 4; ++i)
-    if (pointers[i] == nullptr) return refuse(TORNWALZEN_NULL_POINTER, 4 + i, 0.0);
+    if (pointers[i] == nullptr) return refuse(defaultAnalysis().refusal, TORNWALZEN_NULL_POINTER, 4 + i, 0.0);
   double table[curveRows * curveColumns];
   const Table<double> FC("FC", table, curveRows, curveColumns);
   Int npkt;
   double smin;
-  if (!loadFlowCurve(selector, FC, npkt, smin)) return refuse(TORNWALZEN_BAD_SELECTOR, 0, selector);
+  if (!loadFlowCurve(defaultAnalysis().options, selector, FC, npkt, smin))
+    return refuse(defaultAnalysis().refusal, TORNWALZEN_BAD_SELECTOR, 0, selector);
   const std::size_t entries = 3 * static_cast<std::size_t>(ne);
   for (std::size_t k = 0; k < entries; ++k)
-    if (inzi[k] < 1 || inzi[k] > nn) return refuse(TORNWALZEN_BAD_NODE, static_cast<Int>(k) + 1, inzi[k]);
+    if (inzi[k] < 1 || inzi[k] > nn)
+      return refuse(defaultAnalysis().refusal, TORNWALZEN_BAD_NODE, static_cast<Int>(k) + 1, inzi[k]);
 
-  const FlowCurve CURVE(FC, npkt);
+  const FlowCurve CURVE(FC, npkt, defaultAnalysis().options.anisotropy);
   for (std::size_t e = 0; e < static_cast<std::size_t>(ne); ++e) {
     double X[9], U[6];
     gather(inzi + 3 * e, knots, rx, X, U);

@@ -2,12 +2,10 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "ground/refusal.hpp"
+#include "interface/default_analysis.hpp"
 #include "tornwalzen_ext.h"
 
 namespace tornwalzen {
-
-Refusal lastRefusal;
 
 namespace {
 
@@ -56,10 +54,9 @@ constexpr Text texts[] = {
 
 constexpr Text unknownText = {1, "unbekannter Fehlercode %", "unknown error code %"};
 
-char composed[160];
-
 /// Index and value of the last refusal where it has this code; otherwise the places hold "n" and "x".
-void compose(const char* text, bool withDetails, Int index, double value) {
+void compose(char (&composed)[refusalTextLength], const char* text, bool withDetails, Int index,
+             double value) {
   std::size_t used = 0;
   const auto put = [&](const char* piece) {
     while (*piece != '\0' && used + 1 < sizeof composed) composed[used++] = *piece++;
@@ -86,12 +83,14 @@ void compose(const char* text, bool withDetails, Int index, double value) {
 using namespace tornwalzen;
 
 extern "C" const char* tornwalzen_error_text(int32_t code, int32_t language) {
+  Analysis& run = defaultAnalysis();
+  const Refusal& refusal = run.refusal;
   for (const Text& text : texts) {
     if (text.code != code) continue;
-    compose(language == 0 ? text.german : text.english, lastRefusal.code == code, lastRefusal.index,
-            lastRefusal.value);
-    return composed;
+    compose(run.refusalText, language == 0 ? text.german : text.english, refusal.code == code, refusal.index,
+            refusal.value);
+    return run.refusalText;
   }
-  compose(language == 0 ? unknownText.german : unknownText.english, true, 0, code);
-  return composed;
+  compose(run.refusalText, language == 0 ? unknownText.german : unknownText.english, true, 0, code);
+  return run.refusalText;
 }

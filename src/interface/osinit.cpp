@@ -1,9 +1,7 @@
 // OSINIT: structure set-up in three modes. Mode 1 takes the mesh and builds the pattern of the global matrix,
 // mode 2 orders its equations, mode 3 lays out the factor; each reports the work lengths that the next step needs.
 #include "ground/host_pointers.hpp"
-#include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
-#include "ground/subscript_check.hpp"
+#include "interface/default_analysis.hpp"
 #include "sparse/pattern.hpp"
 #include "sparse/phases.hpp"
 #include "tornwalzen.h"
@@ -12,29 +10,84 @@ namespace tornwalzen {
 
 namespace {
 
-enum SolverStep : Int { sizing = 11, ordering = 12, symbolic = 13 };
+/// The arguments of OSINIT that its modes use, under the names of tornwalzen.h.
+struct SetUpArguments {
+  const Int *NKNO, *NELE, *NEQ;
+  Int *MNSYSM, *NIWOR, *NRK;
+  const double* KNOTS;
+  const Int* INZI;
+  Int *INTA, *COLS, *ROWI, *WORK;
+  double *RWORK, *KNG;
+};
 
-// The solver's step on the host's arrays; steps 11 to 13 read neither values nor vectors.
-void solverStep(SolverStep step, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK,
-                Vector<double> RWORK) {
-  loesys(step, COLS, ROWI, WORK, RWORK, {"RR", nullptr, 0}, {"RB", nullptr, 0}, {"SYSM", nullptr, 0},
-         {"WRHS", nullptr, 0});
+bool meshGiven(Analysis& run, const SetUpArguments& h) {
+  return argumentsGiven(run, {{"NKNO", h.NKNO},
+                              {"NELE", h.NELE},
+                              {"NEQ", h.NEQ},
+                              {"MNSYSM", h.MNSYSM},
+                              {"NIWOR", h.NIWOR}}) &&
+         meshCountsUsable(run, *h.NKNO, *h.NELE, *h.NEQ, *h.MNSYSM) &&
+         argumentsGiven(run, {{"KNOTS", h.KNOTS, *h.NKNO},
+                              {"INZI", h.INZI, *h.NELE},
+                              {"INTA", h.INTA, *h.NELE},
+                              {"COLS", h.COLS},
+                              {"ROWI", h.ROWI, *h.MNSYSM},
+                              {"KNG", h.KNG, *h.NKNO}});
 }
 
 // Node by node and element by element, as the host holds them, into columns.
-void takeMesh(const double* knots, const int32_t* inzi, Table<Int> INTA, Table<double> KNG) {
-  const Vector<const double> KNOTS("KNOTS", knots, 3 * Int64{run.nkno});
-  const Vector<const Int> INZI("INZI", inzi, 3 * Int64{run.nele});
+void copyMesh(const Analysis& run, const SetUpArguments& h, Table<Int> INTA, Table<double> KNG) {
+  const Vector<const double> KNOTS("KNOTS", h.KNOTS, 3 * Int64{run.nkno});
+  const Vector<const Int> INZI("INZI", h.INZI, 3 * Int64{run.nele});
   for (Int64 i = 1; i <= run.nkno; ++i)
     for (Int64 c = 1; c <= 3; ++c) KNG(i, c) = KNOTS(3 * (i - 1) + c);
   for (Int64 e = 1; e <= run.nele; ++e)
     for (Int64 c = 1; c <= 3; ++c) INTA(e, c) = INZI(3 * (e - 1) + c);
 }
 
-// A mesh that is refused must leave nothing of the last one that a later call could run on.
-void forgetMesh() {
-  run.solver = SolverProtocol{};
-  run.niwor = run.nrk = run.niwreq = run.nrkreq = 0;
+/// Mode 1. Failure: `ierrso` is set; the mesh is then for the caller to forget.
+void takeMesh(Analysis& run, const SetUpArguments& h) {
+  forget<MeshState>(run);
+  forget<RunState>(run);
+  const ProcessorTime time(run.setUpTimes.structure);
+  if (!meshGiven(run, h)) return;
+  run.nkno = run.maxkno = *h.NKNO;
+  run.nele = run.maxele = *h.NELE;
+  run.neq = *h.NEQ;
+  run.solver.mnsysm = *h.MNSYSM;
+  const Table<Int> INTA("INTA", h.INTA, run.maxele, 3);
+  copyMesh(run, h, INTA, {"KNG", h.KNG, run.maxkno, 3});
+  const Vector<Int> COLS("COLS", h.COLS, Int64{run.neq} + 1);
+  buildPattern(run, INTA, COLS, {"ROWI", h.ROWI, run.solver.mnsysm});
+  if (failed(run.ierrso)) return;
+  run.solver.mnsysm = run.solver.nsysm;
+  *h.MNSYSM = run.solver.mnsysm;
+  solverStep(run, run.solver, SolverStep::sizing, COLS, {"ROWI", h.ROWI, run.solver.mnsysm},
+             {"WORK", nullptr, 0}, {"RWORK", nullptr, 0});
+  if (failed(run.ierrso)) return;
+  run.solver.niwor = run.solver.niwreq;
+  *h.NIWOR = run.solver.niwor;
+}
+
+/// Modes 2 and 3. Failure: `ierrso` is set.
+void prepareFactor(Analysis& run, SolverStep step, const SetUpArguments& h) {
+  SolverState& system = run.solver;
+  const bool ordering = step == SolverStep::ordering;
+  if (!argumentsGiven(run, {{"NIWOR", h.NIWOR},
+                            {"NRK", h.NRK},
+                            {"COLS", h.COLS},
+                            {"ROWI", h.ROWI, system.mnsysm},
+                            {"WORK", h.WORK, system.niwor},
+                            {"RWORK", h.RWORK, ordering ? 0 : system.nrk}}))
+    return;
+  const ProcessorTime time(ordering ? run.setUpTimes.ordering : run.setUpTimes.symbolic);
+  solverStep(run, system, step, {"COLS", h.COLS, Int64{run.neq} + 1}, {"ROWI", h.ROWI, system.mnsysm},
+             {"WORK", h.WORK, system.niwor}, {"RWORK", h.RWORK, system.nrk});
+  if (failed(run.ierrso)) return;
+  system.niwor = system.niwreq;
+  system.nrk = system.nrkreq;
+  *h.NIWOR = system.niwor;
+  *h.NRK = system.nrk;
 }
 
 }  // namespace
@@ -50,73 +103,17 @@ extern "C" void OSINIT(const int32_t* MODE, const int32_t* NKNO, const int32_t* 
                        double*, double*, double*, double*, double*, int32_t* ISTAT) {
   if (ISTAT == nullptr) return;
   *ISTAT = 0;
-  run.lunout = 6;
+  Analysis& run = defaultAnalysis();
   run.ierrso = 0;
-  if (!argumentsGiven({{"MODE", MODE}})) {
-    *ISTAT = -1;
-    return;
-  }
-
-  if (*MODE == 1) {
-    record = RunRecord{};
-    setUpTimes = SetUpTimes{};
-    const ProcessorTime time(setUpTimes.structure);
-    forgetMesh();
-    if (!argumentsGiven(
-            {{"NKNO", NKNO}, {"NELE", NELE}, {"NEQ", NEQ}, {"MNSYSM", MNSYSM}, {"NIWOR", NIWOR}}) ||
-        !meshCountsUsable(*NKNO, *NELE, *NEQ, *MNSYSM) ||
-        !argumentsGiven({{"KNOTS", KNOTS, *NKNO},
-                         {"INZI", INZI, *NELE},
-                         {"INTA", INTA, *NELE},
-                         {"COLS", COLS},
-                         {"ROWI", ROWI, *MNSYSM},
-                         {"KNG", KNG, *NKNO}})) {
-      *ISTAT = -1;
-      return;
+  const SetUpArguments h{NKNO, NELE, NEQ,  MNSYSM, NIWOR, NRK,   KNOTS,
+                         INZI, INTA, COLS, ROWI,   WORK,  RWORK, KNG};
+  if (argumentsGiven(run, {{"MODE", MODE}})) {
+    if (*MODE == 1) {
+      takeMesh(run, h);
+      if (failed(run.ierrso)) forget<MeshState>(run);  // a refused mesh leaves nothing to run on
     }
-    run.nkno = run.maxkno = *NKNO;
-    run.nele = run.maxele = *NELE;
-    run.neq = run.maxsys = *NEQ;
-    run.mnsysm = *MNSYSM;
-    const Table<Int> incidences("INTA", INTA, run.maxele, 3);
-    takeMesh(KNOTS, INZI, incidences, {"KNG", KNG, run.maxkno, 3});
-    const Vector<Int> columns("COLS", COLS, Int64{run.maxsys} + 1), rows("ROWI", ROWI, run.mnsysm);
-    loeini(incidences, columns, rows);
-    if (failed(run.ierrso)) {
-      *ISTAT = -1;
-      return;
-    }
-    run.mnsysm = run.nsysm;
-    *MNSYSM = run.mnsysm;
-    solverStep(sizing, columns, {"ROWI", ROWI, run.mnsysm}, {"WORK", nullptr, 0}, {"RWORK", nullptr, 0});
-    if (failed(run.ierrso)) {
-      *ISTAT = -1;
-      return;
-    }
-    run.niwor = run.niwreq;
-    *NIWOR = run.niwor;
-    return;
+    if (*MODE == 2) prepareFactor(run, SolverStep::ordering, h);
+    if (*MODE == 3) prepareFactor(run, SolverStep::symbolic, h);
   }
-  if (*MODE != 2 && *MODE != 3) return;
-
-  if (!argumentsGiven({{"NIWOR", NIWOR},
-                       {"NRK", NRK},
-                       {"COLS", COLS},
-                       {"ROWI", ROWI, run.mnsysm},
-                       {"WORK", WORK, run.niwor},
-                       {"RWORK", RWORK, *MODE == 3 ? run.nrk : 0}})) {
-    *ISTAT = -1;
-    return;
-  }
-  const ProcessorTime time(*MODE == 2 ? setUpTimes.ordering : setUpTimes.symbolic);
-  solverStep(*MODE == 2 ? ordering : symbolic, {"COLS", COLS, Int64{run.maxsys} + 1},
-             {"ROWI", ROWI, run.mnsysm}, {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk});
-  if (failed(run.ierrso)) {
-    *ISTAT = -1;
-    return;
-  }
-  run.niwor = run.niwreq;
-  run.nrk = run.nrkreq;
-  *NIWOR = run.niwor;
-  *NRK = run.nrk;
+  if (failed(run.ierrso)) *ISTAT = -1;
 }

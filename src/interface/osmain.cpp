@@ -1,10 +1,9 @@
 // OSMAIN: the inverse analysis. Loads the material, checks the host's index arrays, runs the driver.
 #include "driver/inverse_driver.hpp"
 #include "ground/host_pointers.hpp"
-#include "material/material_setup.hpp"
-#include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
 #include "ground/subscript_check.hpp"
+#include "interface/default_analysis.hpp"
+#include "material/material_setup.hpp"
 #include "tornwalzen.h"
 
 using namespace tornwalzen;
@@ -15,30 +14,40 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
                        double* WRHS, const int32_t* ICTRL, double* EVAL, int32_t* ISTAT) {
   if (ISTAT == nullptr) return;
   *ISTAT = 0;
-  const AnalysisRun analysis;
-  const ProcessorTime time(record.total);
-  if (!argumentsGiven({{"ICTRL", ICTRL}})) {
+  Analysis& run = defaultAnalysis();
+  const RunLifetime lifetime(run);
+  const ProcessorTime time(run.record.total);
+  if (!argumentsGiven(run, {{"ICTRL", ICTRL}})) {
     *ISTAT = -1;
     return;
   }
-  materialSetup(*ICTRL, flowCurve());
-  run.istat = (*ICTRL == 0 || *ICTRL == 1 || *ICTRL == 2) ? 1 : 0;
+  selectMaterial(run, *ICTRL);
 
-  const Int64 nodes = run.maxkno, elements = run.maxele, equations = run.neq, entries = run.mnsysm;
-  const DriverArrays arrays{
-      {"INTA", INTA, elements, 3}, {"ARFA", ARFA, equations}, {"COLS", COLS, equations + 1},
-      {"ROWI", ROWI, entries},     {"WORK", WORK, run.niwor}, {"RWORK", RWORK, run.nrk},
-      {"RR", RR, equations},       {"RB", RB, equations},     {"RX", RX, equations},
-      {"TEMP", TEMP, equations},   {"KNG", KNG, nodes, 3},    {"KNZ", KNZ, nodes, 3},
-      {"KNA", KNA, nodes, 3},      {"ELG", ELG, elements, 5}, {"SYSM", SYSM, entries},
-      {"RXA", RXA, equations},     {"WRHS", WRHS, equations}};
+  const Int64 nodes = run.maxkno, elements = run.maxele, equations = run.neq, entries = run.solver.mnsysm;
+  const DriverArrays a{{"INTA", INTA, elements, 3},
+                       {"ARFA", ARFA, equations},
+                       {"COLS", COLS, equations + 1},
+                       {"ROWI", ROWI, entries},
+                       {"WORK", WORK, run.solver.niwor},
+                       {"RWORK", RWORK, run.solver.nrk},
+                       {"RR", RR, equations},
+                       {"RB", RB, equations},
+                       {"RX", RX, equations},
+                       {"TEMP", TEMP, equations},
+                       {"KNG", KNG, nodes, 3},
+                       {"KNZ", KNZ, nodes, 3},
+                       {"KNA", KNA, nodes, 3},
+                       {"ELG", ELG, elements, 5},
+                       {"SYSM", SYSM, entries},
+                       {"RXA", RXA, equations},
+                       {"WRHS", WRHS, equations}};
   const Vector<double> results("EVAL", EVAL, 5 * elements);
-  const DriverArrays& a = arrays;
-  const bool given = argumentsGiven({a.INTA, a.ARFA, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.RX,
-                                     a.TEMP, a.KNG, a.KNZ, a.KNA, a.ELG, a.SYSM, a.RXA, a.WRHS, results});
-  const bool usable = given && incidencesInside(arrays.INTA, run.nkno) &&
-                      (run.neq == 0 || patternInside(arrays.COLS, arrays.ROWI, run.neq));
-  if (usable) inverseDriver(arrays, results);
-  if (usable && failed(run.ierrso)) record.end = RunEnd::solverFailed;
+  const bool given =
+      argumentsGiven(run, {a.INTA, a.ARFA, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.RX, a.TEMP, a.KNG,
+                           a.KNZ, a.KNA, a.ELG, a.SYSM, a.RXA, a.WRHS, results});
+  const bool usable = given && incidencesInside(run, a.INTA, run.nkno) &&
+                      (run.neq == 0 || patternInside(run, a.COLS, a.ROWI, run.neq));
+  if (usable) inverseDriver(run, a, results);
+  if (usable && failed(run.ierrso)) run.record.end = RunEnd::solverFailed;
   *ISTAT = failed(run.ierrso) ? -1 : run.istat;
 }

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "material/material_setup.hpp"
-#include "ground/refusal.hpp"
 #include "tornwalzen_ext.h"
 
 namespace tornwalzen {
@@ -37,19 +36,20 @@ HostCurve hostCurve(Int n, const double* strain, const double* stress) {
   return curve;
 }
 
-Int checkHostCurve(Int n, const double* strain, const double* stress) {
+Int checkHostCurve(Refusal& refusal, Int n, const double* strain, const double* stress) {
   for (Int i = 0; i < n; ++i)
     for (const double value : {strain[i], stress[i]})
-      if (!std::isfinite(value)) return refuse(TORNWALZEN_POINT_NOT_FINITE, i + 1, value);
-  if (strain[0] != 0.0) return refuse(TORNWALZEN_FIRST_STRAIN_NOT_ZERO, 1, strain[0]);
+      if (!std::isfinite(value)) return refuse(refusal, TORNWALZEN_POINT_NOT_FINITE, i + 1, value);
+  if (strain[0] != 0.0) return refuse(refusal, TORNWALZEN_FIRST_STRAIN_NOT_ZERO, 1, strain[0]);
   for (Int i = 1; i < n; ++i)
-    if (!(strain[i] > strain[i - 1])) return refuse(TORNWALZEN_STRAIN_NOT_INCREASING, i + 1, strain[i]);
+    if (!(strain[i] > strain[i - 1]))
+      return refuse(refusal, TORNWALZEN_STRAIN_NOT_INCREASING, i + 1, strain[i]);
   if (!(strain[n - 1] < farCurveStrain)) {
     const Int first = static_cast<Int>(std::lower_bound(strain, strain + n, farCurveStrain) - strain);
-    return refuse(TORNWALZEN_STRAIN_TOO_LARGE, first + 1, strain[first]);
+    return refuse(refusal, TORNWALZEN_STRAIN_TOO_LARGE, first + 1, strain[first]);
   }
   for (Int i = 0; i < n; ++i)
-    if (!(stress[i] > 0.0)) return refuse(TORNWALZEN_STRESS_NOT_POSITIVE, i + 1, stress[i]);
+    if (!(stress[i] > 0.0)) return refuse(refusal, TORNWALZEN_STRESS_NOT_POSITIVE, i + 1, stress[i]);
 
   double table[curveRows * curveColumns];
   const Table<double> FC("FC", table, curveRows, curveColumns);
@@ -58,7 +58,7 @@ Int checkHostCurve(Int n, const double* strain, const double* stress) {
   prepareFlowCurve(FC, npkt);
   for (Int k = 1; k < npkt; ++k) {
     const double smallest = smallestStress(FC, k);
-    if (!(smallest > 0.0)) return refuse(TORNWALZEN_CURVE_NOT_POSITIVE, k, smallest);
+    if (!(smallest > 0.0)) return refuse(refusal, TORNWALZEN_CURVE_NOT_POSITIVE, k, smallest);
   }
   return TORNWALZEN_OK;
 }

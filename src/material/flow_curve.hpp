@@ -2,8 +2,8 @@
 // the weights of the equivalent strain.
 #pragma once
 
-#include "ground/run_options.hpp"
-#include "ground/run_state.hpp"
+#include "ground/analysis.hpp"
+#include "material/equivalent_strain.hpp"
 
 namespace tornwalzen {
 
@@ -21,20 +21,19 @@ inline double segmentWork(Table<const double> FC, Int k, double a, double b) {
 }
 
 /// Made once per pass, so that an element adds one segment to a stored sum; the sum runs in the order of the
-/// segments wherever it is made, so all passes see the same work to the bit. A flow-curve table converts by
-/// itself where a single element is asked for.
+/// segments wherever it is made, so all passes see the same work to the bit.
 struct FlowCurve {
-  /// FC: the table, 50 × 7, columns 3 to 7 prepared; run.npkt: its rows in use, 0..50.
-  FlowCurve(Table<const double> table) : FlowCurve(table, run.npkt) {}
-  FlowCurve(Table<double> table) : FlowCurve(Table<const double>(table)) {}
-  FlowCurve(Table<const double> table, Int points) : FC(table), npkt(points), weights(options.anisotropy) {
+  /// table: in, 50 × 7, columns 3 to 7 prepared. points: in, its rows in use, 0..50. r: in, normal anisotropy, > 0.
+  FlowCurve(Table<const double> table, Int points, double r) : FC(table), npkt(points), weights(r) {
     WFULL[0] = 0.0;
     for (Int k = 1; k < npkt; ++k) WFULL[k] = WFULL[k - 1] + segmentWork(FC, k, FC(k, 1), FC(k + 1, 1));
   }
+  /// The curve that the analysis has loaded, with the anisotropy that its host chose.
+  explicit FlowCurve(Analysis& state) : FlowCurve(flowCurve(state), state.npkt, state.options.anisotropy) {}
 
   Table<const double> FC;
   Int npkt;
-  StrainWeights weights;    // of the anisotropy that the host chose
+  StrainWeights weights;
   double WFULL[curveRows];  // [k]: work from the first strain to the end of segment k
 };
 

@@ -4,8 +4,6 @@
 
 #include <iterator>
 
-#include "ground/run_options.hpp"
-
 namespace tornwalzen {
 
 namespace {
@@ -69,8 +67,8 @@ static_assert(std::size(strains10) == std::size(stresses10) && std::size(strains
 
 // Divides the stresses by the smallest of them.
 void normalise(Table<double> FC, Int npkt, double& smin) {
-  smin = 1e10;
-  for (Int i = 1; i <= npkt; ++i)
+  smin = FC(1, 2);
+  for (Int i = 2; i <= npkt; ++i)
     if (FC(i, 2) <= smin) smin = FC(i, 2);
   for (Int i = 1; i <= npkt; ++i) FC(i, 2) /= smin;
 }
@@ -127,7 +125,7 @@ void copyHostCurve(const HostCurve& curve, Table<double> FC, Int& npkt) {
                                   (farCurveStrain - FC(last, 1));
 }
 
-bool loadFlowCurve(Int selector, Table<double> FC, Int& npkt, double& smin) {
+bool loadFlowCurve(const RunOptions& options, Int selector, Table<double> FC, Int& npkt, double& smin) {
   for (const BuiltInCurve& curve : builtInCurves) {
     if (curve.selector != selector) continue;
     if (selector < curveSelectors && options.curves[selector].points > 0)
@@ -141,9 +139,14 @@ bool loadFlowCurve(Int selector, Table<double> FC, Int& npkt, double& smin) {
   return false;
 }
 
-void materialSetup(Int ICTRL, Table<double> FC) {
+void materialSetup(Analysis& run, Int ICTRL) {
   double smin;
-  loadFlowCurve(ICTRL, FC, run.npkt, smin);
+  loadFlowCurve(run.options, ICTRL, flowCurve(run), run.npkt, smin);
+}
+
+void selectMaterial(Analysis& run, Int ICTRL) {
+  materialSetup(run, ICTRL);
+  run.istat = ICTRL == 0 || ICTRL == 1 || ICTRL == 2 ? 1 : 0;
 }
 
 }  // namespace tornwalzen

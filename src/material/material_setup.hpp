@@ -2,21 +2,23 @@
 // interpolation.
 #pragma once
 
-#include "ground/run_options.hpp"
-#include "ground/run_state.hpp"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
-/// Fills the flow-curve table and `npkt` for the curve that ICTRL selects.
+/// Fills the flow-curve table FC and `npkt` of the state for the curve that ICTRL selects.
 /// ICTRL: in; 0, 1, 2 or 10; any other value changes nothing (an empty curve after load has npkt = 0).
-/// FC: out, 50 × 7: column 1 plastic strain (dimensionless, increasing), column 2 flow stress over the curve's
+/// FC, 50 × 7: column 1 plastic strain (dimensionless, increasing), column 2 flow stress over the curve's
 /// smallest stress (dimensionless), column 3 secant slopes, columns 4 to 7 the coefficients A, B, C, D of
 /// σ(ε) = A·ε³ + B·ε² + C·ε + D on the segment that starts at the row's strain. Cannot fail.
-void materialSetup(Int ICTRL, Table<double> FC);
+void materialSetup(Analysis& run, Int ICTRL);
 
-/// The same into any table. npkt: out, rows in use; smin: out, the smallest stress (MPa), by which column 2 is
+/// materialSetup, and the run status that goes with the selector: `istat` = 1 for 0, 1 and 2, else 0.
+void selectMaterial(Analysis& run, Int ICTRL);
+
+/// The same into any table. options: in, the host's curves. npkt: out, rows in use; smin: out, the smallest stress (MPa), by which column 2 is
 /// divided. Returns false, with nothing written, for a selector without a curve.
-bool loadFlowCurve(Int selector, Table<double> FC, Int& npkt, double& smin);
+bool loadFlowCurve(const RunOptions& options, Int selector, Table<double> FC, Int& npkt, double& smin);
 
 /// Columns 1 and 2 from the host's points (MPa, not normalised), with the far point along the last slope.
 /// curve.points: in, 3..49. npkt: out, one more.

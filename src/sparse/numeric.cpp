@@ -12,7 +12,7 @@
 
 #include "sparse/kernels/dense_kernels.hpp"
 #include "sparse/kernels/front_layout.hpp"
-#include "sparse/ordering.hpp"
+#include "sparse/phase_error.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
@@ -172,8 +172,8 @@ Int64 numericEnd(Vector<Int> WORK, Int64 firstFree, Int64 NEQ, Int64 NNZ, Int64 
   return carveNumeric(WORK, firstFree, NEQ, NNZ, m).end;
 }
 
-void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
-                  Vector<Int> WORK, Vector<double> RWORK, Int& IERR) {
+void numericPhase(const DenseKernels& kernels, bool first, Vector<const Int> COLS, Vector<const Int> ROWI,
+                  Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK, Int& IERR) {
   const Int NEQ = WORK(header::equations), m = WORK(header::supernodes),
             NNZ = static_cast<Int>(ROWI.length());
   const Int64 factorEntries = WORK(header::factorEntries);
@@ -195,8 +195,7 @@ void numericPhase(bool first, Vector<const Int> COLS, Vector<const Int> ROWI, Ve
   double* const D = RWORK.data();
   double* const L = D + NEQ;
   double* stackTop = L + factorEntries + WORK(header::scratchDoubles);  // the stack grows downwards
-  const DenseKernels& kernels = denseKernels();
-  Int pending = 0;  // update matrices on the stack
+  Int pending = 0;                                                      // update matrices on the stack
   for (Int k = 1; k <= m; ++k) {
     const Int64 c = f.XLINDX(k + 1) - f.XLINDX(k), w = f.XSUP(k + 1) - f.XSUP(k);
     double* const block = L + (f.ASTART(k) - 1);

@@ -6,8 +6,9 @@
 #include <initializer_list>
 #include <limits>
 
-#include "ground/subscript_check.hpp"
+#include "ground/subscript_message.hpp"
 #include "sparse/minimum_degree.hpp"
+#include "sparse/phase_error.hpp"
 #include "sparse/supernodes.hpp"
 #include "sparse/work_layout.hpp"
 

@@ -14,7 +14,6 @@
 #include <new>
 
 #include "ground/messages.hpp"
-#include "ground/run_state.hpp"
 #include "ground/subscript_check.hpp"
 
 namespace tornwalzen {
@@ -66,33 +65,33 @@ void forEachNodeColumn(Table<const Int> INTA, Vector<Int> START, Vector<Int> LAR
 
 }  // namespace
 
-bool meshCountsUsable(Int nkno, Int nele, Int neq, Int mnsysm) {
+bool meshCountsUsable(Analysis& run, Int nkno, Int nele, Int neq, Int mnsysm) {
   if (nkno < 0 || nele < 0 || mnsysm < 0) {
-    failSolver(" FATALER FEHLER : nkno, nele oder mnsysm negativ @");
+    failSolver(run, " FATALER FEHLER : nkno, nele oder mnsysm negativ @");
     return false;
   }
   if (Int64{neq} != 2 * Int64{nkno}) {  // even, so that the neq + 1 entries of COLS fit as well
-    failSolver(" FATALER FEHLER : neq ist nicht 2*nkno @");
+    failSolver(run, " FATALER FEHLER : neq ist nicht 2*nkno @");
     return false;
   }
   if (3 * Int64{nele} > largestInt) {
-    failSolver(" FATALER FEHLER : nele zu gross @");
+    failSolver(run, " FATALER FEHLER : nele zu gross @");
     return false;
   }
   if (3 * Int64{nkno} > largestInt) {  // a node alone brings three entries
-    failSolver(tooManyEntries);
+    failSolver(run, tooManyEntries);
     return false;
   }
   return true;
 }
 
-void loeini(Table<const Int> INTA, Vector<Int> COLS, Vector<Int> ROWI) {
-  printMessage(MessageLine().text("beginn loeini @"));
-  if (!incidencesInside(INTA, run.nkno)) return;
+void buildPattern(Analysis& run, Table<const Int> INTA, Vector<Int> COLS, Vector<Int> ROWI) {
+  printMessage(run, MessageLine().text("beginn loeini @"));
+  if (!incidencesInside(run, INTA, run.nkno)) return;
 
   const Int64 nodes = run.nkno, scratchLength = nodes + 1 + 3 * Int64{run.nele};
   const std::unique_ptr<Int[]> scratch(new (std::nothrow) Int[static_cast<std::size_t>(scratchLength)]);
-  if (!scratch) return failSolver(" FATALER FEHLER : kein Speicher fuer die Matrixstruktur @");
+  if (!scratch) return failSolver(run, " FATALER FEHLER : kein Speicher fuer die Matrixstruktur @");
   const Vector<Int> START("START", scratch.get(), nodes + 1);
   const Vector<Int> LARGER("LARGER", scratch.get() + nodes + 1, 3 * Int64{run.nele});
 
@@ -113,10 +112,10 @@ void loeini(Table<const Int> INTA, Vector<Int> COLS, Vector<Int> ROWI) {
   });
 
   const Int64 entries = next - 1;
-  if (next > largestInt) return failSolver(tooManyEntries);
-  run.nnzl = run.nsysm = static_cast<Int>(entries);
-  run.ncolp = run.neq + 1;
-  if (run.mnsysm < run.nsysm) failSolver(" FATALER FEHLER : mnsysm zu klein @");
+  if (next > largestInt) return failSolver(run, tooManyEntries);
+  run.solver.neq = run.neq;
+  run.solver.nsysm = static_cast<Int>(entries);
+  if (run.solver.mnsysm < run.solver.nsysm) failSolver(run, " FATALER FEHLER : mnsysm zu klein @");
 }
 
 }  // namespace tornwalzen

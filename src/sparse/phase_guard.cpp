@@ -1,11 +1,12 @@
 // The factorization dispatcher.
 #include "sparse/phase_guard.hpp"
 
-#include <cstdio>
-
-#include "ground/run_state.hpp"
+#include "ground/kernel_tables.hpp"
+#include "ground/messages.hpp"
+#include "sparse/kernels/dense_kernels.hpp"
 #include "sparse/numeric.hpp"
 #include "sparse/ordering.hpp"
+#include "sparse/phase_error.hpp"
 #include "sparse/structure_guard.hpp"
 #include "sparse/symbolic.hpp"
 #include "sparse/work_layout.hpp"
@@ -14,7 +15,7 @@ namespace tornwalzen {
 
 namespace {
 
-// What stands in WORK between the steps, and the checksum that the run state keeps of each part.
+// What stands in WORK between the steps, and the checksum that the protocol keeps of each part.
 enum GuardedPart { orderedPart, factorPart, matrixColumnsPart };
 
 std::uint64_t sumOf(Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
@@ -29,92 +30,101 @@ std::uint64_t sumOf(Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
   }
 }
 
-bool intact(Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
-  return WORK.length() > header::length && sumOf(WORK, part, NNZ) == run.solver.structureSum[part];
+bool intact(const SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
+  return WORK.length() > header::length && sumOf(WORK, part, NNZ) == protocol.structureSum[part];
 }
 
-void remember(Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
-  run.solver.structureSum[part] = sumOf(WORK, part, NNZ);
+void remember(SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
+  protocol.structureSum[part] = sumOf(WORK, part, NNZ);
 }
 
-void printControlFailure(Int phase) {
-  std::printf(" FATALER FEHLER  IN DER STEUERUNG DES LOESERS\n");
-  std::printf("   IDO= %4d IST FALSCH, BITTE KOMMENTAR IN KMPKTF LESEN\n", phase);
-  std::fflush(stdout);
+void printControlFailure(Analysis& run, Int phase) {
+  printText(run.messages, " FATALER FEHLER  IN DER STEUERUNG DES LOESERS");
+  printText(run.messages, MessageLine()
+                              .text("   IDO= ")
+                              .integer(phase, 4)
+                              .text(" IST FALSCH, BITTE KOMMENTAR IN KMPKTF LESEN")
+                              .nul()
+                              .buffer());
 }
 
 // Phase 2, or what it determined before: it may be repeated, although it drops the adjacency that it needs.
-void symbolicOnce(Int64 NNZ, Vector<Int> WORK, PhaseSizes& sizes, Int& IERR) {
-  if (run.solver.lastPhase >= 2 && intact(WORK, factorPart, NNZ)) {
+void symbolicOnce(SolverProtocol& protocol, Int64 NNZ, Vector<Int> WORK, PhaseSizes& sizes, Int& IERR) {
+  if (protocol.lastPhase >= 2 && intact(protocol, WORK, factorPart, NNZ)) {
     sizes.f1 = WORK(header::largestFront);
     sizes.f2 = WORK(header::largestUpdate);
     sizes.g = WORK(header::realGrowth);
     IERR = ierr::ok;
     return;
   }
-  if (!intact(WORK, orderedPart, NNZ)) {
+  if (!intact(protocol, WORK, orderedPart, NNZ)) {
     IERR = ierr::damaged;
     return;
   }
   symbolicPhase(static_cast<Int>(NNZ), WORK, sizes.f1, sizes.f2, sizes.g, IERR);
   if (IERR != ierr::ok) return;
-  run.solver.lastPhase = 2;
-  run.solver.factorized[0] = run.solver.factorized[1] = false;
-  remember(WORK, factorPart, NNZ);
+  protocol.lastPhase = 2;
+  protocol.factorized = false;
+  remember(protocol, WORK, factorPart, NNZ);
 }
 
-void numericGuarded(Int slot, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
-                    Vector<Int> WORK, Vector<double> RWORK, Int& IERR) {
-  SolverProtocol& solver = run.solver;
+void numericGuarded(const DenseKernels& kernels, SolverProtocol& protocol, Vector<const Int> COLS,
+                    Vector<const Int> ROWI, Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK,
+                    Int& IERR) {
   const Int64 NNZ = ROWI.length();
-  const bool first = !solver.factorized[slot - 1];
-  solver.factorValid = false;
+  const bool first = !protocol.factorized;
+  protocol.factorValid = false;
   IERR = ierr::damaged;
-  if (!intact(WORK, factorPart, NNZ) || (!first && !intact(WORK, matrixColumnsPart, NNZ))) return;
-  numericPhase(first, COLS, ROWI, SYSM, WORK, RWORK, IERR);
+  if (!intact(protocol, WORK, factorPart, NNZ) || (!first && !intact(protocol, WORK, matrixColumnsPart, NNZ)))
+    return;
+  numericPhase(kernels, first, COLS, ROWI, SYSM, WORK, RWORK, IERR);
   if (IERR == ierr::shortWork3) return;
-  if (first) remember(WORK, matrixColumnsPart, NNZ);
-  solver.factorized[slot - 1] = true;
-  solver.lastPhase = 3;
-  solver.factorValid = IERR == ierr::ok;
+  if (first) remember(protocol, WORK, matrixColumnsPart, NNZ);
+  protocol.factorized = true;
+  protocol.lastPhase = 3;
+  protocol.factorValid = IERR == ierr::ok;
 }
 
 }  // namespace
 
-void KMPKTF(Int phase, Int slot, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
-            Vector<Int> WORK, Vector<double> RWORK, Int& nrkreq, PhaseSizes& sizes, Int& IERR) {
+void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const Int> COLS,
+              Vector<const Int> ROWI, Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK,
+              PhaseSizes& sizes, Int& IERR) {
   const Int64 NNZ = ROWI.length();
   const bool hasHeader = WORK.length() >= header::length;
   const Int started = phase == 1 || !hasHeader ? 0 : WORK(header::phase);
   IERR = ierr::outOfOrder;
-  if (phase > started + 1 || phase > run.solver.lastPhase + 1) return;
+  if (phase > started + 1 || phase > protocol.lastPhase + 1) return;
   if (hasHeader) WORK(header::phase) = phase;
 
   switch (phase) {
     case 1:
-      run.solver = SolverProtocol{};
+      protocol = SolverProtocol{};
       orderingPhase(COLS, ROWI, WORK, sizes.s, sizes.m, IERR);
       if (IERR != ierr::ok) break;
-      run.solver.lastPhase = 1;
-      remember(WORK, orderedPart, NNZ);
-      nrkreq = 4 * run.neq + WORK(header::realRequirement);
+      protocol.lastPhase = 1;
+      remember(protocol, WORK, orderedPart, NNZ);
       break;
     case 2:
       WORK(header::freeNow1) = WORK(header::freeNow2) = WORK(header::freePhase2);
-      symbolicOnce(NNZ, WORK, sizes, IERR);
+      symbolicOnce(protocol, NNZ, WORK, sizes, IERR);
       break;
     case 3:
       WORK(header::freeNow1) = WORK(header::freeNow2) = WORK(header::freePhase3);
-      numericGuarded(slot, COLS, ROWI, SYSM, WORK, RWORK, IERR);
+      numericGuarded(kernelsOf(run), protocol, COLS, ROWI, SYSM, WORK, RWORK, IERR);
       break;
     default:
       break;
   }
-  if (IERR == ierr::damaged) printControlFailure(phase);
+  if (IERR == ierr::damaged) printControlFailure(run, phase);
 }
 
-bool factorStands(Vector<const Int> WORK) {
-  return run.solver.lastPhase == 3 && run.solver.factorValid && intact(WORK, factorPart, 0);
+const DenseKernels& kernelsOf(const Analysis& run) {
+  return run.kernels != nullptr ? *run.kernels : denseKernelTables().best();
+}
+
+bool factorStands(const SolverProtocol& protocol, Vector<const Int> WORK) {
+  return protocol.lastPhase == 3 && protocol.factorValid && intact(protocol, WORK, factorPart, 0);
 }
 
 }  // namespace tornwalzen

@@ -1,7 +1,7 @@
 // The factorization dispatcher: keeps the phases in order and WORK intact between them.
 #pragma once
 
-#include "ground/array_view.hpp"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
@@ -13,15 +13,18 @@ struct PhaseSizes {
 
 /// Runs phase 1 (ordering), 2 (symbolic) or 3 (numeric).
 ///
-/// phase: in, 1..3. slot: in, which of two matrices of one structure, 1 or 2. COLS, ROWI, SYSM: in. WORK, RWORK:
-/// inout, their lengths are those that the phases check. nrkreq: inout, length of RWORK required; set by phase 1.
-/// sizes: inout, what the phase determines.
-/// IERR: out, 0 or negative as listed in ordering.hpp. outOfOrder if an earlier phase is missing, by WORK(35) or by
-/// the run state; damaged if WORK changed since the last phase, with two lines on standard output.
-void KMPKTF(Int phase, Int slot, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<const double> SYSM,
-            Vector<Int> WORK, Vector<double> RWORK, Int& nrkreq, PhaseSizes& sizes, Int& IERR);
+/// protocol: inout, what the phases of this system have done. phase: in, 1..3. COLS, ROWI, SYSM: in. WORK, RWORK:
+/// inout, their lengths are those that the phases check. sizes: inout, what the phase determines.
+/// IERR: out, 0 or negative as listed in phase_error.hpp. outOfOrder if an earlier phase is missing, by WORK(35) or
+/// by the protocol; damaged if WORK changed since the last phase, with two lines to the host.
+void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const Int> COLS,
+              Vector<const Int> ROWI, Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK,
+              PhaseSizes& sizes, Int& IERR);
+
+/// The dense kernels that the analysis uses.
+const DenseKernels& kernelsOf(const Analysis& run);
 
 /// True if WORK is still what phase 3 left and a valid factor stands: what the solve needs.
-bool factorStands(Vector<const Int> WORK);
+bool factorStands(const SolverProtocol& protocol, Vector<const Int> WORK);
 
 }  // namespace tornwalzen

@@ -5,18 +5,14 @@
 #include <limits>
 
 #include "ground/messages.hpp"
-#include "ground/run_state.hpp"
+#include "sparse/phase_error.hpp"
 #include "sparse/phase_guard.hpp"
 #include "sparse/solve.hpp"
-#include "sparse/ordering.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
 
 namespace {
-
-enum SolverStep : Int { sizing = 11, ordering = 12, symbolic = 13, factorize = 44, solve = 1 };
-constexpr Int matrixSlot = 1;  // this system has one matrix of its structure
 
 constexpr char integersShortBefore[] = " FATALER FEHLER : mniwor zu klein @";
 constexpr char realsShort[] = " FATALER FEHLER : nrk zu klein @";
@@ -25,97 +21,94 @@ constexpr char orderingFailed[] = " FATALER FEHLER : FEHLER 1 IN LOESUNGSPHASE @
 constexpr char symbolicFailed[] = " FATALER FEHLER : FEHLER 2 IN LOESUNGSPHASE @";
 constexpr char numericFailed[] = " FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE @";
 constexpr char solveFailed[] = " FATALER FEHLER : FEHLER 4 IN LOESUNGSPHASE @";
-constexpr char solveRealsShort[] = " FATALER FEHLER : RWOR ZU KLEIN @";
 
 // A requirement is kept if a host can be told of it: it must fit its 32 bits.
-bool setRequirement(Int& requirement, Int64 length, const char* failure) {
+bool setRequirement(Analysis& run, Int& requirement, Int64 length, const char* failure) {
   if (length > std::numeric_limits<Int>::max()) {
-    failSolver(failure);
+    failSolver(run, failure);
     return false;
   }
   requirement = static_cast<Int>(length);
   return true;
 }
 
-void sizingStep() {
-  run.solver = SolverProtocol{};
-  setRequirement(run.niwreq, orderingLength(run.neq, run.nnzl), orderingFailed);
-  run.nwsol = run.neq;
+void sizingStep(Analysis& run, SolverState& system) {
+  system.protocol = SolverProtocol{};
+  setRequirement(run, system.niwreq, orderingLength(system.neq, system.nsysm), orderingFailed);
 }
 
-void orderingStep(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK) {
-  if (run.niwor < run.niwreq) return failSolver(integersShortBefore);
+void orderingStep(Analysis& run, SolverState& system, Vector<const Int> COLS, Vector<const Int> ROWI,
+                  Vector<Int> WORK, Vector<double> RWORK) {
+  if (system.niwor < system.niwreq) return failSolver(run, integersShortBefore);
   PhaseSizes sizes;
   Int IERR = 0;
-  KMPKTF(1, matrixSlot, COLS, ROWI, {"SYSM", nullptr, 0}, WORK, RWORK, run.nrkreq, sizes, IERR);
-  if (IERR != ierr::ok) return failSolver(orderingFailed);
-  const Int64 NEQ = run.neq, NNZ = run.nnzl, m = sizes.m, s = sizes.s;
-  if (!setRequirement(run.nrkreq, 4 * NEQ + WORK(header::realRequirement), orderingFailed)) return;
-  if (!setRequirement(run.niwreq, symbolicLength(NEQ, NNZ, m, s), orderingFailed)) return;
-  run.solver.supernodes = sizes.m;
-  setRequirement(run.solver.partialRequirement, partialLength(NEQ, m, s), orderingFailed);
+  runPhase(run, system.protocol, 1, COLS, ROWI, {}, WORK, RWORK, sizes, IERR);
+  if (IERR != ierr::ok) return failSolver(run, orderingFailed);
+  const Int64 NEQ = system.neq, NNZ = system.nsysm, m = sizes.m, s = sizes.s;
+  if (!setRequirement(run, system.nrkreq, 4 * NEQ + WORK(header::realRequirement), orderingFailed)) return;
+  if (!setRequirement(run, system.niwreq, symbolicLength(NEQ, NNZ, m, s), orderingFailed)) return;
+  system.protocol.supernodes = sizes.m;
+  setRequirement(run, system.protocol.partialRequirement, partialLength(NEQ, m, s), orderingFailed);
 }
 
-void symbolicStep(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK) {
-  if (run.nrk < run.nrkreq) return failSolver(realsShort);
-  if (run.niwor < run.niwreq) return failSolver(integersShort);
+void symbolicStep(Analysis& run, SolverState& system, Vector<const Int> COLS, Vector<const Int> ROWI,
+                  Vector<Int> WORK, Vector<double> RWORK) {
+  if (system.nrk < system.nrkreq) return failSolver(run, realsShort);
+  if (system.niwor < system.niwreq) return failSolver(run, integersShort);
   PhaseSizes sizes;
   Int IERR = 0;
-  KMPKTF(2, matrixSlot, COLS, ROWI, {"SYSM", nullptr, 0}, WORK, RWORK, run.nrkreq, sizes, IERR);
-  if (IERR != ierr::ok) return failSolver(symbolicFailed);
+  runPhase(run, system.protocol, 2, COLS, ROWI, {}, WORK, RWORK, sizes, IERR);
+  if (IERR != ierr::ok) return failSolver(run, symbolicFailed);
   // from the ordering's requirement again, so that a repeated step does not grow it twice
-  const Int64 growth = sizes.g > run.neq ? 2 * Int64{sizes.g} : 0;
-  const Int64 real = 4 * Int64{run.neq} + WORK(header::realRequirement) + growth;
-  const Int64 integer = numericLength(run.solver.partialRequirement, sizes.f1, sizes.f2,
-                                      run.solver.supernodes, run.nnzl, sizes.g);
-  if (!setRequirement(run.nrkreq, real, symbolicFailed)) return;
-  setRequirement(run.niwreq, std::max<Int64>(run.niwreq, integer), symbolicFailed);
+  const Int64 growth = sizes.g > system.neq ? 2 * Int64{sizes.g} : 0;
+  const Int64 real = 4 * Int64{system.neq} + WORK(header::realRequirement) + growth;
+  const Int64 integer = numericLength(system.protocol.partialRequirement, sizes.f1, sizes.f2,
+                                      system.protocol.supernodes, system.nsysm, sizes.g);
+  if (!setRequirement(run, system.nrkreq, real, symbolicFailed)) return;
+  setRequirement(run, system.niwreq, std::max<Int64>(system.niwreq, integer), symbolicFailed);
 }
 
-void factorizeStep(Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK,
-                   Vector<const double> SYSM) {
+void factorizeStep(Analysis& run, SolverState& system, Vector<const Int> COLS, Vector<const Int> ROWI,
+                   Vector<Int> WORK, Vector<double> RWORK, Vector<const double> SYSM) {
   PhaseSizes sizes;
   Int IERR = 0;
-  run.solver.factorFailed = false;
-  KMPKTF(3, matrixSlot, COLS, ROWI, SYSM, WORK, RWORK, run.nrkreq, sizes, IERR);
+  system.protocol.factorFailed = false;
+  runPhase(run, system.protocol, 3, COLS, ROWI, SYSM, WORK, RWORK, sizes, IERR);
   if (IERR == ierr::ok) return;
-  run.solver.factorFailed = true;
-  failSolver(numericFailed);
+  system.protocol.factorFailed = true;
+  failSolver(run, numericFailed);
 }
 
 // A solve without a factor gives a zero correction, so that the unknowns stay whole. After a failed factorization
 // its message stands; otherwise the factor is missing or WORK was damaged since.
-void solveStep(Vector<Int> WORK, Vector<double> RWORK, Vector<const double> RHS, Vector<double> SOLUTION,
-               Vector<double> WRHS) {
-  const bool usable = factorStands(WORK);
-  for (Int64 i = 1; i <= run.neq; ++i) SOLUTION(i) = usable ? RHS(i) : 0.0;
+void solveStep(Analysis& run, SolverState& system, Vector<Int> WORK, Vector<double> RWORK,
+               Vector<const double> RHS, Vector<double> SOLUTION, Vector<double> WRHS) {
+  const bool usable = factorStands(system.protocol, WORK);
+  for (Int64 i = 1; i <= system.neq; ++i) SOLUTION(i) = usable ? RHS(i) : 0.0;
   Int IERR = ierr::damaged;
   if (usable)
-    KMPKTS(RWORK, WORK, WRHS, SOLUTION, IERR);
-  else if (run.solver.factorFailed)
+    triangularSolve(kernelsOf(run), RWORK, WORK, WRHS, SOLUTION, IERR);
+  else if (system.protocol.factorFailed)
     return;
-  if (IERR == ierr::shortRealSolve) return failSolver(solveRealsShort);
-  if (IERR != ierr::ok) failSolver(solveFailed);
+  if (IERR != ierr::ok) failSolver(run, solveFailed);
 }
 
 }  // namespace
 
-void loesys(Int IDO, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK,
-            Vector<const double> RHS, Vector<double> SOLUTION, Vector<const double> SYSM,
-            Vector<double> WRHS) {
-  switch (IDO) {
-    case sizing:
-      return sizingStep();
-    case ordering:
-      return orderingStep(COLS, ROWI, WORK, RWORK);
-    case symbolic:
-      return symbolicStep(COLS, ROWI, WORK, RWORK);
-    case factorize:
-      return factorizeStep(COLS, ROWI, WORK, RWORK, SYSM);
-    case solve:
-      return solveStep(WORK, RWORK, RHS, SOLUTION, WRHS);
-    default:
-      return;
+void solverStep(Analysis& run, SolverState& system, SolverStep step, Vector<const Int> COLS,
+                Vector<const Int> ROWI, Vector<Int> WORK, Vector<double> RWORK, Vector<const double> RHS,
+                Vector<double> SOLUTION, Vector<const double> SYSM, Vector<double> WRHS) {
+  switch (step) {
+    case SolverStep::sizing:
+      return sizingStep(run, system);
+    case SolverStep::ordering:
+      return orderingStep(run, system, COLS, ROWI, WORK, RWORK);
+    case SolverStep::symbolic:
+      return symbolicStep(run, system, COLS, ROWI, WORK, RWORK);
+    case SolverStep::numeric:
+      return factorizeStep(run, system, COLS, ROWI, WORK, RWORK, SYSM);
+    case SolverStep::solve:
+      return solveStep(run, system, WORK, RWORK, RHS, SOLUTION, WRHS);
   }
 }
 

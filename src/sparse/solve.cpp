@@ -3,12 +3,13 @@
 #include "sparse/solve.hpp"
 
 #include "sparse/kernels/dense_kernels.hpp"
-#include "sparse/ordering.hpp"
+#include "sparse/phase_error.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
 
-void KMPKTS(Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS, Vector<double> SOLUTION, Int& IERR) {
+void triangularSolve(const DenseKernels& kernels, Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS,
+                     Vector<double> SOLUTION, Int& IERR) {
   const Int NEQ = WORK(header::equations), m = WORK(header::supernodes);
   const Int64 required = Int64{WORK(header::freePhase3)} - 1;
   if (WORK.length() < required) {
@@ -22,7 +23,6 @@ void KMPKTS(Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS, Vector<
   const double* const L = D + NEQ;
   double* const y =
       RWORK.data() + NEQ + WORK(header::factorEntries);  // f1 + solveMargin of the fronts' space
-  const DenseKernels& kernels = denseKernels();
 
   for (Int i = 1; i <= NEQ; ++i) WRHS(f.INVP(i)) = SOLUTION(i);
   for (Int k = 1; k <= m; ++k) {

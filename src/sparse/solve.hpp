@@ -5,10 +5,13 @@
 
 namespace tornwalzen {
 
-/// Solves A·x = b with A = Pᵀ·L·D·Lᵀ·P.
+struct DenseKernels;
+
+/// kernels: in. Solves A·x = b with A = Pᵀ·L·D·Lᵀ·P.
 /// RWORK: inout, L and D are kept, the scratch behind them is used. WORK: in, as phases 2 and 3 left it; its length is
 /// checked. WRHS: scratch, NEQ. SOLUTION: inout, b on entry, x on return.
 /// IERR: out, 0 or shortWorkSolve. That a factorization exists is for the caller to know.
-void KMPKTS(Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS, Vector<double> SOLUTION, Int& IERR);
+void triangularSolve(const DenseKernels& kernels, Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS,
+                     Vector<double> SOLUTION, Int& IERR);
 
 }  // namespace tornwalzen

@@ -8,7 +8,7 @@
 #include <limits>
 
 #include "sparse/kernels/front_layout.hpp"
-#include "sparse/ordering.hpp"
+#include "sparse/phase_error.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {

@@ -28,7 +28,7 @@ TEST(PartAngles, SmallestAngleInDegreesWithTheSinglePrecisionFactor) {
   for (const double apex : {5.0, 30.0, 60.0}) {
     TestPart part = isosceles(apex);
     Int sharp;
-    measureAngles(part.arrays(), sharp);
+    measureAngles(run, part.arrays(), sharp);
     const double expected = apex * std::acos(-1.0) / 180.0 * 57.295780181884766;
     EXPECT_NEAR(part.ELG[2], expected, 57.3 * 12.0 * 8.0 * epsilon);
   }
@@ -38,24 +38,24 @@ TEST(PartAngles, CountsStrictlyBelowTenDegrees) {
   Int sharp;
   TestPart below = isosceles(9.9999), above = isosceles(10.0001);
   below.bind();
-  measureAngles(below.arrays(), sharp);
+  measureAngles(run, below.arrays(), sharp);
   EXPECT_EQ(sharp, 1);
   above.bind();
-  measureAngles(above.arrays(), sharp);
+  measureAngles(run, above.arrays(), sharp);
   EXPECT_EQ(sharp, 0);
 }
 
 TEST(PartAngles, ZeroLengthEdgeIsNotGuarded) {
   TestPart part({{0, 0, 0}, {0, 0, 0}, {1, 0, 0}}, {{1, 2, 3}});
   Int sharp;
-  measureAngles(part.arrays(), sharp);
+  measureAngles(run, part.arrays(), sharp);
   EXPECT_TRUE(std::isnan(part.ELG[2]));
   EXPECT_EQ(sharp, 0);
 }
 
 TEST(PartAreas, OfTheSpatialTriangleAndTheirSum) {
   TestPart part({{0, 0, 0}, {3, 0, 4}, {0, 2, 0}, {3, 2, 4}}, {{1, 2, 3}, {2, 4, 3}});
-  measureAreas(part.arrays());
+  measureAreas(run, part.arrays());
   EXPECT_EQ(part.ELG[8], 5.0);
   EXPECT_EQ(part.ELG[9], 5.0);
   EXPECT_EQ(run.atot, 10.0);
@@ -66,7 +66,7 @@ TEST(PartOrientation, SumOfZeroExchangesNothing) {
   part.RX = {0, 0, 1, 0, 0, 1, 0, -1};
   part.ELG[8] = part.ELG[9] = 0.5;
   const auto before = part.INTA;
-  orientCounterClockwise(part.arrays());
+  orientCounterClockwise(run, part.arrays());
   EXPECT_EQ(part.INTA, before);
 }
 
@@ -78,7 +78,7 @@ TEST(PartOrientation, AnyTriangleMayDecideTheSign) {
       part.RX = {0, 0, 1, 0, 0, sign * a[0], 0, -sign * a[1]};
       part.ELG[8] = part.ELG[9] = 0.5;
       const auto before = part.INTA;
-      orientCounterClockwise(part.arrays());
+      orientCounterClockwise(run, part.arrays());
       const bool stays = (large == 0) == (sign > 0.0);
       EXPECT_EQ(part.INTA == before, stays) << "sign " << sign << ", triangle " << large + 1;
     }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "ground/driver_arrays.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "tornwalzen.h"
 
 namespace tornwalzen::test {
@@ -43,7 +43,7 @@ class TestPart {
   void bind() {
     run.maxkno = run.nkno = nkno;
     run.maxele = run.nele = nele;
-    run.neq = run.maxsys = neq;
+    run.neq = run.solver.neq = neq;
     run.ierrel = run.ierrso = 0;
   }
 

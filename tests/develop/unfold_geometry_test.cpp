@@ -33,7 +33,7 @@ struct Measured {
 Measured measure(TestPart& part) {
   run.qmax = 0.0;
   Measured m{};
-  unfoldElementMeasure(1, part.arrays(), m.penalty, m.area);
+  unfoldElementMeasure(run, 1, part.arrays(), m.penalty, m.area);
   m.qmax = run.qmax;
   return m;
 }
@@ -59,7 +59,7 @@ TEST(UnfoldElementMeasure, HalfTheSpatialAreaHasNoPenaltyAndNoGradient) {
   EXPECT_EQ(m.area, 0.5);
   EXPECT_EQ(m.qmax, 0.0);
   double penalty, area, g[6];
-  unfoldElementGradient(1, part.arrays(), penalty, area, g);
+  unfoldElementGradient(run, 1, part.arrays(), penalty, area, g);
   EXPECT_THAT(g, testing::Each(testing::Eq(0.0)));
 }
 
@@ -71,7 +71,7 @@ TEST(UnfoldElementMeasure, CollapsedTriangleHasMeasureOneAndCountsAsDegenerate) 
   EXPECT_EQ(m.penalty, 1.0);
   Int degenerate;
   double E;
-  unfoldObjective(part.arrays(), VisitedElements(), degenerate, E);
+  unfoldObjective(run, part.arrays(), VisitedElements(run.nele, false), degenerate, E);
   EXPECT_EQ(degenerate, 1);
   EXPECT_EQ(E, 1.0);
   EXPECT_EQ(part.ELG[3], 1.0);
@@ -96,10 +96,10 @@ TEST(UnfoldElementMeasure, RaisesTheWorstMeasureOnlyToALargerOne) {
   TestPart part = oneTriangle(0.5, collapsed);
   double penalty, area;
   run.qmax = 5.0;
-  unfoldElementMeasure(1, part.arrays(), penalty, area);
+  unfoldElementMeasure(run, 1, part.arrays(), penalty, area);
   EXPECT_EQ(run.qmax, 5.0);
   run.qmax = 0.5;
-  unfoldElementMeasure(1, part.arrays(), penalty, area);
+  unfoldElementMeasure(run, 1, part.arrays(), penalty, area);
   EXPECT_EQ(run.qmax, 1.0);
 }
 
@@ -109,7 +109,7 @@ TEST(UnfoldElementMeasure, MeasureThatIsNotANumberStaysInTheWorstMeasure) {
   part.ELG[8] = part.ELG[9] = 0.5;
   Int degenerate;
   double E;
-  unfoldObjective(part.arrays(), VisitedElements(), degenerate, E);
+  unfoldObjective(run, part.arrays(), VisitedElements(run.nele, false), degenerate, E);
   EXPECT_TRUE(std::isnan(run.qmax));
   EXPECT_EQ(degenerate, 0);
 }
@@ -128,7 +128,7 @@ TEST(UnfoldElementGradient, AgreesWithCentralDifferencesInAllBranches) {
     TestPart part = oneTriangle(0.7, plane);
     double penalty, area, g[6];
     run.qmax = 0.0;
-    unfoldElementGradient(1, part.arrays(), penalty, area, g);
+    unfoldElementGradient(run, 1, part.arrays(), penalty, area, g);
     const Measured m = measure(part);
     EXPECT_EQ(penalty, m.penalty);
     EXPECT_EQ(area, m.area);
@@ -160,7 +160,7 @@ TEST(UnfoldObjective, SumsPenaltiesInTheOrderOfTheElements) {
   for (Int e = 1; e <= part.nele; ++e) part.arrays().ELG(e, 5) = 50.0;
   Int degenerate;
   double E;
-  unfoldObjective(part.arrays(), VisitedElements(), degenerate, E);
+  unfoldObjective(run, part.arrays(), VisitedElements(run.nele, false), degenerate, E);
   EXPECT_EQ(degenerate, 16);  // two walls of 2 × 2 squares
   EXPECT_EQ(E, 16.0);
   EXPECT_EQ(run.qmax, 1.0);
@@ -172,9 +172,9 @@ TEST(UnfoldForces, AreTheNegativeSumAndCountOnlyFreeUnknowns) {
   part.ELG[8] = part.ELG[9] = 0.5;
   const DriverArrays a = part.arrays();
   double penalty, area, g[2][6];
-  for (Int e = 1; e <= 2; ++e) unfoldElementGradient(e, a, penalty, area, g[e - 1]);
+  for (Int e = 1; e <= 2; ++e) unfoldElementGradient(run, e, a, penalty, area, g[e - 1]);
   part.ARFA[7] = 0;  // the largest force is held: it stays in RR and does not count
-  unfoldForces(a, VisitedElements());
+  unfoldForces(run, a, VisitedElements(run.nele, false));
   double expected[8] = {};
   for (int e = 0; e < 2; ++e)
     for (int c = 0; c < 3; ++c)
@@ -191,7 +191,7 @@ TEST(UnfoldForces, AreTheNegativeSumAndCountOnlyFreeUnknowns) {
 TEST(UnfoldForces, HaveNoNormWhereNothingIsFree) {
   TestPart part = oneTriangle(0.5, collapsed);
   part.ARFA.assign(6, 2);  // neither 0 nor 1: not free either
-  unfoldForces(part.arrays(), VisitedElements());
+  unfoldForces(run, part.arrays(), VisitedElements(run.nele, false));
   EXPECT_EQ(run.maxgrad, 0.0);
   EXPECT_NE(part.RR[0], 0.0);
 }
@@ -212,7 +212,7 @@ TEST(VisitedElements, AreThoseThatMoveOrCarryAPenaltyInRisingOrder) {
 
 TEST(VisitedElements, StayAllElementsWithoutAList) {
   TestPart part = flatPlate(2, 1);
-  VisitedElements all;
+  VisitedElements all(part.nele, false);
   all.select(part.arrays());
   EXPECT_EQ(all.count(), 4);
   EXPECT_EQ(all(3), 3);

@@ -20,7 +20,7 @@ namespace {
 
 std::string captured(TestPart& part) {
   testing::internal::CaptureStdout();
-  unfoldBlank(part.arrays());
+  unfoldBlank(run, part.arrays());
   return testing::internal::GetCapturedStdout();
 }
 
@@ -283,10 +283,10 @@ TEST(Unfold, VisitingOnlyWhatMovesChangesNoBitAndNoLine) {
       a.RX(2 * n - 1) = a.KNG(n, 1);
       a.RX(2 * n) = a.KNG(n, 2);
     }
-    measureAreas(a);
-    VisitedElements list(part->nele), everything;
+    measureAreas(run, a);
+    VisitedElements list(part->nele), everything(part->nele, false);
     testing::internal::CaptureStdout();
-    unfoldDescent(a, which == 0 ? list : everything);
+    unfoldDescent(run, a, which == 0 ? list : everything);
     lines[which++] = testing::internal::GetCapturedStdout();
     if (which == 1) {
       EXPECT_LT(list.count(), part->nele);
@@ -301,7 +301,7 @@ TEST(Unfold, VisitingOnlyWhatMovesChangesNoBitAndNoLine) {
 
 TEST(UnfoldReport, IterationLineToTheLetter) {
   testing::internal::CaptureStdout();
-  reportIteration({31, 12, 1234.5678, 0.0, 0.001953125, 19.0, 1.0, 2.0});
+  reportIteration(run, {31, 12, 1234.5678, 0.0, 0.001953125, 19.0, 1.0, 2.0});
   const std::string line = testing::internal::GetCapturedStdout();
   EXPECT_EQ(line,
             "IZ,EN,EN1,L-FAK    12" + e13(1234.5678) + e13(0.0) + e13(0.001953125) + e13(19.0) + "   31@ \n");
@@ -310,7 +310,7 @@ TEST(UnfoldReport, IterationLineToTheLetter) {
 
 TEST(UnfoldReport, AdvanceLineToTheLetterAndTheProcessorTime) {
   ProgressLog log;
-  reportAdvance({101, 7, 0.0, 0.0, 0.0, 0.0, 2.8, 4.8});
+  reportAdvance(run, {101, 7, 0.0, 0.0, 0.0, 0.0, 2.8, 4.8});
   EXPECT_THAT(log.texts,
               testing::ElementsAre(" Tornwalzen - Geometrie abwickeln:       Fortschritt:   50.00 %%"
                                    "          7 degenerierte Elemente  "));
@@ -319,8 +319,8 @@ TEST(UnfoldReport, AdvanceLineToTheLetterAndTheProcessorTime) {
 
 TEST(UnfoldReport, StartBelowTheTargetLeavesThePercentageAsItFalls) {
   ProgressLog log;
-  reportAdvance({1, 0, 0.0, 0.0, 0.0, 0.0, 0.8, 0.8});  // 0/0
-  reportAdvance({1, 0, 0.0, 0.0, 0.0, 0.0, 0.2, 0.4});  // a negative range
+  reportAdvance(run, {1, 0, 0.0, 0.0, 0.0, 0.0, 0.8, 0.8});  // 0/0
+  reportAdvance(run, {1, 0, 0.0, 0.0, 0.0, 0.0, 0.2, 0.4});  // a negative range
   ASSERT_EQ(log.texts.size(), 2u);
   EXPECT_THAT(log.texts[0], testing::HasSubstr("Fortschritt:     NaN %%"));
   EXPECT_THAT(log.texts[1], testing::HasSubstr("Fortschritt:  -50.00 %%"));
@@ -328,7 +328,7 @@ TEST(UnfoldReport, StartBelowTheTargetLeavesThePercentageAsItFalls) {
 
 TEST(UnfoldReport, NoConvergenceLineToTheLetter) {
   ProgressLog log;
-  reportNoConvergence(3, 5001);
+  reportNoConvergence(run, 3, 5001);
   EXPECT_THAT(log.texts,
               testing::ElementsAre(
                   " Tornwalzen - Geometrie abwickeln:     3 deg.Elemente   5001 Iterationen ,    KEINE "

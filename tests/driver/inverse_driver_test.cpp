@@ -121,7 +121,7 @@ TEST(InverseDriver, RepeatedIncrementStartsFromTheBlankItStartedFromBefore) {
   std::vector<double> EVAL(5 * static_cast<std::size_t>(part.nele));
   PlivaneSetProgressHdlr(&Watch::take, &watch);
   testing::internal::CaptureStdout();
-  inverseDriver(part.arrays(), {"EVAL", EVAL.data(), static_cast<Int64>(EVAL.size())});
+  inverseDriver(run, part.arrays(), {"EVAL", EVAL.data(), static_cast<Int64>(EVAL.size())});
   const auto lines = linesOf(testing::internal::GetCapturedStdout());
   PlivaneSetProgressHdlr(nullptr, nullptr);
   std::size_t attempt = 0;

@@ -38,7 +38,7 @@ struct DisturbedPlate {
   }
   std::vector<std::string> search(Int LSMAX = limit) {
     testing::internal::CaptureStdout();
-    lineSearch(LSMAX, part.arrays(), flowCurve());
+    lineSearch(run, LSMAX, part.arrays());
     return linesOf(testing::internal::GetCapturedStdout());
   }
   double u() const { return part.RX[2 * centre - 2]; }
@@ -151,7 +151,7 @@ TEST(LineSearch, EndsWhereHalvingNoLongerMovesADegenerateBlank) {
 TEST(LineSearch, WithoutUnknownsEvaluatesAndTakesNothing) {
   TestPart part({}, {});
   run.maxgrad = 7.0;
-  lineSearch(limit, part.arrays(), flowCurve());
+  lineSearch(run, limit, part.arrays());
   EXPECT_EQ(run.maxgrad, 0.0);
   EXPECT_EQ(run.lsfak, 0.0);
 }

@@ -32,7 +32,7 @@ struct DomeRun {
   double step() {
     double EN = -1.0;
     testing::internal::CaptureStdout();
-    newtonStep(EN, part.arrays(), flowCurve());
+    newtonStep(run, EN, part.arrays());
     printed = linesOf(testing::internal::GetCapturedStdout());
     return EN;
   }
@@ -44,10 +44,10 @@ struct DomeRun {
 TEST(NewtonStep, DecouplesHeldUnknownsInRowsAndColumns) {
   DomeRun dome(10);
   TestPart& part = dome.part;
-  assemble(residualAndMatrix, part.arrays(), flowCurve());
+  assemble(run, residualAndMatrix, part.arrays());
   const auto SYSM = part.SYSM, RR = part.RR;
   part.ARFA[20] = 2;  // any flag but 0 moves in the Newton step
-  imposeHeldUnknowns(part.arrays());
+  imposeHeldUnknowns(run, part.arrays());
   const DriverArrays a = part.arrays();
   int cut = 0;
   for (Int i = 1; i <= part.neq; ++i) {
@@ -71,7 +71,7 @@ TEST(NewtonStep, FreeUnknownWithItsDiagonalAloneKeepsItsRow) {
   part.SYSM = {5.0, 7.0};
   part.RR = {2.0, 3.0};
   part.ARFA = {1, 0};
-  imposeHeldUnknowns(part.arrays());
+  imposeHeldUnknowns(run, part.arrays());
   EXPECT_THAT(part.SYSM, testing::ElementsAre(5.0, 1.0));
   EXPECT_THAT(part.RR, testing::ElementsAre(2.0, 0.0));
 }
@@ -81,8 +81,8 @@ TEST(NewtonStep, CorrectionSolvesTheDecoupledSystem) {
     DomeRun dome(ICTRL);
     TestPart& part = dome.part;
     // The system as it stands before the line search evaluates new residuals.
-    assemble(residualAndMatrix, part.arrays(), flowCurve());
-    imposeHeldUnknowns(part.arrays());
+    assemble(run, residualAndMatrix, part.arrays());
+    imposeHeldUnknowns(run, part.arrays());
     const auto SYSM = part.SYSM, RR = part.RR;
     startAtTheTarget(part);
     dome.step();
@@ -136,7 +136,7 @@ TEST(NewtonStep, EnergyIsTheSumOverElementsAtTheAcceptedPoint) {
   const DriverArrays a = dome.part.arrays();
   for (Int e = 1; e <= dome.part.nele; ++e) {
     double potential;
-    elementMeasure(e, a.INTA, a.RX, a.KNZ, flowCurve(), potential, a.ELG);
+    elementMeasure(run, e, a.INTA, a.RX, a.KNZ, FlowCurve(run), potential, a.ELG);
     expected += potential;
   }
   EXPECT_EQ(EN, expected);
@@ -181,7 +181,7 @@ TEST(NewtonStep, FailedFactorizationLeavesTheBlankAndReportsNoStep) {
   part.RB.assign(part.RB.size(), 9.0);
   const auto before = part.RX;
   double EN;
-  newtonStep(EN, part.arrays(), flowCurve());
+  newtonStep(run, EN, part.arrays());
   EXPECT_EQ(run.ierrso, -1);
   EXPECT_EQ(run.ierrel, 0);
   EXPECT_EQ(part.RX, before);
@@ -203,7 +203,7 @@ TEST(NewtonStep, CorrectionThatIsNotFiniteIsDiscarded) {
 TEST(EnergySum, OfNoElementIsZero) {
   TestPart part({}, {});
   double EN = 5.0;
-  energySum(EN, part.arrays(), flowCurve());
+  energySum(run, EN, part.arrays());
   EXPECT_EQ(EN, 0.0);
 }
 
@@ -216,12 +216,12 @@ TEST(EnergySum, StopsAtADegenerateElementWithTheSumSoFar) {
   double first = 0.0, EN = 0.0;
   for (Int e = 1; e <= 2; ++e) {
     double potential;
-    elementMeasure(e, a.INTA, a.RX, a.KNZ, flowCurve(), potential, a.ELG);
+    elementMeasure(run, e, a.INTA, a.RX, a.KNZ, FlowCurve(run), potential, a.ELG);
     first += potential;
   }
   a.RX(2 * a.INTA(3, 2) - 1) = -5.0;  // turns triangle 3 over, the first that has this node
   testing::internal::CaptureStdout();
-  energySum(EN, a, flowCurve());
+  energySum(run, EN, a);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), " DEGENERIERTES ELEMENT \n");
   EXPECT_EQ(run.ierrel, -1);
   EXPECT_EQ(EN, first);

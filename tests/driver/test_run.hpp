@@ -33,8 +33,7 @@ inline void buildPattern(TestPart& part) {
   }
   part.COLS[rows.size()] = static_cast<Int>(part.ROWI.size()) + 1;
   part.SYSM.assign(part.ROWI.size(), 0.0);
-  run.mnsysm = run.nsysm = run.nnzl = static_cast<Int>(part.ROWI.size());
-  run.ncolp = part.neq + 1;
+  run.solver.mnsysm = run.solver.nsysm = static_cast<Int>(part.ROWI.size());
 }
 
 /// Pattern and preparing steps; WORK and RWORK as long as the solver asks for.
@@ -43,18 +42,18 @@ inline void prepareSolver(TestPart& part) {
   buildPattern(part);
   for (const Int step : {11, 12, 13}) {
     const DriverArrays a = part.arrays();
-    loesys(step, a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB, a.SYSM, a.WRHS);
-    run.niwor = run.niwreq;
-    if (step != 11) run.nrk = run.nrkreq;
-    part.WORK.resize(static_cast<std::size_t>(run.niwor));
-    part.RWORK.resize(static_cast<std::size_t>(run.nrk));
+    solverStep(run, run.solver, static_cast<SolverStep>(step), a.COLS, a.ROWI, a.WORK, a.RWORK, a.RR, a.RB,
+               a.SYSM, a.WRHS);
+    run.solver.niwor = run.solver.niwreq;
+    if (step != 11) run.solver.nrk = run.solver.nrkreq;
+    part.WORK.resize(static_cast<std::size_t>(run.solver.niwor));
+    part.RWORK.resize(static_cast<std::size_t>(run.solver.nrk));
   }
 }
 
 /// Material and run status as the host's selector sets them.
 inline void selectMaterial(Int ICTRL) {
-  materialSetup(ICTRL, flowCurve());
-  run.istat = ICTRL == 0 || ICTRL == 1 || ICTRL == 2;
+  tornwalzen::selectMaterial(run, ICTRL);
 }
 
 /// RX from the plane coordinates of KNG, and KNZ = KNG: a flat part then stands in equilibrium exactly.

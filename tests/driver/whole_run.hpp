@@ -36,7 +36,7 @@ struct WholeRun {
     selectMaterial(ICTRL);
     ProgressLog log;
     testing::internal::CaptureStdout();
-    inverseDriver(part.arrays(), {"EVAL", EVAL.data(), static_cast<Int64>(EVAL.size())});
+    inverseDriver(run, part.arrays(), {"EVAL", EVAL.data(), static_cast<Int64>(EVAL.size())});
     lines = linesOf(testing::internal::GetCapturedStdout());
     takeApart();
     const std::size_t own = std::min(log.fractions.size(), increments.size() + 1);

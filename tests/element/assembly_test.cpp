@@ -30,8 +30,8 @@ double totalPotential(const SmallMesh& mesh) {
   double total = 0.0;
   for (Int e = 1; e <= mesh.elements; ++e) {
     double potential = 0.0;
-    tornwalzen::elementMeasure(e, mesh.incidences(), mesh.blank(), mesh.target(), tornwalzen::flowCurve(),
-                               potential, {"ELG", ELG.data(), mesh.elements, 5});
+    tornwalzen::elementMeasure(tornwalzen::run, e, mesh.incidences(), mesh.blank(), mesh.target(),
+                               tornwalzen::FlowCurve(run), potential, {"ELG", ELG.data(), mesh.elements, 5});
     total += potential;
   }
   return total;
@@ -45,8 +45,8 @@ TEST_P(AssemblyTest, EqualsTheDenseSumOfTheElementsToTheBit) {
   std::vector<double> dense(n * n, 0.0), residual(n, 0.0);
   for (Int e = 1; e <= mesh.elements; ++e) {
     double potential, gradient[6], hessian[36];
-    tornwalzen::elementRoutine(e, 1, mesh.incidences(), mesh.blank(), mesh.target(), tornwalzen::flowCurve(),
-                               potential, gradient, hessian);
+    tornwalzen::elementRoutine(tornwalzen::run, e, 1, mesh.incidences(), mesh.blank(), mesh.target(),
+                               tornwalzen::FlowCurve(run), potential, gradient, hessian);
     const auto eq = mesh.equationsOf(e);
     for (int k = 0; k < 6; ++k) {
       residual[eq[k] - 1] -= gradient[k];

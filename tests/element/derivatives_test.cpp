@@ -55,8 +55,8 @@ class DerivativesTest : public ElementTest, public ::testing::WithParamInterface
   void SetUp() override {
     ElementTest::SetUp();
     run.istat = GetParam().istat;
-    tornwalzen::options.anisotropy = GetParam().r;
-    tornwalzen::options.partReference = GetParam().partReference;
+    tornwalzen::run.options.anisotropy = GetParam().r;
+    tornwalzen::run.options.partReference = GetParam().partReference;
   }
 };
 

@@ -5,7 +5,8 @@
 #include <limits>
 
 #include "element/lanes/lane_pass.hpp"
-#include "ground/run_options.hpp"
+#include "ground/kernel_tables.hpp"
+#include "host_kit/default_run.hpp"
 #include "one_triangle.hpp"
 #include "small_mesh.hpp"
 
@@ -18,26 +19,17 @@ using tornwalzen::laneCount;
 using tornwalzen::Order;
 
 std::vector<const ElementLanes*> tables() {
-  int count;
-  const ElementLanes* const* list = tornwalzen::availableElementLanes(count);
-  return {list, list + count};
+  const tornwalzen::KernelTables<ElementLanes>& tables = tornwalzen::elementLanesTables();
+  return {tables.available, tables.available + tables.count};
 }
 
 class ElementLanesTest : public ElementTest, public ::testing::WithParamInterface<const ElementLanes*> {
  protected:
   void SetUp() override {
     ElementTest::SetUp();
-    kept_ = &tornwalzen::elementLanes();
-    tornwalzen::useElementLanes(*GetParam());
+    run.lanes = GetParam();
   }
-  void TearDown() override {
-    tornwalzen::useElementLanes(*kept_);
-    tornwalzen::options = tornwalzen::RunOptions();
-    ElementTest::TearDown();
-  }
-
- private:
-  const ElementLanes* kept_;
+  void TearDown() override { ElementTest::TearDown(); }
 };
 
 INSTANTIATE_TEST_SUITE_P(EveryTable, ElementLanesTest, ::testing::ValuesIn(tables()),
@@ -68,18 +60,18 @@ struct EightTriangles {
   tornwalzen::Table<const Int> incidences() const { return {"INTA", INTA.data(), 8, 3}; }
   tornwalzen::Vector<const double> blank() const { return {"RX", RX.data(), 48}; }
   tornwalzen::Table<const double> part() const { return {"KNZ", KNZ.data(), 24, 3}; }
-  bool take() { return tornwalzen::takeEight(1, incidences(), blank(), part(), batch); }
+  bool take() { return tornwalzen::takeEight(tornwalzen::run, 1, incidences(), blank(), part(), batch); }
 
   void expectSameAsOneByOne() {
-    const tornwalzen::FlowCurve CURVE(tornwalzen::flowCurve());
+    const tornwalzen::FlowCurve CURVE(run);
     const tornwalzen::LaneCurve laneCurve(CURVE);
     ASSERT_TRUE(take());
     for (const Int mode : {0, 1}) {
-      tornwalzen::elementLanes().evaluate(mode == 1 ? Order::hessian : Order::gradient, laneCurve, batch);
+      tornwalzen::lanesOf(run).evaluate(mode == 1 ? Order::hessian : Order::gradient, laneCurve, batch);
       for (Int e = 1; e <= 8; ++e) {
         double potential, gradient[6], hessian[36];
-        tornwalzen::elementRoutine(e, mode, incidences(), blank(), part(), CURVE, potential, gradient,
-                                   hessian);
+        tornwalzen::elementRoutine(tornwalzen::run, e, mode, incidences(), blank(), part(), CURVE, potential,
+                                   gradient, hessian);
         EXPECT_TRUE(sameBits(batch.POTENTIAL[e - 1], potential)) << "element " << e;
         for (int k = 0; k < 6; ++k)
           EXPECT_TRUE(sameBits(batch.GRADIENT[k][e - 1], gradient[k])) << e << " " << k;
@@ -87,11 +79,11 @@ struct EightTriangles {
           EXPECT_TRUE(sameBits(batch.HESSIAN[k][e - 1], hessian[k])) << "element " << e << ", entry " << k;
       }
     }
-    tornwalzen::elementLanes().evaluate(Order::value, laneCurve, batch);
+    tornwalzen::lanesOf(run).evaluate(Order::value, laneCurve, batch);
     for (Int e = 1; e <= 8; ++e) {
       double potential;
       std::vector<double> ELG(40);
-      tornwalzen::elementMeasure(e, incidences(), blank(), part(), CURVE, potential,
+      tornwalzen::elementMeasure(tornwalzen::run, e, incidences(), blank(), part(), CURVE, potential,
                                  {"ELG", ELG.data(), 8, 5});
       EXPECT_TRUE(sameBits(batch.POTENTIAL[e - 1], potential));
       EXPECT_TRUE(sameBits(batch.STRAIN[e - 1], ELG[e - 1]));
@@ -115,9 +107,7 @@ void stretched(double lu, double lv, double shear, Blank& blank, Part& part) {
 // curve, all segments of the curve among them, different ones in the lanes of one batch.
 TEST_P(ElementLanesTest, EqualsTheElementRoutineAtAllStrains) {
   for (const Int curve : {0, 1, 2}) {
-    run = tornwalzen::RunState();
-    tornwalzen::materialSetup(curve, tornwalzen::flowCurve());
-    run.istat = 1;
+    tornwalzen::selectMaterial(run, curve);
     EightTriangles eight;
     for (int k = 0; k < 160; ++k) {
       Blank blank;
@@ -131,7 +121,7 @@ TEST_P(ElementLanesTest, EqualsTheElementRoutineAtAllStrains) {
 }
 
 TEST_P(ElementLanesTest, EqualsTheElementRoutineWithThePartAsReference) {
-  tornwalzen::options.partReference = true;
+  tornwalzen::run.options.partReference = true;
   EightTriangles eight;
   for (int k = 0; k < 80; ++k) {
     Blank blank;
@@ -143,7 +133,7 @@ TEST_P(ElementLanesTest, EqualsTheElementRoutineWithThePartAsReference) {
 }
 
 TEST_P(ElementLanesTest, EqualsTheElementRoutineWithAnisotropy) {
-  tornwalzen::options.anisotropy = 1.7;
+  tornwalzen::run.options.anisotropy = 1.7;
   EightTriangles eight;
   for (int k = 0; k < 8; ++k) {
     Blank blank;
@@ -193,19 +183,20 @@ TEST_P(ElementLanesTest, PassesStopAtADegenerateElementAsOneByOne) {
     double sum = 0.0, measured;
     for (Int e = 1; e < bad; ++e) {
       double potential, gradient[6], hessian[36];
-      tornwalzen::elementRoutine(e, 0, mesh.incidences(), mesh.blank(), mesh.target(),
-                                 tornwalzen::flowCurve(), potential, gradient, hessian);
+      tornwalzen::elementRoutine(tornwalzen::run, e, 0, mesh.incidences(), mesh.blank(), mesh.target(),
+                                 tornwalzen::FlowCurve(tornwalzen::run), potential, gradient, hessian);
       for (int k = 0; k < 6; ++k) residual[mesh.equationsOf(e)[k] - 1] -= gradient[k];
-      tornwalzen::elementMeasure(e, mesh.incidences(), mesh.blank(), mesh.target(), tornwalzen::flowCurve(),
-                                 potential, {"ELG", expected.data(), mesh.elements, 5});
+      tornwalzen::elementMeasure(tornwalzen::run, e, mesh.incidences(), mesh.blank(), mesh.target(),
+                                 tornwalzen::FlowCurve(run), potential,
+                                 {"ELG", expected.data(), mesh.elements, 5});
       sum += potential;
     }
     mesh.assemble(tornwalzen::residualOnly);
     EXPECT_EQ(run.ierrel, -1);
     EXPECT_EQ(mesh.RR, residual);
     run.ierrel = 0;
-    tornwalzen::measureElements(mesh.incidences(), mesh.blank(), mesh.target(), tornwalzen::flowCurve(),
-                                measured, {"ELG", ELG.data(), mesh.elements, 5});
+    tornwalzen::measureElements(tornwalzen::run, mesh.incidences(), mesh.blank(), mesh.target(),
+                                tornwalzen::FlowCurve(run), measured, {"ELG", ELG.data(), mesh.elements, 5});
     EXPECT_EQ(run.ierrel, -1);
     EXPECT_EQ(measured, sum);
     EXPECT_EQ(ELG, expected);

@@ -22,12 +22,14 @@ struct OneTriangle {
       for (int i = 0; i < 3; ++i) KNZ[3 * i + n] = part[3 * n + i];
   }
   void evaluate(Int mode) {
-    tornwalzen::elementRoutine(1, mode, {"INTA", INTA, 1, 3}, {"RX", RX.data(), 6}, {"KNZ", KNZ, 3, 3},
-                               tornwalzen::flowCurve(), potential, gradient, hessian);
+    tornwalzen::elementRoutine(tornwalzen::run, 1, mode, {"INTA", INTA, 1, 3}, {"RX", RX.data(), 6},
+                               {"KNZ", KNZ, 3, 3}, tornwalzen::FlowCurve(tornwalzen::run), potential,
+                               gradient, hessian);
   }
   void measure() {
-    tornwalzen::elementMeasure(1, {"INTA", INTA, 1, 3}, {"RX", RX.data(), 6}, {"KNZ", KNZ, 3, 3},
-                               tornwalzen::flowCurve(), measured, {"ELG", ELG, 1, 5});
+    tornwalzen::elementMeasure(tornwalzen::run, 1, {"INTA", INTA, 1, 3}, {"RX", RX.data(), 6},
+                               {"KNZ", KNZ, 3, 3}, tornwalzen::FlowCurve(tornwalzen::run), measured,
+                               {"ELG", ELG, 1, 5});
   }
 };
 
@@ -35,13 +37,13 @@ struct OneTriangle {
 class ElementTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    run = tornwalzen::RunState();
-    tornwalzen::materialSetup(1, tornwalzen::flowCurve());
+    tornwalzen::freshState();
+    tornwalzen::materialSetup(tornwalzen::run, 1);
     run.istat = 1;
   }
   void TearDown() override {
-    run = tornwalzen::RunState();
-    tornwalzen::options = tornwalzen::RunOptions();
+    tornwalzen::freshState();
+    tornwalzen::run.options = tornwalzen::RunOptions();
   }
 };
 

@@ -11,8 +11,8 @@
 #include <type_traits>
 
 #include "dual.hpp"
+#include "host_kit/default_run.hpp"
 #include "material/material_setup.hpp"
-#include "ground/run_options.hpp"
 
 namespace reference {
 
@@ -62,7 +62,7 @@ template <class T>
 T workDensity(const T& e1, const T& e2) {
   using std::sqrt;
   const auto FC = tornwalzen::flowCurve();
-  const double r = tornwalzen::options.anisotropy;
+  const double r = tornwalzen::run.options.anisotropy;
   const T S = e1 * e1 + e2 * e2 + T(2.0 * r / (1.0 + r)) * e1 * e2 + T(1e-10);
   const long double factor = (1.0L + r) / std::sqrt(1.0L + 2.0L * r) * std::sqrt(3.0L) / 2.0L;
   const T strain = T(1.154700517654419) * scaled<T>(factor) * sqrt(S);
@@ -106,7 +106,7 @@ inline long double twiceArea(const Part& part) {
 template <class T>
 T potential(const std::array<T, 6>& w, const Part& part) {
   const Metric<T> C = metric(w, part);
-  const T weight = tornwalzen::options.partReference ? scaled<T>(twiceArea(part)) : C.D;
+  const T weight = tornwalzen::run.options.partReference ? scaled<T>(twiceArea(part)) : C.D;
   return weight * (run.istat == 0 ? geometricDensity(C) : plasticDensity(C));
 }
 

@@ -65,9 +65,8 @@ struct SmallMesh {
   void enter() const {
     run.nkno = run.maxkno = nodes;
     run.nele = run.maxele = elements;
-    run.neq = run.maxsys = equations;
-    run.nsysm = run.nnzl = run.mnsysm = static_cast<Int>(ROWI.size());
-    run.ncolp = equations + 1;
+    run.neq = run.solver.neq = equations;
+    run.solver.nsysm = run.solver.mnsysm = static_cast<Int>(ROWI.size());
   }
   tornwalzen::Table<const Int> incidences() const { return {"INTA", INTA.data(), elements, 3}; }
   tornwalzen::Vector<const double> blank() const { return {"RX", RX.data(), equations}; }
@@ -84,7 +83,7 @@ struct SmallMesh {
     a.RR = {"RR", RR.data(), equations};
     a.TEMP = {"TEMP", TEMP.data(), equations};
     a.SYSM = {"SYSM", SYSM.data(), static_cast<Int>(SYSM.size())};
-    tornwalzen::assemble(mode, a, tornwalzen::flowCurve());
+    tornwalzen::assemble(tornwalzen::run, mode, a);
   }
 
  private:

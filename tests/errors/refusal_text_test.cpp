@@ -8,7 +8,7 @@
 
 #include "errors/hostile_host.hpp"
 #include "errors/refused_memory.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 
 namespace {
 
@@ -18,7 +18,7 @@ using tornwalzen::run;
 class RefusalText : public testing::Test {
  protected:
   void SetUp() override {
-    run = tornwalzen::RunState{};
+    tornwalzen::freshState();
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
   }
@@ -27,7 +27,7 @@ class RefusalText : public testing::Test {
     testing::internal::GetCapturedStderr();
   }
   static std::string kept() {
-    std::string text(run.MSGSTR_solver, tornwalzen::messageLength);
+    std::string text(run.messages.MSGSTR_solver, tornwalzen::messageLength);
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
   }
@@ -38,7 +38,7 @@ TEST_F(RefusalText, NegativeCounts) {
   for (Ints* count : {&host.NKNO, &host.NELE, &host.MNSYSM}) {
     const std::int32_t sound = (*count)[0];
     (*count)[0] = -1;
-    run = tornwalzen::RunState{};
+    tornwalzen::freshState();
     EXPECT_EQ(host.init(1), -1);
     EXPECT_EQ(kept(), " FATALER FEHLER : nkno, nele oder mnsysm negativ @");
     (*count)[0] = sound;

@@ -8,7 +8,7 @@
 
 #include "fuzz/byte_source.hpp"
 #include "fuzz/fuzz_target.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "tornwalzen.h"
 
 namespace {
@@ -125,7 +125,7 @@ void Host::onProgress(void* self, const TornwalzenProgress* record) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  tornwalzen::run = tornwalzen::RunState{};  // as a host finds it that has just loaded the library
+  tornwalzen::freshState();  // as a host finds it that has just loaded the library
   fuzz::ByteSource bytes(data, size);
   Host host(bytes);
   if (bytes.below(4) != 3) {  // the straight protocol, damaged at most

@@ -9,7 +9,7 @@
 
 #include "fuzz/byte_source.hpp"
 #include "fuzz/fuzz_target.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "sparse/phases.hpp"
 
 namespace {
@@ -90,22 +90,23 @@ std::vector<long double> denseSolution(const Problem& p) {
 class Solver {
  public:
   explicit Solver(const Problem& p) : p_(p), x_(p.n, -7.0), wrhs_(p.n, -7.0) {
-    run = RunState{};
-    run.neq = run.maxsys = p.n;
-    run.nnzl = run.nsysm = run.mnsysm = static_cast<Int>(p.ROWI.size());
+    freshState();
+    run.neq = run.solver.neq = p.n;
+    run.solver.nsysm = run.solver.mnsysm = static_cast<Int>(p.ROWI.size());
   }
   void step(Int ido) {
-    loesys(ido, {"COLS", p_.COLS.data(), p_.n + 1}, {"ROWI", p_.ROWI.data(), run.mnsysm},
-           {"WORK", work_.data(), static_cast<Int64>(work_.size())},
-           {"RWORK", rwork_.data(), static_cast<Int64>(rwork_.size())}, {"RR", p_.b.data(), p_.n},
-           {"RB", x_.data(), p_.n}, {"SYSM", p_.SYSM.data(), run.mnsysm}, {"WRHS", wrhs_.data(), p_.n});
+    solverStep(
+        run, run.solver, static_cast<SolverStep>(ido), {"COLS", p_.COLS.data(), p_.n + 1},
+        {"ROWI", p_.ROWI.data(), run.solver.mnsysm}, {"WORK", work_.data(), static_cast<Int64>(work_.size())},
+        {"RWORK", rwork_.data(), static_cast<Int64>(rwork_.size())}, {"RR", p_.b.data(), p_.n},
+        {"RB", x_.data(), p_.n}, {"SYSM", p_.SYSM.data(), run.solver.mnsysm}, {"WRHS", wrhs_.data(), p_.n});
     if (ido < 11 || ido > 13) return;
     require(!failed(run.ierrso));
-    run.niwor = run.niwreq;
-    run.nrk = run.nrkreq;
-    work_.resize(run.niwor, -123456789);
+    run.solver.niwor = run.solver.niwreq;
+    run.solver.nrk = run.solver.nrkreq;
+    work_.resize(run.solver.niwor, -123456789);
     work_.shrink_to_fit();
-    rwork_.resize(run.nrk, std::numeric_limits<double>::quiet_NaN());
+    rwork_.resize(run.solver.nrk, std::numeric_limits<double>::quiet_NaN());
     rwork_.shrink_to_fit();
   }
   const std::vector<double>& solution() const { return x_; }

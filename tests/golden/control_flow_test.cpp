@@ -10,7 +10,7 @@
 #include <string>
 
 #include "golden/sample_parts.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "sparse/kernels/dense_kernels.hpp"
 
 namespace {
@@ -48,7 +48,7 @@ std::string decisions(const std::string& messages) {
 }
 
 std::string runCase(const Case& c) {
-  tornwalzen::run = tornwalzen::RunState{};  // as a freshly loaded library
+  tornwalzen::freshState();  // as a freshly loaded library
   hostile::Host host(golden::samplePart(c.sample, c.triangles), hostile::Flush::end);
   golden::holdMiddle(host);
   testing::internal::CaptureStdout();

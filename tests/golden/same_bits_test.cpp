@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "golden/sample_parts.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 
 namespace {
 
@@ -23,7 +23,7 @@ bool sameBits(const std::vector<double>& a, const std::vector<double>& b) {
 }
 
 std::vector<double> fresh(const char* sample, std::int32_t material, hostile::Flush flush) {
-  tornwalzen::run = tornwalzen::RunState{};
+  tornwalzen::freshState();
   hostile::Host host(golden::samplePart(sample, 300), flush);
   golden::holdMiddle(host);
   testing::internal::CaptureStdout();

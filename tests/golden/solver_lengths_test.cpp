@@ -10,7 +10,7 @@
 #include <string>
 
 #include "golden/sample_parts.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace {
@@ -26,7 +26,7 @@ constexpr Case cases[] = {{"l_bend", 20, 0},         {"hat", 200, 3},     {"flan
 
 std::string lengths(const Case& c) {
   namespace header = tornwalzen::header;
-  tornwalzen::run = tornwalzen::RunState{};  // as a freshly loaded library
+  tornwalzen::freshState();  // as a freshly loaded library
   hostile::Host host(golden::samplePart(c.sample, c.triangles, c.seed), hostile::Flush::end);
   std::ostringstream text;
   text << c.sample << ' ' << host.NELE[0] << " seed " << c.seed << ':';

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "ground/messages.hpp"
+#include "host_kit/default_run.hpp"
 #include "tornwalzen.h"
 
 namespace {
@@ -22,7 +23,7 @@ TEST(Printing, ABlankPaddedMessageIsCutToEightyCharactersWithItsBlanks) {
   MessageLine line;
   line.text("NEWTON @");
   CaptureStdout();
-  printMessage(line);
+  printMessage(run, line);
   EXPECT_EQ(GetCapturedStdout(), "NEWTON @" + std::string(72, ' ') + "\n");
 }
 
@@ -37,7 +38,7 @@ TEST(Printing, AZeroByteBeforeCharacterEightyEndsTheText) {
   MessageLine line;
   line.text("ab").nul().text("cd");
   CaptureStdout();
-  printMessage(line);
+  printMessage(run, line);
   EXPECT_EQ(GetCapturedStdout(), "ab\n");
 }
 
@@ -64,19 +65,19 @@ TEST(Printing, TheMessageStaysInTheRunState) {
   MessageLine line;
   line.text("FATALER FEHLER @");
   CaptureStdout();
-  printMessage(line);
+  printMessage(run, line);
   GetCapturedStdout();
-  EXPECT_EQ(std::string(run.MSGSTR, messageLength), "FATALER FEHLER @" + std::string(112, ' '));
+  EXPECT_EQ(std::string(run.messages.MSGSTR, messageLength), "FATALER FEHLER @" + std::string(112, ' '));
 }
 
 TEST(Printing, TheFatalTextOfTheSolverIsKeptAndNotPrinted) {
   run.ierrso = 0;
   CaptureStdout();
-  failSolver("FATALER FEHLER : mnsysm zu klein @");
+  failSolver(run, "FATALER FEHLER : mnsysm zu klein @");
   EXPECT_EQ(GetCapturedStdout(), "");
   std::string kept = "FATALER FEHLER : mnsysm zu klein @";
   kept.resize(messageLength, ' ');
-  EXPECT_EQ(std::string(run.MSGSTR_solver, messageLength), kept);
+  EXPECT_EQ(std::string(run.messages.MSGSTR_solver, messageLength), kept);
   EXPECT_EQ(run.ierrso, -1);
   EXPECT_TRUE(failed(run.ierrso));
   run.ierrso = 0;

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "ground/run_state.hpp"
+#include "ground/subscript_message.hpp"
+#include "host_kit/default_run.hpp"
 
 namespace {
 
@@ -33,7 +34,7 @@ class SubscriptCheck : public testing::Test {
   bool pattern(std::vector<Int> COLS, std::vector<Int> ROWI) {
     const Int neq = static_cast<Int>(COLS.size()) - 1;
     return passes([&] {
-      return patternInside({"COLS", COLS.data(), static_cast<Int64>(COLS.size())},
+      return patternInside(run, {"COLS", COLS.data(), static_cast<Int64>(COLS.size())},
                            {"ROWI", ROWI.data(), static_cast<Int64>(ROWI.size())}, neq);
     });
   }
@@ -73,16 +74,16 @@ TEST_F(SubscriptCheck, ValuesAreSixtyFourBitsWide) {
 
 TEST_F(SubscriptCheck, IncidencesInsideTheMeshPassInSilence) {
   const std::vector<Int> INTA = {1, 2, 2, 3, 3, 4};
-  EXPECT_TRUE(passes([&] { return incidencesInside({"INTA", INTA.data(), 2, 3}, 4); }));
+  EXPECT_TRUE(passes([&] { return incidencesInside(run, {"INTA", INTA.data(), 2, 3}, 4); }));
 }
 
 TEST_F(SubscriptCheck, AnEmptyMeshPasses) {
-  EXPECT_TRUE(passes([] { return incidencesInside({"INTA", nullptr, 0, 3}, 0); }));
+  EXPECT_TRUE(passes([] { return incidencesInside(run, {"INTA", nullptr, 0, 3}, 0); }));
 }
 
 TEST_F(SubscriptCheck, AnIncidenceAboveTheLastNodeIsNamed) {
   const std::vector<Int> INTA = {1, 2, 2, 3, 3, 5};
-  EXPECT_FALSE(passes([&] { return incidencesInside({"INTA", INTA.data(), 2, 3}, 4); }));
+  EXPECT_FALSE(passes([&] { return incidencesInside(run, {"INTA", INTA.data(), 2, 3}, 4); }));
   EXPECT_EQ(
       line,
       "fort: (2): Subscript #1 of the array KNG has value 5 which is greater than the upper bound of 4\n");
@@ -90,7 +91,7 @@ TEST_F(SubscriptCheck, AnIncidenceAboveTheLastNodeIsNamed) {
 
 TEST_F(SubscriptCheck, AnIncidenceBelowOneIsNamedAndOnlyTheFirstOfMany) {
   const std::vector<Int> INTA = {1, -7, 0, 3, 99, 4};
-  EXPECT_FALSE(passes([&] { return incidencesInside({"INTA", INTA.data(), 2, 3}, 4); }));
+  EXPECT_FALSE(passes([&] { return incidencesInside(run, {"INTA", INTA.data(), 2, 3}, 4); }));
   EXPECT_EQ(
       line,
       "fort: (3): Subscript #1 of the array KNG has value -7 which is less than the lower bound of 1\n");
@@ -170,7 +171,7 @@ TEST_F(SubscriptCheck, ARowIndexAboveTheDiagonalIsRefused) {
 
 TEST_F(SubscriptCheck, OfALongListTheFirstOffenderIsNamed) {
   const std::vector<Int> indices = {1, 2, 3, 11, -1};
-  EXPECT_FALSE(passes([&] { return subscriptsInside({"INZI", indices.data(), 5}, "KNOTS", 10); }));
+  EXPECT_FALSE(passes([&] { return subscriptsInside(run, {"INZI", indices.data(), 5}, "KNOTS", 10); }));
   EXPECT_EQ(line,
             "fort: (2): Subscript #1 of the array KNOTS has value 11 which is greater than the upper bound "
             "of 10\n");

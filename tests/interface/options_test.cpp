@@ -5,13 +5,14 @@
 #include <string>
 
 #include "driver/load_path.hpp"
+#include "material/equivalent_strain.hpp"
 #include "parts.hpp"
 #include "refusals.hpp"
 
 namespace extension {
 namespace {
 
-using tornwalzen::options;
+using tornwalzen::run;
 
 using Options = ExtensionTest;
 
@@ -25,7 +26,7 @@ TEST_F(Options, RefusesAnisotropiesThatAreNotPositiveAndFinite) {
         [r = r] { return tornwalzen_set_normal_anisotropy(r); }, TORNWALZEN_BAD_ANISOTROPY,
         std::string("die senkrechte Anisotropie r ist ") + text + ", sie muss positiv und endlich sein",
         std::string("the normal anisotropy r is ") + text + ", it must be positive and finite");
-  EXPECT_EQ(options.anisotropy, 1.4);
+  EXPECT_EQ(run.options.anisotropy, 1.4);
 }
 
 TEST_F(Options, RefusesEnergyReferencesOtherThanBlankAndPart) {
@@ -35,7 +36,7 @@ TEST_F(Options, RefusesEnergyReferencesOtherThanBlankAndPart) {
         [=] { return tornwalzen_set_energy_reference(reference); }, TORNWALZEN_BAD_REFERENCE,
         "der Energiebezug ist " + std::to_string(reference) + ", erlaubt sind 0 (Platine) und 1 (Teil)",
         "the energy reference is " + std::to_string(reference) + ", allowed are 0 (blank) and 1 (part)");
-  EXPECT_TRUE(options.partReference);
+  EXPECT_TRUE(run.options.partReference);
 }
 
 TEST_F(Options, RefusesToleranceFactorsOutsideZeroToOne) {
@@ -50,14 +51,14 @@ TEST_F(Options, RefusesToleranceFactorsOutsideZeroToOne) {
       [] { return tornwalzen_set_tolerance_factors(1.0, std::numeric_limits<double>::quiet_NaN()); },
       TORNWALZEN_BAD_TOLERANCE, "Toleranzfaktor 2 ist nan, er muss groesser als 0 und hoechstens 1 sein",
       "tolerance factor 2 is nan, it must be above 0 and at most 1");
-  EXPECT_EQ(options.finalTolerance, 0.5);
-  EXPECT_EQ(options.pathTolerance, 0.25);
+  EXPECT_EQ(run.options.finalTolerance, 0.5);
+  EXPECT_EQ(run.options.pathTolerance, 0.25);
 }
 
 TEST_F(Options, TheFirstToleranceFactorIsThatOfTheFinalIncrement) {
   ASSERT_EQ(tornwalzen_set_tolerance_factors(0.5, 0.25), 0);
-  EXPECT_EQ(tornwalzen::toleranceFactor(1.0), 0.5);
-  EXPECT_EQ(tornwalzen::toleranceFactor(0.999), 0.25);
+  EXPECT_EQ(tornwalzen::toleranceFactor(tornwalzen::run, 1.0), 0.5);
+  EXPECT_EQ(tornwalzen::toleranceFactor(tornwalzen::run, 0.999), 0.25);
 }
 
 TEST_F(Options, WeightsOfTheIsotropicStrainAreTheBuiltInOnesToTheBit) {
@@ -103,10 +104,10 @@ TEST_F(Options, ResetReturnsToTheStateAfterLoading) {
   testing::internal::GetCapturedStdout();
   EXPECT_NE(libraryState(), before);
   ASSERT_EQ(tornwalzen_reset(), 0);
-  EXPECT_EQ(tornwalzen::options.anisotropy, 1.0);
+  EXPECT_EQ(tornwalzen::run.options.anisotropy, 1.0);
   EXPECT_EQ(tornwalzen::run.nkno, 0);
   EXPECT_EQ(tornwalzen::run.npkt, 0);
-  EXPECT_EQ(tornwalzen::record.end, tornwalzen::RunEnd::noRun);
+  EXPECT_EQ(tornwalzen::run.record.end, tornwalzen::RunEnd::noRun);
 }
 
 /// Calls every function from within the progress handler.

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "tornwalzen.h"
 
 namespace {
@@ -93,8 +93,7 @@ TEST_F(Host, ModeOneTurnsRowsIntoColumnsAndDoesItsOwnStepOnly) {
   EXPECT_EQ(run.nkno, 4);
   EXPECT_EQ(run.nele, 2);
   EXPECT_EQ(run.neq, 8);
-  EXPECT_EQ(run.mnsysm, MNSYSM);
-  EXPECT_EQ(run.lunout, 6);
+  EXPECT_EQ(run.solver.mnsysm, MNSYSM);
 }
 
 TEST_F(Host, TheThreeModesReportWhatTheNextStepNeeds) {
@@ -128,7 +127,7 @@ TEST_F(Host, AFailingModeOneLeavesMnsysmAndNiworAlone) {
   EXPECT_EQ(NIWOR, -77);
   std::string fatal = " FATALER FEHLER : mnsysm zu klein @";
   fatal.resize(messageLength, ' ');
-  EXPECT_EQ(std::string(run.MSGSTR_solver, messageLength), fatal);
+  EXPECT_EQ(std::string(run.messages.MSGSTR_solver, messageLength), fatal);
   for (std::size_t k = 31; k < ROWI.size(); ++k) EXPECT_EQ(ROWI[k], -77) << k;
 }
 

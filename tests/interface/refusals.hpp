@@ -5,9 +5,7 @@
 
 #include <string>
 
-#include "ground/run_options.hpp"
-#include "ground/run_record.hpp"
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "tornwalzen_ext.h"
 
 namespace extension {
@@ -19,17 +17,20 @@ class ExtensionTest : public ::testing::Test {
   void TearDown() override { EXPECT_EQ(tornwalzen_reset(), 0); }
 };
 
-/// All that the library keeps, as bytes.
+/// All that the library keeps but the refusal itself, as bytes.
 inline std::string libraryState() {
   std::string bytes;
   const auto add = [&bytes](const auto& object) {
     bytes.append(reinterpret_cast<const char*>(&object), sizeof object);
   };
-  add(tornwalzen::run);
-  add(tornwalzen::material);
-  add(tornwalzen::options);
-  add(tornwalzen::record);
-  add(tornwalzen::setUpTimes);
+  const tornwalzen::Analysis& run = tornwalzen::run;
+  add(static_cast<const tornwalzen::MeshState&>(run));
+  add(static_cast<const tornwalzen::RunState&>(run));
+  add(run.options);
+  add(run.messages);
+  add(run.progress);
+  add(run.npkt);
+  add(run.FC);
   return bytes;
 }
 

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "host_kit/default_run.hpp"
+
 namespace {
 
 using namespace tornwalzen;
@@ -63,10 +65,16 @@ Curve curve10() {
   return c;
 }
 
+/// Into a table of the test's own; the count of points goes into the state.
+void load(Int selector, Table<double> FC) {
+  double smin;
+  loadFlowCurve(run.options, selector, FC, run.npkt, smin);
+}
+
 class FlowCurve : public testing::TestWithParam<Curve> {
  protected:
   void SetUp() override {
-    materialSetup(GetParam().selector, FC);
+    load(GetParam().selector, FC);
     points = static_cast<Int>(GetParam().strains.size());
   }
   // Value and slope of segment i at strain e, and the size of their largest term, by which rounding is
@@ -154,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(BuiltIn, FlowCurve, testing::Values(curve0(), curve1(),
 
 TEST(MaterialSetup, CurveTwoIsNormalisedBy152) {
   const Table<double> FC = flowCurve();
-  materialSetup(2, FC);
+  load(2, FC);
   EXPECT_EQ(run.npkt, 10);
   EXPECT_EQ(FC(1, 2), 1.0);
   EXPECT_EQ(FC(10, 2), 415.0 / 152.0);
@@ -164,41 +172,41 @@ TEST(MaterialSetup, AnUnknownSelectorLoadsNoCurve) {
   std::vector<double> memory(curveRows * curveColumns, 0.0);
   const Table<double> FC("FC", memory.data(), curveRows, curveColumns);
   const Int before = run.npkt;
-  for (Int selector : {5, 3, -1, 11, 2147483647}) materialSetup(selector, FC);
+  for (Int selector : {5, 3, -1, 11, 2147483647}) load(selector, FC);
   EXPECT_EQ(run.npkt, before);
   EXPECT_EQ(memory, std::vector<double>(curveRows * curveColumns, 0.0));
 }
 
 TEST(MaterialSetup, AnUnknownSelectorKeepsTheCurveBefore) {
   const Table<double> FC = flowCurve();
-  materialSetup(1, FC);
+  load(1, FC);
   const std::vector<double> before(FC.data(), FC.data() + curveRows * curveColumns);
-  materialSetup(5, FC);
+  load(5, FC);
   EXPECT_EQ(run.npkt, 26);
   EXPECT_EQ(std::vector<double>(FC.data(), FC.data() + curveRows * curveColumns), before);
 }
 
 TEST(MaterialSetup, EachCallReplacesTheCurve) {
   const Table<double> FC = flowCurve();
-  materialSetup(10, FC);
+  load(10, FC);
   EXPECT_EQ(run.npkt, 26);
   EXPECT_EQ(FC(2, 2), 210.0 / 153.0);
-  materialSetup(2, FC);
+  load(2, FC);
   EXPECT_EQ(run.npkt, 10);
   EXPECT_EQ(FC(2, 2), 191.0 / 152.0);
-  materialSetup(0, FC);
+  load(0, FC);
   EXPECT_EQ(run.npkt, 25);
   EXPECT_EQ(FC(2, 2), 283.505 / 153.0);
 }
 
 TEST(MaterialSetup, OnlyFiveTableValuesAreWidenedSinglePrecision) {
   const Table<double> FC = flowCurve();
-  materialSetup(1, FC);
+  load(1, FC);
   EXPECT_EQ(FC(25, 1), static_cast<double>(0.24f));
   EXPECT_EQ(FC(24, 1), 0.23);
   EXPECT_EQ(FC(25, 2), static_cast<double>(566.876f) / 366.0);
   EXPECT_EQ(FC(26, 2), 1563.0 / 366.0);
-  materialSetup(0, FC);
+  load(0, FC);
   EXPECT_EQ(FC(24, 1), static_cast<double>(1.58621f));
   EXPECT_EQ(FC(23, 1), 1.51724);
   EXPECT_EQ(FC(24, 2), static_cast<double>(570.104f) / 153.0);

@@ -11,6 +11,7 @@
 #include <random>
 #include <vector>
 
+#include "ground/kernel_tables.hpp"
 #include "sparse/kernels/front_layout.hpp"
 #include "sparse/work_layout.hpp"
 
@@ -54,9 +55,8 @@ void eliminatePlainly(std::vector<double>& a, Int64 c, Int64 w) {
 class EveryTable : public testing::TestWithParam<int> {
  protected:
   const DenseKernels* table() {
-    int count = 0;
-    const DenseKernels* const* tables = availableKernels(count);
-    return GetParam() < count ? tables[GetParam()] : nullptr;
+    const KernelTables<DenseKernels>& tables = denseKernelTables();
+    return GetParam() < tables.count ? tables.available[GetParam()] : nullptr;
   }
 };
 
@@ -224,11 +224,10 @@ TEST_P(EveryTable, EveryBuildRoundsAForwardSubstitutionAlike) {
 TEST(DenseKernels, TheWidestTableOfTheProcessorIsInUse) {
   const bool avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
   const bool avx512 = __builtin_cpu_supports("avx512f");
-  int count = 0;
-  const DenseKernels* const* tables = availableKernels(count);
-  EXPECT_EQ(count, 1 + (avx2 ? 1 : 0) + (avx512 ? 1 : 0));
-  EXPECT_STREQ(tables[0]->name, "portable");
-  EXPECT_STREQ(denseKernels().name, avx512 ? "avx512" : avx2 ? "avx2" : "portable");
+  const KernelTables<DenseKernels>& tables = denseKernelTables();
+  EXPECT_EQ(tables.count, 1 + (avx2 ? 1 : 0) + (avx512 ? 1 : 0));
+  EXPECT_STREQ(tables.available[0]->name, "portable");
+  EXPECT_STREQ(tables.best().name, avx512 ? "avx512" : avx2 ? "avx2" : "portable");
 }
 #endif
 

@@ -6,9 +6,9 @@
 #include <unordered_map>
 
 #include "solver_run.hpp"
-#include "sparse/phase_guard.hpp"
 #include "sparse/numeric.hpp"
 #include "sparse/ordering.hpp"
+#include "sparse/phase_guard.hpp"
 #include "sparse/supernodes.hpp"
 #include "sparse/symbolic.hpp"
 #include "sparse/work_layout.hpp"
@@ -21,7 +21,7 @@ namespace {
 constexpr Int largestInt = std::numeric_limits<Int>::max();
 
 std::string solverText() {
-  std::string text(run.MSGSTR_solver, messageLength);
+  std::string text(run.messages.MSGSTR_solver, messageLength);
   text.erase(text.find_last_not_of(' ') + 1);
   return text;
 }
@@ -74,13 +74,12 @@ TEST(SolverLimits, ErrorCodesKeepTheirNumbers) {
   EXPECT_EQ(ierr::shortWork2, -20001);
   EXPECT_EQ(ierr::shortWork3, -30001);
   EXPECT_EQ(ierr::shortWorkSolve, -40001);
-  EXPECT_EQ(ierr::shortRealSolve, -50001);
 }
 
 TEST(SolverLimits, AnOrderingLengthPastThirtyOneBitsIsRefusedBySizing) {
   SolverRun solver(gridMatrix(3, 3, 1));
-  run.neq = 200'000'000;
-  run.nnzl = 200'000'000;
+  run.solver.neq = 200'000'000;
+  run.solver.nsysm = 200'000'000;
   solver.step(11);
   EXPECT_TRUE(failed(run.ierrso));
   EXPECT_EQ(solverText(), " FATALER FEHLER : FEHLER 1 IN LOESUNGSPHASE @");
@@ -105,7 +104,7 @@ TEST(SolverLimits, AFactorPastThirtyOneBitsIsRefusedByTheSymbolicPhase) {
   }
   solver.work[header::factorEntries - 1] = largestInt;
   Int f1 = -1, f2 = -1, g = -1, IERR = 0;
-  symbolicPhase(run.nnzl, {"WORK", solver.work.data(), run.niwor}, f1, f2, g, IERR);
+  symbolicPhase(run.solver.nsysm, {"WORK", solver.work.data(), run.solver.niwor}, f1, f2, g, IERR);
   EXPECT_EQ(IERR, ierr::tooLarge);
   EXPECT_EQ(g, 0);
 }
@@ -117,7 +116,7 @@ TEST(SolverLimits, AShortSymbolicPhaseReportsNoSizes) {
     solver.supplyLengths();
   }
   Int f1 = -1, f2 = -1, g = -1, IERR = 0;
-  symbolicPhase(run.nnzl, {"WORK", solver.work.data(), run.niwreq - 1}, f1, f2, g, IERR);
+  symbolicPhase(run.solver.nsysm, {"WORK", solver.work.data(), run.solver.niwreq - 1}, f1, f2, g, IERR);
   EXPECT_EQ(IERR, ierr::shortWork2);
   EXPECT_EQ(f1, 0);
   EXPECT_EQ(f2, 0);
@@ -131,9 +130,11 @@ TEST(SolverLimits, APhaseThatDoesNotExistIsRefused) {
   for (const Int phase : {0, -1}) {
     PhaseSizes sizes;
     Int IERR = 0;
-    KMPKTF(phase, 1, {"COLS", solver.a.cols.data(), solver.a.n + 1}, {"ROWI", solver.a.rowi.data(), run.nnzl},
-           {"SYSM", solver.a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
-           {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
+    runPhase(run, run.solver.protocol, phase, {"COLS", solver.a.cols.data(), solver.a.n + 1},
+             {"ROWI", solver.a.rowi.data(), run.solver.nsysm},
+             {"SYSM", solver.a.values.data(), run.solver.nsysm},
+             {"WORK", solver.work.data(), run.solver.niwor}, {"RWORK", solver.rwork.data(), run.solver.nrk},
+             sizes, IERR);
     EXPECT_EQ(IERR, ierr::outOfOrder) << phase;
   }
 }
@@ -169,18 +170,19 @@ TEST(SolverLimits, TheArraysOfEachPhaseLieSideBySideWithinTheReportedLength) {
       solver.step(ido);
       solver.supplyLengths();
     }
-    const Int64 NEQ = run.neq, NNZ = run.nnzl, NADJ = 2 * (NNZ - NEQ), m = run.solver.supernodes;
+    const Int64 NEQ = run.solver.neq, NNZ = run.solver.nsysm, NADJ = 2 * (NNZ - NEQ),
+                m = run.solver.protocol.supernodes;
     const Int64 s = solver.work[header::subscripts - 1];
     const Int64 ordered = 36 + (NEQ + 1) + NADJ + 3 * NEQ + (m + 1) + 2 * m;
     EXPECT_EQ(solver.work[header::freePhase2 - 1], ordered + 1);
-    EXPECT_LE(ordered + (m + 1) + s + 3 * NEQ, run.niwreq) << "search of the symbolic phase";
+    EXPECT_LE(ordered + (m + 1) + s + 3 * NEQ, run.solver.niwreq) << "search of the symbolic phase";
     solver.step(13);
     solver.supplyLengths();
     const Int64 structure = 36 + 3 * NEQ + (m + 1) + m + (m + 1) + 2 * s + (m + 1) + m;
     EXPECT_EQ(solver.work[header::freePhase3 - 1], structure + 1);
     const Int64 numeric = structure + NEQ + (NNZ - NEQ) + NEQ + m;
-    const Vector<Int> WORK("WORK", solver.work.data(), run.niwor);
+    const Vector<Int> WORK("WORK", solver.work.data(), run.solver.niwor);
     EXPECT_EQ(numericEnd(WORK, structure + 1, NEQ, NNZ, m), numeric + 1);
-    EXPECT_LE(numeric, run.niwreq);
+    EXPECT_LE(numeric, run.solver.niwreq);
   }
 }

@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 
 using namespace tornwalzen;
 
@@ -56,11 +56,11 @@ constexpr Int guard = 0x77777777;
 
 // Builds with the given capacity; guard words stand behind both arrays.
 Pattern build(Int nodes, const std::vector<Int>& inzi, Int capacity) {
-  run = RunState{};
+  freshState();
   run.nkno = run.maxkno = nodes;
   run.nele = run.maxele = static_cast<Int>(inzi.size() / 3);
-  run.neq = run.maxsys = 2 * nodes;
-  run.mnsysm = capacity;
+  run.neq = run.solver.neq = 2 * nodes;
+  run.solver.mnsysm = capacity;
   std::vector<Int> INTA(inzi.size());
   for (std::size_t e = 0; e < inzi.size() / 3; ++e)
     for (std::size_t c = 0; c < 3; ++c) INTA[c * (inzi.size() / 3) + e] = inzi[3 * e + c];
@@ -68,8 +68,8 @@ Pattern build(Int nodes, const std::vector<Int>& inzi, Int capacity) {
   p.cols.assign(2 * nodes + 2, guard);
   p.rowi.assign(capacity + 1, guard);
   testing::internal::CaptureStdout();
-  loeini({"INTA", INTA.data(), run.nele, 3}, {"COLS", p.cols.data(), 2 * nodes + 1},
-         {"ROWI", p.rowi.data(), capacity});
+  buildPattern(run, {"INTA", INTA.data(), run.nele, 3}, {"COLS", p.cols.data(), 2 * nodes + 1},
+               {"ROWI", p.rowi.data(), capacity});
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "beginn loeini @" + std::string(65, ' ') + "\n");
   EXPECT_EQ(p.cols.back(), guard);
   EXPECT_EQ(p.rowi.back(), guard);
@@ -101,9 +101,8 @@ TEST(MatrixStructure, SingleTriangle) {
   EXPECT_FALSE(failed(run.ierrso));
   EXPECT_EQ(p.cols, (std::vector<Int>{1, 7, 12, 16, 19, 21, 22}));
   EXPECT_EQ(p.rowi, (std::vector<Int>{1, 2, 3, 4, 5, 6, 2, 3, 4, 5, 6, 3, 4, 5, 6, 4, 5, 6, 5, 6, 6}));
-  EXPECT_EQ(run.nnzl, 21);
-  EXPECT_EQ(run.nsysm, 21);
-  EXPECT_EQ(run.ncolp, 7);
+  EXPECT_EQ(run.solver.nsysm, 21);
+  EXPECT_EQ(run.solver.neq, 6);
 }
 
 TEST(MatrixStructure, CornerOrderDoesNotMatter) {
@@ -119,13 +118,13 @@ TEST(MatrixStructure, CornerOrderDoesNotMatter) {
 TEST(MatrixStructure, SharedEdgeIsStoredOnce) {
   const Pattern p = build(4, {1, 2, 3, 2, 4, 3}, 40);
   const Pattern reference = naivePattern(4, {1, 2, 3, 2, 4, 3});
-  EXPECT_EQ(run.nsysm, 4 * 9 - 4);
-  EXPECT_EQ(std::vector<Int>(p.rowi.begin(), p.rowi.begin() + run.nsysm), reference.rowi);
+  EXPECT_EQ(run.solver.nsysm, 4 * 9 - 4);
+  EXPECT_EQ(std::vector<Int>(p.rowi.begin(), p.rowi.begin() + run.solver.nsysm), reference.rowi);
 }
 
 TEST(MatrixStructure, NodeWithoutElementKeepsItsDiagonalBlock) {
   const Pattern p = build(4, {1, 2, 4}, 24);
-  EXPECT_EQ(run.nsysm, 24);
+  EXPECT_EQ(run.solver.nsysm, 24);
   EXPECT_EQ(p.cols[6] - p.cols[4], 3);
   EXPECT_EQ(std::vector<Int>(p.rowi.begin() + p.cols[4] - 1, p.rowi.begin() + p.cols[6] - 1),
             (std::vector<Int>{5, 6, 6}));
@@ -136,7 +135,7 @@ TEST(MatrixStructure, CapacityExactPassesOneLessFails) {
   EXPECT_FALSE(failed(run.ierrso));
   const Pattern p = build(3, {1, 2, 3}, 20);
   EXPECT_TRUE(failed(run.ierrso));
-  EXPECT_EQ(std::string(run.MSGSTR_solver, 36), " FATALER FEHLER : mnsysm zu klein @ ");
+  EXPECT_EQ(std::string(run.messages.MSGSTR_solver, 36), " FATALER FEHLER : mnsysm zu klein @ ");
   EXPECT_EQ(p.cols, (std::vector<Int>{1, 7, 12, 16, 19, 21, 22}));
 }
 
@@ -166,7 +165,7 @@ TEST(MatrixStructure, EmptyMesh) {
   const Pattern p = build(0, {}, 0);
   EXPECT_FALSE(failed(run.ierrso));
   EXPECT_EQ(p.cols, (std::vector<Int>{1}));
-  EXPECT_EQ(run.nsysm, 0);
+  EXPECT_EQ(run.solver.nsysm, 0);
 }
 
 TEST(MatrixStructure, LongStripHasTheNaiveCounts) {
@@ -194,10 +193,10 @@ TEST(MatrixStructure, NodeNumberOutOfRangeIsReportedAndRefused) {
 TEST(MatrixStructure, CountsThatCannotBeWorkedWithAreRefused) {
   constexpr Int most = std::numeric_limits<Int>::max();
   const auto usable = [](Int nkno, Int nele, Int neq, Int mnsysm) {
-    run = RunState{};
-    const bool answer = meshCountsUsable(nkno, nele, neq, mnsysm);
+    freshState();
+    const bool answer = meshCountsUsable(run, nkno, nele, neq, mnsysm);
     EXPECT_EQ(failed(run.ierrso), !answer);
-    EXPECT_EQ(std::string(run.MSGSTR_solver, 18) == " FATALER FEHLER : ", !answer);
+    EXPECT_EQ(std::string(run.messages.MSGSTR_solver, 18) == " FATALER FEHLER : ", !answer);
     return answer;
   };
   EXPECT_TRUE(usable(0, 0, 0, 0));

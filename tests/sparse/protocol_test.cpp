@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "solver_run.hpp"
-#include "sparse/phase_guard.hpp"
-#include "sparse/solve.hpp"
 #include "sparse/numeric.hpp"
 #include "sparse/ordering.hpp"
+#include "sparse/phase_guard.hpp"
+#include "sparse/solve.hpp"
 #include "sparse/symbolic.hpp"
 #include "sparse/work_layout.hpp"
 
@@ -15,7 +15,7 @@ using namespace tornwalzen::testing_support;
 namespace {
 
 std::string solverText() {
-  std::string text(run.MSGSTR_solver, messageLength);
+  std::string text(run.messages.MSGSTR_solver, messageLength);
   while (!text.empty() && text.back() == ' ') text.pop_back();
   return text;
 }
@@ -32,9 +32,10 @@ void expectNumericPhaseEndsWith(SolverRun& solver, Int code, const std::string& 
   Int IERR = 0;
   const SparseMatrix& a = solver.a;
   testing::internal::CaptureStdout();
-  KMPKTF(3, 1, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.nnzl},
-         {"SYSM", a.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
-         {"RWORK", solver.rwork.data(), run.nrk}, run.nrkreq, sizes, IERR);
+  runPhase(run, run.solver.protocol, 3, {"COLS", a.cols.data(), a.n + 1},
+           {"ROWI", a.rowi.data(), run.solver.nsysm}, {"SYSM", a.values.data(), run.solver.nsysm},
+           {"WORK", solver.work.data(), run.solver.niwor}, {"RWORK", solver.rwork.data(), run.solver.nrk},
+           sizes, IERR);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), printed);
   EXPECT_EQ(IERR, code);
 }
@@ -44,7 +45,7 @@ void expectNumericPhaseEndsWith(SolverRun& solver, Int code, const std::string& 
 TEST(SolverProtocol, SizingStepUsesThePatternCountsOnly) {
   SolverRun solver(gridMatrix(5, 4, 1));
   solver.step(11);
-  EXPECT_EQ(run.niwreq, 11 * run.neq + 40 + 4 * (run.nnzl - run.neq));
+  EXPECT_EQ(run.solver.niwreq, 11 * run.solver.neq + 40 + 4 * (run.solver.nsysm - run.solver.neq));
 }
 
 TEST(SolverProtocol, RequirementsFollowTheStatedFormulas) {
@@ -52,18 +53,19 @@ TEST(SolverProtocol, RequirementsFollowTheStatedFormulas) {
   solver.step(11);
   solver.supplyLengths();
   solver.step(12);
-  const Int NEQ = run.neq, NNZ = run.nnzl, m = run.solver.supernodes, s = solver.work[header::subscripts - 1];
+  const Int NEQ = run.solver.neq, NNZ = run.solver.nsysm, m = run.solver.protocol.supernodes,
+            s = solver.work[header::subscripts - 1];
   const Int A = 3 * m + 2 * (NNZ - NEQ) + 39 + 4 * NEQ, P = 13 * m + 2 * s + 42 + 3 * NEQ;
   const Int B = A + 10 * m + 2 + 2 * s - 2 * NNZ;
-  EXPECT_EQ(run.niwreq, std::max({A + m + s + 1 + 3 * NEQ, B, P + 2 * m}));
-  EXPECT_EQ(run.nrkreq, 4 * NEQ + solver.work[10]);
-  const Int afterOrdering = run.niwreq, realAfterOrdering = run.nrkreq;
+  EXPECT_EQ(run.solver.niwreq, std::max({A + m + s + 1 + 3 * NEQ, B, P + 2 * m}));
+  EXPECT_EQ(run.solver.nrkreq, 4 * NEQ + solver.work[10]);
+  const Int afterOrdering = run.solver.niwreq, realAfterOrdering = run.solver.nrkreq;
   solver.supplyLengths();
   solver.step(13);
   const Int f1 = solver.work[header::largestFront - 1], f2 = solver.work[header::largestUpdate - 1],
             g = solver.work[header::realGrowth - 1];
-  EXPECT_EQ(run.niwreq, std::max(afterOrdering, P + 2 * (f1 + f2) + m + NNZ + g));
-  EXPECT_EQ(run.nrkreq, realAfterOrdering + (g > NEQ ? 2 * g : 0));
+  EXPECT_EQ(run.solver.niwreq, std::max(afterOrdering, P + 2 * (f1 + f2) + m + NNZ + g));
+  EXPECT_EQ(run.solver.nrkreq, realAfterOrdering + (g > NEQ ? 2 * g : 0));
 }
 
 // Fronts, stack and packing space of a strip fit into the 2·NEQ doubles that are there anyway: between one and two of
@@ -72,10 +74,10 @@ TEST(SolverProtocol, ScratchWithinTwiceTheEquationsAsksForNoMore) {
   SolverRun solver(gridMatrix(2, 1000, 1));
   solver.analyse();
   const Int scratch = solver.work[header::scratchDoubles - 1];
-  ASSERT_GT(scratch, run.neq);
-  ASSERT_LE(scratch, 2 * run.neq);
-  EXPECT_EQ(solver.work[header::realGrowth - 1], run.neq);
-  EXPECT_EQ(run.nrkreq, 4 * run.neq + solver.work[header::realRequirement - 1]);
+  ASSERT_GT(scratch, run.solver.neq);
+  ASSERT_LE(scratch, 2 * run.solver.neq);
+  EXPECT_EQ(solver.work[header::realGrowth - 1], run.solver.neq);
+  EXPECT_EQ(run.solver.nrkreq, 4 * run.solver.neq + solver.work[header::realRequirement - 1]);
   solver.factorize();
   const std::vector<double> b = randomVector(solver.a.n, 1);
   EXPECT_LE(solver.scaledResidual(b, solver.solve(b)), 10.0);
@@ -85,11 +87,11 @@ TEST(SolverProtocol, ScratchWithinTwiceTheEquationsAsksForNoMore) {
 TEST(SolverProtocol, RepeatedSymbolicStepDoesNotGrowTwice) {
   SolverRun solver(gridMatrix(12, 9, 1));
   solver.analyse();
-  const Int integers = run.niwreq, reals = run.nrkreq;
+  const Int integers = run.solver.niwreq, reals = run.solver.nrkreq;
   solver.step(13);
   EXPECT_FALSE(failed(run.ierrso));
-  EXPECT_EQ(run.niwreq, integers);
-  EXPECT_EQ(run.nrkreq, reals);
+  EXPECT_EQ(run.solver.niwreq, integers);
+  EXPECT_EQ(run.solver.nrkreq, reals);
   solver.factorize();
   solver.step(13);  // and after a factorization
   EXPECT_FALSE(failed(run.ierrso));
@@ -221,7 +223,7 @@ TEST(SolverProtocol, LengthsTooSmallAreNamedByTheFrontEnd) {
   SolverRun solver(gridMatrix(4, 4, 1));
   solver.step(11);
   solver.supplyLengths();
-  run.niwor = run.niwreq - 1;
+  run.solver.niwor = run.solver.niwreq - 1;
   solver.step(12);
   EXPECT_TRUE(failed(run.ierrso));
   EXPECT_EQ(solverText(), " FATALER FEHLER : mniwor zu klein @");
@@ -229,10 +231,10 @@ TEST(SolverProtocol, LengthsTooSmallAreNamedByTheFrontEnd) {
   solver.supplyLengths();
   solver.step(12);
   solver.supplyLengths();
-  run.niwor = run.niwreq - 1;
+  run.solver.niwor = run.solver.niwreq - 1;
   solver.step(13);
   EXPECT_EQ(solverText(), " FATALER FEHLER : niwor zu klein @");
-  run.nrk = run.nrkreq - 1;
+  run.solver.nrk = run.solver.nrkreq - 1;
   solver.step(13);
   EXPECT_EQ(solverText(), " FATALER FEHLER : nrk zu klein @") << "wins when both are short";
 }
@@ -240,41 +242,42 @@ TEST(SolverProtocol, LengthsTooSmallAreNamedByTheFrontEnd) {
 TEST(SolverProtocol, ShortWorkAtEachPhaseLeavesItsRequirement) {
   SolverRun solver(gridMatrix(8, 8, 1));
   const SparseMatrix& a = solver.a;
-  const Vector<const Int> COLS("COLS", a.cols.data(), a.n + 1), ROWI("ROWI", a.rowi.data(), run.nnzl);
-  const Vector<const double> SYSM("SYSM", a.values.data(), run.nnzl);
+  const Vector<const Int> COLS("COLS", a.cols.data(), a.n + 1), ROWI("ROWI", a.rowi.data(), run.solver.nsysm);
+  const Vector<const double> SYSM("SYSM", a.values.data(), run.solver.nsysm);
   PhaseSizes sizes;
   Int IERR = 0;
   const auto phase = [&](Int number, Int64 integers, Int64 reals) {
-    KMPKTF(number, 1, COLS, ROWI, SYSM, {"WORK", solver.work.data(), integers},
-           {"RWORK", solver.rwork.data(), reals}, run.nrkreq, sizes, IERR);
+    runPhase(run, run.solver.protocol, number, COLS, ROWI, SYSM, {"WORK", solver.work.data(), integers},
+             {"RWORK", solver.rwork.data(), reals}, sizes, IERR);
     return IERR;
   };
   solver.step(11);
   solver.supplyLengths();
-  EXPECT_EQ(phase(1, run.niwreq - 1, 0), ierr::shortWork1);
-  EXPECT_EQ(solver.work[header::shortage - 1], run.niwreq);
+  EXPECT_EQ(phase(1, run.solver.niwreq - 1, 0), ierr::shortWork1);
+  EXPECT_EQ(solver.work[header::shortage - 1], run.solver.niwreq);
   EXPECT_EQ(phase(1, 10, 0), ierr::shortWork1) << "not even the header fits";
 
   solver.step(12);
   solver.supplyLengths();
-  EXPECT_EQ(phase(2, run.niwreq - 1, run.nrk), ierr::shortWork2);
-  EXPECT_EQ(solver.work[header::shortage - 1], run.niwreq);
-  EXPECT_EQ(phase(2, 34, run.nrk), ierr::outOfOrder) << "no header to read the last phase from";
+  EXPECT_EQ(phase(2, run.solver.niwreq - 1, run.solver.nrk), ierr::shortWork2);
+  EXPECT_EQ(solver.work[header::shortage - 1], run.solver.niwreq);
+  EXPECT_EQ(phase(2, 34, run.solver.nrk), ierr::outOfOrder) << "no header to read the last phase from";
 
-  EXPECT_EQ(phase(2, run.niwor, run.nrk), ierr::ok);
+  EXPECT_EQ(phase(2, run.solver.niwor, run.solver.nrk), ierr::ok);
   solver.step(13);
   solver.supplyLengths();
   const Int64 needed = solver.work[header::freePhase3 - 1];
-  EXPECT_EQ(phase(3, needed, run.nrk), ierr::shortWork3);
+  EXPECT_EQ(phase(3, needed, run.solver.nrk), ierr::shortWork3);
   EXPECT_GT(solver.work[header::shortage - 1], needed);
   const Int64 scratch = solver.work[header::scratchDoubles - 1], L = solver.work[header::factorEntries - 1];
-  EXPECT_EQ(phase(3, run.niwor, L + a.n + scratch - 1), ierr::shortWork3);
+  EXPECT_EQ(phase(3, run.solver.niwor, L + a.n + scratch - 1), ierr::shortWork3);
   EXPECT_EQ(solver.work[header::shortage - 1], L + a.n + scratch);
-  EXPECT_EQ(phase(3, run.niwor, L + a.n + scratch), ierr::ok);
+  EXPECT_EQ(phase(3, run.solver.niwor, L + a.n + scratch), ierr::ok);
 
   std::vector<double> x(a.n, 1.0), scratchVector(a.n);
-  KMPKTS({"RWORK", solver.rwork.data(), run.nrk}, {"WORK", solver.work.data(), needed - 2},
-         {"WRHS", scratchVector.data(), a.n}, {"RB", x.data(), a.n}, IERR);
+  triangularSolve(kernelsOf(run), {"RWORK", solver.rwork.data(), run.solver.nrk},
+                  {"WORK", solver.work.data(), needed - 2}, {"WRHS", scratchVector.data(), a.n},
+                  {"RB", x.data(), a.n}, IERR);
   EXPECT_EQ(IERR, ierr::shortWorkSolve);
   EXPECT_EQ(solver.work[header::shortage - 1], needed - 1);
 }
@@ -347,9 +350,10 @@ TEST(SolverProtocol, EntryWithoutAPlaceInTheStructureIsRefused) {
     SparseMatrix moved = solver.a;
     moved.rowi[1] = other;
     Int IERR = 0;
-    numericPhase(true, {"COLS", moved.cols.data(), n + 1}, {"ROWI", moved.rowi.data(), run.nnzl},
-                 {"SYSM", moved.values.data(), run.nnzl}, {"WORK", solver.work.data(), run.niwor},
-                 {"RWORK", solver.rwork.data(), run.nrk}, IERR);
+    numericPhase(
+        kernelsOf(run), true, {"COLS", moved.cols.data(), n + 1},
+        {"ROWI", moved.rowi.data(), run.solver.nsysm}, {"SYSM", moved.values.data(), run.solver.nsysm},
+        {"WORK", solver.work.data(), run.solver.niwor}, {"RWORK", solver.rwork.data(), run.solver.nrk}, IERR);
     EXPECT_TRUE(IERR == ierr::ok || IERR == ierr::noPlace);
     refused += IERR == ierr::noPlace;
   }
@@ -363,13 +367,14 @@ TEST(SolverProtocol, CountsThatDoNotMatchTheAdjacencyAreInconsistent) {
   solver.supplyLengths();
   solver.step(12);
   solver.supplyLengths();
-  const OrderedStructure o = orderedStructure({"WORK", solver.work.data(), run.niwor}, run.neq,
-                                              solver.work[header::adjacency - 1], run.solver.supernodes);
+  const OrderedStructure o =
+      orderedStructure({"WORK", solver.work.data(), run.solver.niwor}, run.solver.neq,
+                       solver.work[header::adjacency - 1], run.solver.protocol.supernodes);
   for (const Int change : {-1, 1}) {
     std::vector<Int> work = solver.work;
     work[static_cast<std::size_t>(o.COLCNT.data() - solver.work.data())] += change;
     Int f1, f2, g, IERR = 0;
-    symbolicPhase(run.nnzl, {"WORK", work.data(), run.niwor}, f1, f2, g, IERR);
+    symbolicPhase(run.solver.nsysm, {"WORK", work.data(), run.solver.niwor}, f1, f2, g, IERR);
     EXPECT_EQ(IERR, ierr::inconsistent);
   }
 }
@@ -379,11 +384,11 @@ TEST(SolverProtocol, WorkMayShrinkToTheReportedLengthBetweenTheSteps) {
     SolverRun solver(gridMatrix(nx, ny, 1));
     for (Int ido : {11, 12, 13}) {
       solver.step(ido);
-      run.niwor = run.niwreq;
-      run.nrk = run.nrkreq;
-      solver.work.resize(run.niwor);
+      run.solver.niwor = run.solver.niwreq;
+      run.solver.nrk = run.solver.nrkreq;
+      solver.work.resize(run.solver.niwor);
       solver.work.shrink_to_fit();
-      solver.rwork.resize(run.nrk);
+      solver.rwork.resize(run.solver.nrk);
     }
     solver.factorize();
     const std::vector<double> b = randomVector(solver.a.n, 1);

@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "ground/run_state.hpp"
+#include "host_kit/default_run.hpp"
 #include "sparse/phases.hpp"
 
 namespace tornwalzen::testing_support {
@@ -63,29 +63,30 @@ struct SparseMatrix {
 class SolverRun {
  public:
   explicit SolverRun(SparseMatrix matrix) : a(std::move(matrix)) {
-    run = RunState{};
-    run.neq = run.maxsys = a.n;
-    run.nnzl = run.nsysm = run.mnsysm = static_cast<Int>(a.rowi.size());
+    freshState();
+    run.solver.neq = a.n;
+    run.solver.nsysm = run.solver.mnsysm = static_cast<Int>(a.rowi.size());
   }
   void step(Int ido) {
     const std::size_t intGuard = work.size(), realGuard = rwork.size();
     work.insert(work.end(), 4, guardInt);
     rwork.insert(rwork.end(), 4, guardReal);
-    loesys(ido, {"COLS", a.cols.data(), a.n + 1}, {"ROWI", a.rowi.data(), run.mnsysm},
-           {"WORK", work.data(), static_cast<Int64>(intGuard)},
-           {"RWORK", rwork.data(), static_cast<Int64>(realGuard)},
-           {"RR", rhs.data(), static_cast<Int64>(rhs.size())}, {"RB", x.data(), static_cast<Int64>(x.size())},
-           {"SYSM", a.values.data(), run.mnsysm}, {"WRHS", wrhs.data(), static_cast<Int64>(wrhs.size())});
+    solverStep(
+        run, run.solver, static_cast<SolverStep>(ido), {"COLS", a.cols.data(), a.n + 1},
+        {"ROWI", a.rowi.data(), run.solver.mnsysm}, {"WORK", work.data(), static_cast<Int64>(intGuard)},
+        {"RWORK", rwork.data(), static_cast<Int64>(realGuard)},
+        {"RR", rhs.data(), static_cast<Int64>(rhs.size())}, {"RB", x.data(), static_cast<Int64>(x.size())},
+        {"SYSM", a.values.data(), run.solver.mnsysm}, {"WRHS", wrhs.data(), static_cast<Int64>(wrhs.size())});
     for (std::size_t i = 0; i < 4; ++i)
       guardsHeld = guardsHeld && work[intGuard + i] == guardInt && rwork[realGuard + i] == guardReal;
     work.resize(intGuard);
     rwork.resize(realGuard);
   }
   void supplyLengths() {
-    run.niwor = run.niwreq;
-    run.nrk = run.nrkreq;
-    work.resize(run.niwor, junkInt);
-    rwork.resize(run.nrk, std::numeric_limits<double>::quiet_NaN());
+    run.solver.niwor = run.solver.niwreq;
+    run.solver.nrk = run.solver.nrkreq;
+    work.resize(run.solver.niwor, junkInt);
+    rwork.resize(run.solver.nrk, std::numeric_limits<double>::quiet_NaN());
   }
   void analyse() {
     for (Int ido : {11, 12, 13}) {

@@ -3,6 +3,7 @@
 
 #include <Eigen/Dense>
 
+#include "ground/kernel_tables.hpp"
 #include "solver_run.hpp"
 #include "sparse/kernels/dense_kernels.hpp"
 #include "sparse/work_layout.hpp"
@@ -22,11 +23,12 @@ Eigen::MatrixXd dense(const SparseMatrix& a) {
   return m;
 }
 
-void expectSolves(const SparseMatrix& a, const char* what) {
+void expectSolves(const SparseMatrix& a, const char* what, const DenseKernels* kernels = nullptr) {
   SolverRun solver(a);
+  run.kernels = kernels;
   solver.analyse();
   solver.factorize();
-  ASSERT_FALSE(failed(run.ierrso)) << what << ": " << std::string(run.MSGSTR_solver, 60);
+  ASSERT_FALSE(failed(run.ierrso)) << what << ": " << std::string(run.messages.MSGSTR_solver, 60);
   const std::vector<double> b = randomVector(a.n, 99);
   const std::vector<double> x = solver.solve(b);
   EXPECT_FALSE(failed(run.ierrso)) << what;
@@ -61,15 +63,12 @@ TEST(Solver, MeshPatterns) {
 }
 
 TEST(Solver, MatchesOnEveryKernelTable) {
-  int count = 0;
-  const DenseKernels* const* tables = availableKernels(count);
-  const DenseKernels& inUse = denseKernels();
-  for (int k = 0; k < count; ++k) {
-    useDenseKernels(*tables[k]);
-    expectSolves(gridMatrix(60, 50, 3), tables[k]->name);
-    expectSolves(randomMatrix(400, 6.0, true, 8), tables[k]->name);
+  const KernelTables<DenseKernels>& tables = denseKernelTables();
+  for (int k = 0; k < tables.count; ++k) {
+    const DenseKernels& kernels = *tables.available[k];
+    expectSolves(gridMatrix(60, 50, 3), kernels.name, &kernels);
+    expectSolves(randomMatrix(400, 6.0, true, 8), kernels.name, &kernels);
   }
-  useDenseKernels(inUse);
 }
 
 TEST(Solver, DenseMatrixIsOneSupernodeInNaturalOrder) {
@@ -79,7 +78,7 @@ TEST(Solver, DenseMatrixIsOneSupernodeInNaturalOrder) {
     for (Int i = j; i <= n; ++i) entries[{j, i}] = i == j ? n + 1.0 : 1.0 / (i + j);
   SolverRun solver(SparseMatrix::fromEntries(n, entries));
   solver.analyse();
-  EXPECT_EQ(run.solver.supernodes, 1);
+  EXPECT_EQ(run.solver.protocol.supernodes, 1);
   const FactorStructure f =
       factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
   for (Int i = 1; i <= n; ++i) EXPECT_EQ(f.PERM(i), i);
@@ -92,7 +91,7 @@ TEST(Solver, DiagonalMatrixIsOrderedByIdentityAndFactorsToItself) {
   for (Int i = 1; i <= n; ++i) entries[{i, i}] = (i % 3 == 0 ? -1.0 : 1.0) * i;
   SolverRun solver(SparseMatrix::fromEntries(n, entries));
   solver.analyse();
-  EXPECT_EQ(run.solver.supernodes, n);
+  EXPECT_EQ(run.solver.protocol.supernodes, n);
   const FactorStructure f =
       factorStructure({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())});
   for (Int i = 1; i <= n; ++i) {
@@ -120,7 +119,7 @@ TEST(Solver, FactorIsThatOfDenseElimination) {
     for (Int j = 1; j <= a.n; ++j) p(i - 1, j - 1) = full(f.PERM(i) - 1, f.PERM(j) - 1);
   Eigen::MatrixXd L = Eigen::MatrixXd::Identity(a.n, a.n);
   Eigen::VectorXd D(a.n);
-  for (Int k = 1; k <= run.solver.supernodes; ++k) {
+  for (Int k = 1; k <= run.solver.protocol.supernodes; ++k) {
     const double* at = &solver.rwork[a.n + f.ASTART(k) - 1];
     for (Int j = f.XSUP(k), q = 1; j < f.XSUP(k + 1); ++j, ++q)
       for (Int t = f.XLINDX(k) + q; t < f.XLINDX(k + 1); ++t) L(f.LINDX(t) - 1, j - 1) = *at++;
@@ -143,7 +142,7 @@ TEST(Solver, ZeroDiagonalAloneInItsColumnIsSingular) {
   solver.analyse();
   solver.factorize();
   EXPECT_TRUE(failed(run.ierrso));
-  EXPECT_EQ(std::string(run.MSGSTR_solver, 46), " FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE @ ");
+  EXPECT_EQ(std::string(run.messages.MSGSTR_solver, 46), " FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE @ ");
 }
 
 TEST(Solver, SecondFactorizationOfTheSamePatternIsIndependentOfTheFirst) {

@@ -40,14 +40,11 @@ struct ElementLanes {
   void (*evaluate)(Order order, const LaneCurve& curve, LaneBatch& batch);
 };
 
-/// The table in use.
-const ElementLanes& elementLanes();
+template <class Table>
+struct KernelTables;
 
-/// All tables that this processor can run, the portable one first. count: out.
-const ElementLanes* const* availableElementLanes(int& count);
-
-/// Makes `lanes` the table in use (tests and benchmarks).
-void useElementLanes(const ElementLanes& lanes);
+/// All tables that this processor can run, the portable one first; an analysis uses the last, unless it names one.
+const KernelTables<ElementLanes>& elementLanesTables();
 
 extern const ElementLanes portableElementLanes;
 #ifdef TORNWALZEN_X86_KERNELS

@@ -2,14 +2,18 @@
 #include "element/lanes/lane_pass.hpp"
 
 #include "element/kinematics.hpp"
-#include "ground/run_options.hpp"
+#include "ground/kernel_tables.hpp"
 
 namespace tornwalzen {
 
-bool takeEight(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
-               LaneBatch& batch) {
+const ElementLanes& lanesOf(const Analysis& run) {
+  return run.lanes != nullptr ? *run.lanes : elementLanesTables().best();
+}
+
+bool takeEight(const Analysis& run, Int e, Table<const Int> INTA, Vector<const double> RX,
+               Table<const double> KNZ, LaneBatch& batch) {
   bool proper = true;
-  batch.weighed = options.partReference;
+  batch.weighed = run.options.partReference;
   for (int l = 0; l < laneCount; ++l) {
     const Int n1 = INTA(e + l, 1), n2 = INTA(e + l, 2), n3 = INTA(e + l, 3);
     for (int i = 0; i < 2; ++i) {

@@ -2,18 +2,21 @@
 #pragma once
 
 #include "element/lanes/element_lanes.hpp"
-#include "ground/driver_arrays.hpp"
+#include "ground/analysis.hpp"
 
 namespace tornwalzen {
 
 /// Can the run's elements be taken by eights? So it is for the plastic-work density.
-inline bool lanesServe() {
+inline bool lanesServe(const Analysis& run) {
   return run.istat != 0;
 }
 
+/// The lanes that the analysis uses.
+const ElementLanes& lanesOf(const Analysis& run);
+
 /// Fills the input of `batch` with the elements e .. e + 7. INTA, RX, KNZ: in, as elementRoutine takes them.
 /// Returns false if one of them has no blank area: then they must go one by one.
-bool takeEight(Int e, Table<const Int> INTA, Vector<const double> RX, Table<const double> KNZ,
-               LaneBatch& batch);
+bool takeEight(const Analysis& run, Int e, Table<const Int> INTA, Vector<const double> RX,
+               Table<const double> KNZ, LaneBatch& batch);
 
 }  // namespace tornwalzen

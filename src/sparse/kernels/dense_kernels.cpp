@@ -1,38 +1,20 @@
-// The choice among the kernel tables.
+// The kernel tables of this processor.
 #include "sparse/kernels/dense_kernels.hpp"
+
+#include "ground/kernel_tables.hpp"
 
 namespace tornwalzen {
 
-namespace {
-
-struct KernelChoice {
-  const DenseKernels* available[3] = {&portableKernels, nullptr, nullptr};
-  int count = 1;
-  const DenseKernels* inUse = nullptr;
-
-  KernelChoice() {
+const KernelTables<DenseKernels>& denseKernelTables() {
+  static const KernelTables<DenseKernels> tables = [] {
+    KernelTables<DenseKernels> t(portableKernels);
 #ifdef TORNWALZEN_X86_KERNELS
-    __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) available[count++] = &avx2Kernels;
-    if (__builtin_cpu_supports("avx512f")) available[count++] = &avx512Kernels;
+    t.add(avx2Kernels, Instructions::avx2);
+    t.add(avx512Kernels, Instructions::avx512);
 #endif
-    inUse = available[count - 1];
-  }
-} choice;
-
-}  // namespace
-
-const DenseKernels& denseKernels() {
-  return *choice.inUse;
-}
-
-const DenseKernels* const* availableKernels(int& count) {
-  count = choice.count;
-  return choice.available;
-}
-
-void useDenseKernels(const DenseKernels& kernels) {
-  choice.inUse = &kernels;
+    return t;
+  }();
+  return tables;
 }
 
 }  // namespace tornwalzen

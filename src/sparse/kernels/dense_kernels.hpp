@@ -28,14 +28,11 @@ struct DenseKernels {
   void (*backward)(const double* L, Int64 w, Int64 c, double* y);
 };
 
-/// The table in use.
-const DenseKernels& denseKernels();
+template <class Table>
+struct KernelTables;
 
-/// All tables that this processor can run, the portable one first. count: out.
-const DenseKernels* const* availableKernels(int& count);
-
-/// Makes the table `kernels` the one in use (tests and benchmarks).
-void useDenseKernels(const DenseKernels& kernels);
+/// All tables that this processor can run, the portable one first; an analysis uses the last, unless it names one.
+const KernelTables<DenseKernels>& denseKernelTables();
 
 extern const DenseKernels portableKernels;
 #ifdef TORNWALZEN_X86_KERNELS

@@ -1,17 +1,18 @@
 // What the record tells of a factorization, on matrices whose factor is known.
-#include "sparse/factor_record.hpp"
+#include "sparse/factor_statistics.hpp"
 
 #include <gtest/gtest.h>
 
-#include "ground/run_record.hpp"
+#include "host_kit/default_run.hpp"
 #include "solver_run.hpp"
 
 namespace tornwalzen::testing_support {
 namespace {
 
 void recordOf(SolverRun& solver) {
-  record = RunRecord{};
-  recordFactor({"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())},
+  run.record = RunRecord{};
+  recordFactor(run.record, run.solver.protocol,
+               {"WORK", solver.work.data(), static_cast<Int64>(solver.work.size())},
                {"RWORK", solver.rwork.data(), static_cast<Int64>(solver.rwork.size())});
 }
 
@@ -21,10 +22,10 @@ TEST(FactorRecord, DiagonalMatrixHasItsOwnPivots) {
   solver.analyse();
   solver.factorize();
   recordOf(solver);
-  EXPECT_EQ(record.negativePivots, 2);
-  EXPECT_EQ(record.smallestPivot, 0.25);
-  EXPECT_EQ(record.factorEntries, 5);
-  EXPECT_EQ(record.factorFlops, 0.0);
+  EXPECT_EQ(run.record.negativePivots, 2);
+  EXPECT_EQ(run.record.smallestPivot, 0.25);
+  EXPECT_EQ(run.record.factorEntries, 5);
+  EXPECT_EQ(run.record.factorFlops, 0.0);
 }
 
 TEST(FactorRecord, DenseMatrixCountsEveryEntryAndOperation) {
@@ -35,22 +36,22 @@ TEST(FactorRecord, DenseMatrixCountsEveryEntryAndOperation) {
   solver.analyse();
   solver.factorize();
   recordOf(solver);
-  EXPECT_EQ(record.negativePivots, 0);
-  EXPECT_EQ(record.factorEntries, 10);
-  EXPECT_EQ(record.factorFlops, 15.0 + 8.0 + 3.0);
-  EXPECT_GT(record.smallestPivot, 9.0);
-  EXPECT_LT(record.smallestPivot, 10.0);
+  EXPECT_EQ(run.record.negativePivots, 0);
+  EXPECT_EQ(run.record.factorEntries, 10);
+  EXPECT_EQ(run.record.factorFlops, 15.0 + 8.0 + 3.0);
+  EXPECT_GT(run.record.smallestPivot, 9.0);
+  EXPECT_LT(run.record.smallestPivot, 10.0);
 }
 
 TEST(FactorRecord, WithoutAFactorNothingIsTold) {
   SolverRun solver(SparseMatrix::fromEntries(2, {{{1, 1}, 1.0}, {{1, 2}, 1.0}, {{2, 2}, 1.0}}));
   solver.analyse();
   recordOf(solver);
-  EXPECT_EQ(record.negativePivots, -1);
+  EXPECT_EQ(run.record.negativePivots, -1);
   solver.factorize();  // the second pivot is exactly zero
   recordOf(solver);
-  EXPECT_EQ(record.negativePivots, -1);
-  EXPECT_EQ(record.factorEntries, 0);
+  EXPECT_EQ(run.record.negativePivots, -1);
+  EXPECT_EQ(run.record.factorEntries, 0);
 }
 
 }  // namespace

@@ -1,18 +1,18 @@
 // Pivots, entries and operations of the last factor. A column of L with r entries below its diagonal costs r
 // divisions and, in the symmetric rank-one update that it makes, r(r + 1)/2 multiplications and additions
 // each.
-#include "sparse/factor_record.hpp"
+#include "sparse/factor_statistics.hpp"
 
 #include <cmath>
 
-#include "ground/run_record.hpp"
 #include "sparse/phase_guard.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
 
-void recordFactor(Vector<Int> WORK, Vector<const double> RWORK) {
-  if (!factorStands(WORK)) return;
+void recordFactor(RunRecord& record, const SolverProtocol& protocol, Vector<Int> WORK,
+                  Vector<const double> RWORK) {
+  if (!factorStands(protocol, WORK)) return;
   const Int NEQ = WORK(header::equations), m = WORK(header::supernodes);
   const Int64 factorEntries = WORK(header::factorEntries);
   record.factorEntries = factorEntries + NEQ;

@@ -4,8 +4,7 @@
 #include <cmath>
 #include <iterator>
 
-#include "ground/refusal.hpp"
-#include "ground/run_options.hpp"
+#include "interface/default_analysis.hpp"
 #include "tornwalzen_ext.h"
 
 namespace tornwalzen {
@@ -21,12 +20,14 @@ int32_t points(const double (&parameters)[count], int32_t n, double* strain, dou
   for (std::size_t i = 0; i < count; ++i) {
     const double value = parameters[i];
     const bool inRange = std::isfinite(value) && value > 0.0 && (i + 1 < count || value < farCurveStrain);
-    if (!inRange) return refuse(TORNWALZEN_BAD_LAW, static_cast<Int>(i) + 1, value);
+    if (!inRange)
+      return refuse(defaultAnalysis().refusal, TORNWALZEN_BAD_LAW, static_cast<Int>(i) + 1, value);
   }
-  if (n < leastCurvePoints || n > mostCurvePoints) return refuse(TORNWALZEN_BAD_POINT_COUNT, 0, n);
+  if (n < leastCurvePoints || n > mostCurvePoints)
+    return refuse(defaultAnalysis().refusal, TORNWALZEN_BAD_POINT_COUNT, 0, n);
   const Int argument = static_cast<Int>(count) + 2;  // of strain; stress follows
-  if (strain == nullptr) return refuse(TORNWALZEN_NULL_POINTER, argument, 0.0);
-  if (stress == nullptr) return refuse(TORNWALZEN_NULL_POINTER, argument + 1, 0.0);
+  if (strain == nullptr) return refuse(defaultAnalysis().refusal, TORNWALZEN_NULL_POINTER, argument, 0.0);
+  if (stress == nullptr) return refuse(defaultAnalysis().refusal, TORNWALZEN_NULL_POINTER, argument + 1, 0.0);
   const double strainTo = parameters[count - 1];
   for (int32_t i = 0; i < n; ++i) {
     const double part = static_cast<double>(i) / (n - 1);

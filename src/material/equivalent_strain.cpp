@@ -1,5 +1,5 @@
-// The one instance of the options, and the weights that follow from the anisotropy.
-#include "ground/run_options.hpp"
+// The weights that follow from the anisotropy.
+#include "material/equivalent_strain.hpp"
 
 #include <cmath>
 
@@ -17,8 +17,6 @@ double relativeFactor(double r) {
 }
 
 }  // namespace
-
-RunOptions options;
 
 StrainWeights::StrainWeights(double r)
     : sumWeight((1.0 + 2.0 * r) / (2.0 * (1.0 + r))),
