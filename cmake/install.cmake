@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 install(TARGETS tornwalzen tornwalzen_deck EXPORT tornwalzenTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES include/tornwalzen.h include/tornwalzen_ext.h include/tornwalzen_deck.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES include/tornwalzen.h include/tornwalzen_ext.h include/tornwalzen_analysis.h include/tornwalzen_deck.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT tornwalzenTargets NAMESPACE tornwalzen::
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
 configure_package_config_file(cmake/tornwalzenConfig.cmake.in ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake

@@ -55,7 +55,17 @@ enum {
   TORNWALZEN_BAD_TOLERANCE = -14,
   TORNWALZEN_SHORT_REPORT = -15,
   TORNWALZEN_BAD_COUNT = -16, /* of nodes or elements */
-  TORNWALZEN_BAD_NODE = -17   /* a node number outside 1..nn */
+  TORNWALZEN_BAD_NODE = -17,  /* a node number outside 1..nn */
+  /* -18 to -24: what cannot have a blank */
+  TORNWALZEN_STRESS_TOO_LARGE = -25, /* above 20,000 MPa: Pa were given */
+  TORNWALZEN_COORDINATE_NOT_FINITE = -26,
+  TORNWALZEN_BAD_FIRST_INDEX = -27,
+  TORNWALZEN_BAD_HOLD = -28,
+  TORNWALZEN_NO_MESH = -29,
+  TORNWALZEN_NO_MEMORY = -30,
+  TORNWALZEN_SETUP_FAILED = -31,
+  TORNWALZEN_NO_RESULTS = -32,
+  TORNWALZEN_BAD_SELECTOR_OF_LAW = -33
 };
 
 /* What a code means, one sentence without full stop in German (language 0) or English (any other), ASCII. For the
@@ -122,7 +132,8 @@ enum {
   TORNWALZEN_NOT_DEVELOPED = 5,     /* the unfolding left inverted triangles */
   TORNWALZEN_STEP_TOO_SMALL = 6,    /* increments failed until their step became too small */
   TORNWALZEN_FINAL_UNCONVERGED = 7, /* the final increment stalled at the smallest step */
-  TORNWALZEN_SOLVER_FAILED = 8      /* a factorization or solve failed in at least one Newton step */
+  TORNWALZEN_SOLVER_FAILED = 8,     /* a factorization or solve failed in at least one Newton step */
+  TORNWALZEN_STOPPED_BY_HOST = 9    /* a step handler asked for the end */
 };
 
 /* The last run. Sizes never shrink: later versions append fields. */

@@ -2,6 +2,8 @@
 // step length is the last power of ½ that still lowered the objective.
 #include "develop/unfold_descent.hpp"
 
+#include <algorithm>
+
 #include "develop/unfold_geometry.hpp"
 #include "develop/unfold_report.hpp"
 #include "ground/progress.hpp"
@@ -57,6 +59,13 @@ bool unfoldConverged(double qmax, Int degenerate, Int iteration) {
 
 namespace {
 
+/// How far the worst measure so far has come from that of the projection to the target, 0..1.
+double developedFraction(const DescentState& state) {
+  const double range = state.qmaxAtStart - targetMeasure;
+  if (!(range > 0.0)) return 1.0;
+  return std::clamp((state.qmaxAtStart - state.qmin) / range, 0.0, 1.0);
+}
+
 void keepForTheReport(Analysis& run, const DescentState& state) {
   run.record.unfoldIterations = state.iteration;
   run.record.invertedElements = state.degenerate;
@@ -82,6 +91,7 @@ void unfoldDescent(Analysis& run, const DriverArrays& a, VisitedElements& visite
     state.iteration = k;
     state.qmax = run.qmax;
     keepForTheReport(run, state);
+    if (!hostContinues(run.progress, {RunPhase::development, developedFraction(state), 0, k})) return;
     if (state.qmax <= state.qmin) state.qmin = state.qmax;
     if (k % lineInterval == 1) {
       reportIteration(run, state);

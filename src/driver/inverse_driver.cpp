@@ -18,7 +18,7 @@ namespace {
 constexpr double minimumStep = 0.0051;       // an increment this short is accepted even unconverged
 constexpr double lineSearchCollapse = 1e-8;  // an accepted fraction below it ends the increment
 
-enum class Outcome { converged, repeat, acceptedUnconverged, endedUnconverged };
+enum class Outcome { converged, repeat, acceptedUnconverged, endedUnconverged, stopped };
 
 void saveUnknowns(Analysis& run, const DriverArrays& a) {
   for (Int i = 1; i <= run.neq; ++i) a.RXA(i) = a.RX(i);
@@ -68,6 +68,9 @@ Outcome iterate(Analysis& run, LoadPath& path, double tol, const DriverArrays& a
     const double limit = gradientLimit(tol, path.lambda) * toleranceFactor(run, path.lambda);
     run.record.lastGradient = run.maxgrad;
     run.record.gradientLimit = limit;
+    if (!hostContinues(run.progress,
+                       {RunPhase::increments, path.lambda - path.dlam, path.k, path.m, run.maxgrad}))
+      return Outcome::stopped;
     // Written so that a residual that is not a number never counts as converged.
     if (path.m >= newtonLeast && run.maxgrad <= limit) return Outcome::converged;
   }
@@ -90,6 +93,8 @@ RunEnd followPath(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
     }
     path.advance();
     reportIncrement(run, path);
+    if (!hostContinues(run.progress, {RunPhase::increments, path.lambda - path.dlam, path.k, 0}))
+      return RunEnd::stoppedByHost;
     setTarget(run, path.lambda, a);
     switch (iterate(run, path, tol, a)) {
       case Outcome::converged:
@@ -107,6 +112,8 @@ RunEnd followPath(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
         break;
       case Outcome::endedUnconverged:
         return RunEnd::finalUnconverged;
+      case Outcome::stopped:
+        return RunEnd::stoppedByHost;
       case Outcome::repeat:
         restoreUnknowns(run, a);
         run.ierrel = 0;
@@ -126,6 +133,10 @@ void inverseDriver(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
   {
     const ProcessorTime time(run.record.development);
     unfoldBlank(run, a);
+  }
+  if (run.progress.stopAsked) {
+    run.record.end = RunEnd::stoppedByHost;
+    return;
   }
   if (failed(run.ierrel)) {
     run.record.end = leftover ? RunEnd::leftoverError : RunEnd::notDeveloped;

@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "interface/default_analysis.hpp"
+#include "interface/refusal_text.hpp"
 #include "tornwalzen_ext.h"
 
 namespace tornwalzen {
@@ -50,6 +50,24 @@ constexpr Text texts[] = {
     {TORNWALZEN_BAD_COUNT, "Argument #, eine Anzahl, ist %", "argument #, a count, is %"},
     {TORNWALZEN_BAD_NODE, "Eintrag # der Inzidenzen ist %, das ist keine Knotennummer",
      "entry # of the incidences is %, which is no node number"},
+    {TORNWALZEN_STRESS_TOO_LARGE,
+     "Spannung # der Fliesskurve ist % MPa, kein Blech traegt so viel: sind es Pa?",
+     "stress # of the flow curve is % MPa, which no sheet bears: is it Pa?"},
+    {TORNWALZEN_COORDINATE_NOT_FINITE, "Koordinate # der Punkte ist keine endliche Zahl: %",
+     "coordinate # of the points is not a finite number: %"},
+    {TORNWALZEN_BAD_FIRST_INDEX, "der erste Index ist %, erlaubt sind 0 und 1",
+     "the first index is %, allowed are 0 and 1"},
+    {TORNWALZEN_BAD_HOLD,
+     "Kennzeichen # der gehaltenen Unbekannten ist %, erlaubt sind 0 (frei) und 1 (gehalten)",
+     "flag # of the held unknowns is %, allowed are 0 (free) and 1 (held)"},
+    {TORNWALZEN_NO_MESH, "es ist kein Netz gesetzt", "no mesh is set"},
+    {TORNWALZEN_NO_MEMORY, "der Speicher reicht nicht", "there is not enough memory"},
+    {TORNWALZEN_SETUP_FAILED, "die Vorbereitung des Gleichungssystems ist gescheitert, siehe fatal_text",
+     "the equations could not be set up, see fatal_text"},
+    {TORNWALZEN_NO_RESULTS, "es gibt keine Ergebnisse, noch ist nichts gelaufen",
+     "there are no results, nothing has run yet"},
+    {TORNWALZEN_BAD_SELECTOR_OF_LAW, "das Verfestigungsgesetz % gibt es nicht",
+     "there is no hardening law %"},
 };
 
 constexpr Text unknownText = {1, "unbekannter Fehlercode %", "unknown error code %"};
@@ -78,12 +96,7 @@ void compose(char (&composed)[refusalTextLength], const char* text, bool withDet
 
 }  // namespace
 
-}  // namespace tornwalzen
-
-using namespace tornwalzen;
-
-extern "C" const char* tornwalzen_error_text(int32_t code, int32_t language) {
-  Analysis& run = defaultAnalysis();
+const char* refusalText(Analysis& run, Int code, Int language) {
   const Refusal& refusal = run.refusal;
   for (const Text& text : texts) {
     if (text.code != code) continue;
@@ -94,3 +107,5 @@ extern "C" const char* tornwalzen_error_text(int32_t code, int32_t language) {
   compose(run.refusalText, language == 0 ? unknownText.german : unknownText.english, true, 0, code);
   return run.refusalText;
 }
+
+}  // namespace tornwalzen

@@ -12,6 +12,8 @@ namespace tornwalzen {
 
 namespace {
 
+constexpr double largestStress = 20000.0;  // MPa: no metal bears as much; who passes it gave Pa
+
 /// Smallest stress of the cubic of row k between its point and the next: at an end, or where the derivative
 /// 3Aε² + 2Bε + C vanishes. Each pair of roots without the difference of nearly equal numbers.
 double smallestStress(Table<const double> FC, Int k) {
@@ -50,6 +52,8 @@ Int checkHostCurve(Refusal& refusal, Int n, const double* strain, const double* 
   }
   for (Int i = 0; i < n; ++i)
     if (!(stress[i] > 0.0)) return refuse(refusal, TORNWALZEN_STRESS_NOT_POSITIVE, i + 1, stress[i]);
+  for (Int i = 0; i < n; ++i)
+    if (stress[i] > largestStress) return refuse(refusal, TORNWALZEN_STRESS_TOO_LARGE, i + 1, stress[i]);
 
   double table[curveRows * curveColumns];
   const Table<double> FC("FC", table, curveRows, curveColumns);

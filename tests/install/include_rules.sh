@@ -23,7 +23,7 @@ allowed() {
     src/sparse/*)    echo "$ground|sparse/.*" ;;
     src/develop/*)   echo "$ground|develop/.*" ;;
     src/driver/*)    echo "$ground|driver/.*|develop/.*|element/.*|material/.*|sparse/.*" ;;
-    src/interface/*) echo "$ground|interface/default_analysis\.hpp|driver/[a-z_]+\.hpp|material/[a-z_]+\.hpp|element/element_strains\.hpp|sparse/(pattern|phases)\.hpp" ;;
+    src/interface/*) echo "$ground|interface/[a-z_]+\.hpp|driver/[a-z_]+\.hpp|material/[a-z_]+\.hpp|element/element_strains\.hpp|sparse/(pattern|phases)\.hpp" ;;
     src/deckio/*)    echo "$ground|deckio/.*" ;;
     app/main.cpp|app/command/*) echo "$api|(command|run|mesh|result|system)/.*" ;;
     app/run/*)       echo "$api|(command|run|mesh|system)/.*" ;;

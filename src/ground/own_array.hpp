@@ -1,0 +1,54 @@
+// Memory that the library owns: arrays that say whether they could be had, and hand out one-based views.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <new>
+
+#include "ground/array_view.hpp"
+
+namespace tornwalzen {
+
+template <class T>
+class OwnArray {
+ public:
+  explicit OwnArray(const char* name) : name_(name) {}
+
+  /// Room for `length` elements, their values undefined; what was held is given back first. length: in, >= 0.
+  /// False without memory: the array is then empty.
+  [[nodiscard]] bool allocate(Int64 length) {
+    first_.reset();
+    length_ = 0;
+    first_.reset(new (std::nothrow) T[static_cast<std::size_t>(std::max<Int64>(length, 1))]);
+    if (first_) length_ = length;
+    return first_ != nullptr;
+  }
+  /// Changes the length and keeps what both have. False without memory: the array is then as it was.
+  [[nodiscard]] bool resize(Int64 length) {
+    std::unique_ptr<T[]> other(new (std::nothrow) T[static_cast<std::size_t>(std::max<Int64>(length, 1))]);
+    if (!other) return false;
+    std::copy(first_.get(), first_.get() + std::min(length, length_), other.get());
+    first_ = std::move(other);
+    length_ = length;
+    return true;
+  }
+  void release() {
+    first_.reset();
+    length_ = 0;
+  }
+  void fill(T value) { std::fill(first_.get(), first_.get() + length_, value); }
+
+  Int64 length() const { return length_; }
+  T* data() { return first_.get(); }
+  const T* data() const { return first_.get(); }
+  Vector<T> vector() { return {name_, first_.get(), length_}; }
+  /// As a table of `columns` columns.
+  Table<T> table(Int64 columns) { return {name_, first_.get(), length_ / columns, columns}; }
+
+ private:
+  const char* name_;
+  std::unique_ptr<T[]> first_;
+  Int64 length_ = 0;
+};
+
+}  // namespace tornwalzen

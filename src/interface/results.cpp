@@ -1,0 +1,82 @@
+// The report of the last run, and strains per element.
+#include "interface/results.hpp"
+
+#include <cstring>
+
+#include "element/element_strains.hpp"
+#include "material/material_setup.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+TornwalzenReport currentReport(const Analysis& run) {
+  const RunRecord& record = run.record;
+  const SetUpTimes& setUpTimes = run.setUpTimes;
+  TornwalzenReport r{};
+  r.size = static_cast<int32_t>(sizeof r);
+  r.converged = record.end == RunEnd::converged ? 1 : 0;
+  r.reason = static_cast<int32_t>(record.end);
+  r.increments = record.increments;
+  r.repeats = record.repeats;
+  r.accepted_unconverged = record.acceptedUnconverged;
+  r.newton_iterations = record.newtonSteps;
+  r.line_search_trials = record.lineSearchTrials;
+  r.factorizations = record.factorizations;
+  r.negative_pivots = record.negativePivots;
+  r.unfolding_iterations = record.unfoldIterations;
+  r.inverted_elements = record.invertedElements;
+  r.beyond_curve = record.beyondCurve ? 1 : 0;
+  r.factor_entries = record.factorEntries;
+  r.factor_flops = record.factorFlops;
+  r.smallest_pivot = record.smallestPivot;
+  r.progress = record.progress;
+  r.last_gradient = record.lastGradient;
+  r.gradient_limit = record.gradientLimit;
+  r.largest_measure = record.largestMeasure;
+  r.largest_strain = record.largestStrain;
+  r.time_structure = setUpTimes.structure;
+  r.time_ordering = setUpTimes.ordering;
+  r.time_symbolic = setUpTimes.symbolic;
+  r.time_development = record.development;
+  r.time_assembly = record.assembly;
+  r.time_factorization = record.factorization;
+  r.time_solve = record.solve;
+  r.time_line_search = record.lineSearch;
+  r.time_analysis = record.total;
+  static_assert(sizeof r.fatal_text == fatalTextLength);
+  std::memcpy(r.fatal_text, record.fatalText, fatalTextLength);
+  return r;
+}
+
+}  // namespace
+
+Int fillReport(Analysis& run, TornwalzenReport* report) {
+  if (report == nullptr) return refuse(run.refusal, TORNWALZEN_NULL_POINTER, 1, 0.0);
+  if (report->size < static_cast<Int>(sizeof *report))
+    return refuse(run.refusal, TORNWALZEN_SHORT_REPORT, 0, report->size);
+  *report = currentReport(run);
+  return TORNWALZEN_OK;
+}
+
+bool LoadedCurve::load(const RunOptions& options, Int selector) {
+  return loadFlowCurve(options, selector, {"FC", table, curveRows, curveColumns}, npkt, smin);
+}
+
+FlowCurve LoadedCurve::curve(double r) {
+  return FlowCurve({"FC", table, curveRows, curveColumns}, npkt, r);
+}
+
+TornwalzenElementStrain elementStrain(const double (&X)[9], const double (&U)[6], const FlowCurve& CURVE,
+                                      double smin) {
+  const PrincipalStrains S = triangleStrains(X, U, CURVE.weights);
+  return {S.e1,
+          S.e2,
+          {S.blankAxis[0], S.blankAxis[1]},
+          {S.partAxis[0], S.partAxis[1], S.partAxis[2]},
+          S.thickness,
+          S.equivalent,
+          smin * flowStress(CURVE, S.equivalent).sigma};
+}
+
+}  // namespace tornwalzen
