@@ -45,7 +45,8 @@ void orderingStep(Analysis& run, SolverState& system, Vector<const Int> COLS, Ve
   runPhase(run, system.protocol, 1, COLS, ROWI, {}, WORK, RWORK, sizes, IERR);
   if (IERR != ierr::ok) return failSolver(run, orderingFailed);
   const Int64 NEQ = system.neq, NNZ = system.nsysm, m = sizes.m, s = sizes.s;
-  if (!setRequirement(run, system.nrkreq, 4 * NEQ + WORK(header::realRequirement), orderingFailed)) return;
+  if (!setRequirement(run, system.nrkreq, realLength(NEQ, WORK(header::realRequirement)), orderingFailed))
+    return;
   if (!setRequirement(run, system.niwreq, symbolicLength(NEQ, NNZ, m, s), orderingFailed)) return;
   system.protocol.supernodes = sizes.m;
   setRequirement(run, system.protocol.partialRequirement, partialLength(NEQ, m, s), orderingFailed);
@@ -61,7 +62,7 @@ void symbolicStep(Analysis& run, SolverState& system, Vector<const Int> COLS, Ve
   if (IERR != ierr::ok) return failSolver(run, symbolicFailed);
   // from the ordering's requirement again, so that a repeated step does not grow it twice
   const Int64 growth = sizes.g > system.neq ? 2 * Int64{sizes.g} : 0;
-  const Int64 real = 4 * Int64{system.neq} + WORK(header::realRequirement) + growth;
+  const Int64 real = realLength(system.neq, WORK(header::realRequirement), growth);
   const Int64 integer = numericLength(system.protocol.partialRequirement, sizes.f1, sizes.f2,
                                       system.protocol.supernodes, system.nsysm, sizes.g);
   if (!setRequirement(run, system.nrkreq, real, symbolicFailed)) return;

@@ -96,6 +96,12 @@ constexpr Int64 numericLength(Int64 P, Int64 f1, Int64 f2, Int64 m, Int64 NNZ, I
   return P + 2 * (f1 + f2) + m + NNZ + g;
 }
 
+/// Length of RWORK: 4·NEQ and what the factor and its fronts add to that, in 64 bits: the sum passes 2³¹ before the
+/// factor does. requirement: in, header::realRequirement. growth: in, what phase 2 found beyond it.
+constexpr Int64 realLength(Int64 NEQ, Int64 requirement, Int64 growth = 0) {
+  return 4 * NEQ + requirement + growth;
+}
+
 /// Entries of L strictly below the diagonal in a supernode of w columns and c rows: w·c - w·(w+1)/2.
 constexpr Int64 trapezoidEntries(Int64 w, Int64 c) {
   return w * c - w * (w + 1) / 2;

@@ -1,5 +1,6 @@
 // Flow curves of the host: what makes a usable one, what becomes of it, and the way back.
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <string>
 #include <vector>
@@ -133,6 +134,37 @@ TEST_F(FlowCurveOfTheHost, RefusesStrainsFromTheFarPointOn) {
   expectRefused([&] { return bad.set(); }, TORNWALZEN_STRAIN_TOO_LARGE,
                 "Dehnung 3 der Fliesskurve ist 5, sie muss kleiner als 5 sein",
                 "strain 3 of the flow curve is 5, it must be below 5");
+}
+
+TEST_F(FlowCurveOfTheHost, RefusesStressesThatMustBePascal) {
+  Points bad = usable;
+  for (double& stress : bad.stress) stress *= 1e6;
+  const double first = bad.stress[0];
+  char value[32];
+  std::snprintf(value, sizeof value, "%.9g", first);
+  expectRefused(
+      [&] { return bad.set(); }, TORNWALZEN_STRESS_TOO_LARGE,
+      "Spannung 1 der Fliesskurve ist " + std::string(value) + " MPa, kein Blech traegt so viel: sind es Pa?",
+      "stress 1 of the flow curve is " + std::string(value) + " MPa, which no sheet bears: is it Pa?");
+  Points large{{0.0, 0.1, 0.2}, {20000.0, 20000.0, 20000.0}};
+  EXPECT_EQ(large.set(), 0);
+}
+
+TEST(LoadedCurveOfAnySize, IsDividedByItsSmallestStress) {
+  tornwalzen::RunOptions options;
+  options.curves[1].points = 3;
+  for (int k = 0; k < 3; ++k) {
+    options.curves[1].strain[k] = 0.1 * k;
+    options.curves[1].stress[k] = 2e10 * (k + 1);
+  }
+  std::vector<double> memory(tornwalzen::curveRows * tornwalzen::curveColumns);
+  const tornwalzen::Table<double> FC("FC", memory.data(), tornwalzen::curveRows, tornwalzen::curveColumns);
+  tornwalzen::Int npkt = 0;
+  double smin = 0.0;
+  ASSERT_TRUE(tornwalzen::loadFlowCurve(options, 1, FC, npkt, smin));
+  EXPECT_EQ(smin, 2e10);
+  EXPECT_EQ(FC(1, 2), 1.0);
+  EXPECT_EQ(FC(3, 2), 3.0);
 }
 
 TEST_F(FlowCurveOfTheHost, RefusesStressesThatAreNotPositive) {

@@ -177,6 +177,29 @@ TEST_F(Host, ARefusedMeshLeavesNoSolverToGoOnWith) {
   EXPECT_EQ(ISTAT, -1);
 }
 
+// What the mesh before it was sized for must not be read in arrays that the host has meanwhile made smaller.
+TEST_F(Host, ARefusedMeshLeavesNoSizesToReadBy) {
+  for (const int32_t badNeq : {7, 8}) {  // refused by its counts, and while its pattern is built
+    setUpSolver();
+    ASSERT_EQ(ISTAT, 0);
+    const int32_t keptNeq = NEQ, keptCapacity = MNSYSM;
+    NEQ = badNeq;
+    if (badNeq == 8) MNSYSM = 5;
+    osinit(1);
+    EXPECT_EQ(ISTAT, -1);
+    EXPECT_EQ(run.nkno, 0);
+    EXPECT_EQ(run.nele, 0);
+    EXPECT_EQ(run.neq, 0);
+    EXPECT_EQ(run.solver.mnsysm, 0);
+    EXPECT_EQ(run.solver.niwor, 0);
+    EXPECT_EQ(run.solver.nrk, 0);
+    WORK.clear(), RWORK.clear();
+    osinit(2);
+    EXPECT_EQ(ISTAT, -1) << "nothing to order";
+    NEQ = keptNeq, MNSYSM = keptCapacity;
+  }
+}
+
 TEST_F(Host, CurvesZeroOneAndTwoRunWithStatusOne) {
   setUpSolver();
   for (int32_t selector : {0, 1, 2}) {

@@ -76,6 +76,12 @@ TEST(SolverLimits, ErrorCodesKeepTheirNumbers) {
   EXPECT_EQ(ierr::shortWorkSolve, -40001);
 }
 
+TEST(SolverLimits, TheRealLengthOfAFactorNearThirtyOneBitsIsFormedInSixtyFour) {
+  constexpr Int equations = 1'000'000, requirement = largestInt - 3'999'999;
+  EXPECT_EQ(realLength(equations, requirement), Int64{largestInt} + 1);
+  EXPECT_EQ(realLength(equations, requirement, 2 * Int64{largestInt}), 3 * Int64{largestInt} + 1);
+}
+
 TEST(SolverLimits, AnOrderingLengthPastThirtyOneBitsIsRefusedBySizing) {
   SolverRun solver(gridMatrix(3, 3, 1));
   run.solver.neq = 200'000'000;
