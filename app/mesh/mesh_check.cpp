@@ -228,6 +228,8 @@ Part checkMesh(const Mesh& mesh, bool largest) {
   checkNumbers(mesh);
   Part part;
   part.file = mesh.file;
+  part.identity = mesh.identity;
+  part.unit = mesh.unit;
   part.points = mesh.points;
   part.deckFlags = mesh.flags;
   takePiece(mesh, largest, part);

@@ -7,10 +7,11 @@
 #include <string_view>
 
 #include "mesh/deck_reader.hpp"
-#include "system/failure.hpp"
-#include "system/input_file.hpp"
 #include "mesh/obj_reader.hpp"
 #include "mesh/stl_reader.hpp"
+#include "system/failure.hpp"
+#include "system/file_identity.hpp"
+#include "system/input_file.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -54,11 +55,7 @@ void checkHead(const std::string& path, const std::string& head, std::int64_t le
     refuse(path, head, static_cast<std::uint64_t>(length));
 }
 
-}  // namespace
-
-Mesh readMeshFile(const std::string& path) {
-  const std::string content = readInputFile(
-      path, [&](const std::string& head, std::int64_t length) { checkHead(path, head, length); });
+Mesh readContent(const std::string& content, const std::string& path) {
   if (content.empty()) throw Failure(path + ": the file is empty");
   // Some writers begin the title of a binary file with "solid": the exact length decides first.
   if (looksLikeStlBinary(content)) return readStlBinary(content, path);
@@ -66,6 +63,16 @@ Mesh readMeshFile(const std::string& path) {
   if (looksLikeStlText(content)) return readStlText(content, path);
   if (looksLikeObj(content)) return readObj(content, path);
   refuse(path, content, content.size());
+}
+
+}  // namespace
+
+Mesh readMeshFile(const std::string& path) {
+  const std::string content = readInputFile(
+      path, [&](const std::string& head, std::int64_t length) { checkHead(path, head, length); });
+  Mesh mesh = readContent(content, path);
+  mesh.identity = identityOf(path, content);
+  return mesh;
 }
 
 }  // namespace host

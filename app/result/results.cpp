@@ -93,10 +93,11 @@ bool blankIsFinite(const RunOutput& run) {
   return std::all_of(run.RX.begin(), run.RX.end(), [](double position) { return std::isfinite(position); });
 }
 
-Results computeResults(const Part& part, const RunOutput& run) {
+Results computeResults(const Part& part, const RunOutput& run, const Unit& unit) {
   Results results;
   for (std::size_t n = 0; n < run.RX.size(); n += 2)
-    results.blankPoints.insert(results.blankPoints.end(), {run.RX[n], run.RX[n + 1], 0.0});
+    results.blankPoints.insert(results.blankPoints.end(),
+                               {run.RX[n] / unit.millimetres, run.RX[n + 1] / unit.millimetres, 0.0});
   computeElements(run, part.points, results);
   findExtremes(results);
   computeNodes(part, run, results);

@@ -10,8 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "run/library_run.hpp"
 #include "mesh/mesh_check.hpp"
+#include "result/unit.hpp"
+#include "run/library_run.hpp"
 
 namespace host {
 
@@ -35,7 +36,8 @@ struct Results {
   std::int64_t folded = 0;                           // elements with no positive area in the blank
 };
 
-Results computeResults(const Part& part, const RunOutput& run);
+// part: in the user's unit. run: in mm.
+Results computeResults(const Part& part, const RunOutput& run, const Unit& unit);
 
 // Whether every blank position is a finite number.
 bool blankIsFinite(const RunOutput& run);

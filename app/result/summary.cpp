@@ -59,12 +59,18 @@ std::string seconds(double value) {
 
 }  // namespace
 
+std::string inSummary(const std::string& text) {
+  return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace)).get<std::string>();
+}
+
 std::string summaryJson(const RunReport& report) {
   const Results& results = report.results;
   const TornwalzenReport& run = report.run.report;
   Json json;
   json["program"] = "tornwalzen " TORNWALZEN_VERSION;
   json["part"] = report.part.file;
+  json[partPathKey] = report.part.identity.path.empty() ? Json(nullptr) : Json(report.part.identity.path);
+  json[partHashKey] = report.part.identity.hash;
   json["converged"] = report.verdict.converged;
   json["reason"] = report.verdict.converged ? Json(nullptr) : Json(report.verdict.reason);
   json["material"] = report.settings.material;

@@ -28,7 +28,8 @@ std::string flatPart() {
 }
 
 std::string stalledAtTheEnd(const TornwalzenReport& report) {
-  const std::string gradient = decimal(report.last_gradient), tolerance = decimal(report.gradient_limit);
+  const std::string gradient = decimal(report.last_gradient) + " mm",
+                    tolerance = decimal(report.gradient_limit) + " mm";
   if (report.last_gradient <= report.gradient_limit)
     return "the line search found no better blank in the last increment, which then does not count as "
            "converged, "

@@ -110,8 +110,8 @@ void writePointData(FileWriter& file, const RunReport& report) {
   std::vector<std::uint8_t> heldU, heldV;
   std::vector<std::int32_t> number;
   for (std::size_t k = 0; k < report.run.RX.size(); k += 2) {
-    u.push_back(report.run.RX[k]);
-    v.push_back(report.run.RX[k + 1]);
+    u.push_back(report.results.blankPoints[k / 2 * 3]);
+    v.push_back(report.results.blankPoints[k / 2 * 3 + 1]);
     heldU.push_back(report.hold.ARFA[k] == 0);
     heldV.push_back(report.hold.ARFA[k + 1] == 0);
     number.push_back(static_cast<std::int32_t>(k / 2) + 1);

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/program/program.hpp"
 #include "app/mesh/sample_meshes.hpp"
+#include "app/program/program.hpp"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -100,6 +100,15 @@ TEST(Arguments, AMissingPartIsNamed) {
   const Outcome outcome = tornwalzen(folder, "solve none.obj");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err, "tornwalzen: cannot read none.obj: No such file or directory\n");
+}
+
+TEST(Arguments, ADistanceIsToldInTheUsersUnit) {
+  const ScratchFolder folder;
+  folder.write("part.obj", "v 0.1 0 0\nv 0.3 0 0\nv 0.1 0.2 0\nf 1 2 3\n");
+  const Outcome outcome = tornwalzen(folder, "solve part.obj --unit m --hold x0");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err,
+            "tornwalzen: --hold x0: no node lies on the plane x = 0; the nearest is 0.1 m away\n");
 }
 
 TEST(Arguments, AHoldThatDoesNotFitThePartIsRefused) {

@@ -90,6 +90,8 @@ TEST(SummaryTable, ShowsWhatTheUserShouldDoubt) {
 TEST(Summary, SpeaksTheUsersUnit) {
   SampleRun sample;
   sample.unit = unitOf("inch");
+  for (double& position : sample.run.RX) position *= 25.4;  // the run is made in mm
+  sample.compute();
   EXPECT_THAT(summaryTable(sample.report()),
               HasSubstr("blank size          1.0000 x 1.0000 inch\n"
                         "blank area          1.000 inch2 (part 1.366 inch2)\n"));
