@@ -15,6 +15,7 @@
 #include "result/results.hpp"
 #include "result/run_report.hpp"
 #include "result/summary.hpp"
+#include "result/undeveloped.hpp"
 #include "result/verdict.hpp"
 #include "result/vtu_writer.hpp"
 #include "run/hold.hpp"
@@ -136,7 +137,9 @@ int solve(const SolveOptions& options) {
   RunLog log((fs::path(folder) / logName).string());
   int runs;
   const RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options, log, settings, runs);
-  const Verdict verdict = judge(part, run);
+  Verdict verdict = judge(part, run);
+  if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
+    verdict.reason = whyNotDeveloped(part, hold, run, unit.millimetres);
   if (!blankIsFinite(run))
     throw Failure("the run gave no usable blank: " + verdict.reason + "; no result file was written",
                   exitRunFailed);

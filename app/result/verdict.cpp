@@ -52,10 +52,7 @@ Verdict judge(const Part& part, const RunOutput& run) {
           "unknowns leave a part of the blank free, a triangle has collapsed, or memory ran out",
           exitRunFailed};
     case TORNWALZEN_NOT_DEVELOPED:
-      return {
-          false,
-          "the part could not be developed onto the plane: inverted triangles remained in the starting blank",
-          exitUnconverged};
+      return {false, "the part could not be developed onto the plane", exitUnconverged};
     case TORNWALZEN_STEP_TOO_SMALL:
       return {false,
               isFlat(part) ? flatPart()

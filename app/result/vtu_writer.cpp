@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <type_traits>
 #include <vector>
 
@@ -69,11 +70,17 @@ void writeCells(FileWriter& file, const RunReport& report) {
   file.write("</Cells>\n");
 }
 
-// Strains and flow stress of the elements, with the direction of the major strain in the shape that is
+TornwalzenElementStrain noStrain() {
+  constexpr double none = std::numeric_limits<double>::quiet_NaN();
+  return {none, none, {none, none}, {none, none, none}, none, none, none};
+}
+
+// Strains and flow stress of the elements (NaN where the run came to no blank), with the direction of the major strain in the shape that is
 // written.
 void writeStrains(FileWriter& file, const RunReport& report, Shape shape) {
   std::vector<double> major, minor, equivalent, stress, direction;
-  for (const TornwalzenElementStrain& strain : report.run.strains) {
+  for (TornwalzenElementStrain strain : report.run.strains) {
+    if (!report.results.developed) strain = noStrain();
     major.push_back(strain.major);
     minor.push_back(strain.minor);
     equivalent.push_back(strain.equivalent);

@@ -181,6 +181,17 @@ TEST(Deck, MayGoThroughPipes) {
   EXPECT_EQ(outcome.err, "/dev/stdin: 4 nodes, 2 triangles, 3 held unknowns\n");
 }
 
+TEST(Deck, APipeIntoWhichNobodyWritesDoesNotBlock) {
+  const ScratchFolder folder;
+  for (const char* arguments : {"solve pipe", "deck"}) {
+    const Outcome outcome =
+        shell(folder, "mkfifo pipe 2>&-; echo pipe | timeout 20 \"$TORNWALZEN\" " + std::string(arguments));
+    EXPECT_EQ(outcome.status, 1) << arguments;
+    EXPECT_EQ(outcome.err,
+              "tornwalzen: cannot read pipe: it is a pipe, and for 3 s nobody has opened it to write\n");
+  }
+}
+
 TEST(FlatBlankFile, HoldsTheBlankThatTheRunFound) {
   const ScratchFolder folder;
   folder.write("pipe.obj", halfPipeObj(8, 4));

@@ -44,6 +44,14 @@ const Damage damages[] = {
      "part.obj: neither a Wavefront OBJ nor an STL file nor a mesh deck"},
     {"Empty", "", "part.obj: the file is empty"},
     {"NotANumber", "v 0 0 0\nv 1 o 0\n", "part.obj, line 2: node 2: \"o\" is not a number"},
+    {"Abaqus",
+     "*HEADING\nA tile\n*NODE\n1, 0., 0., 0.\n2, 1., 0., 0.\n3, 0., 1., 0.\n*ELEMENT, TYPE=S3\n1, 1, 2, 3\n",
+     "part.obj: this is an Abaqus input file, which is not read; write its shell elements, as triangles, "
+     "into "
+     "an OBJ or STL file"},
+    {"LsDyna", "*KEYWORD\n*NODE\n$ a comment\n       1             0.0             0.0             0.0\n",
+     "part.obj: this is an LS-DYNA keyword file, which is not read; write its shell elements, as triangles, "
+     "into an OBJ or STL file"},
     {"CutOffStl", "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0",
      "part.obj, line 5: a coordinate expected, found the end of the file"},
 };
