@@ -39,7 +39,13 @@ const Damage damages[] = {
     {"TwoPieces", "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 5 0 0\nv 6 0 0\nv 5 1 0\nf 1 2 3\nf 4 5 6\n",
      "part.obj: the mesh has 2 pieces that no edge joins; the largest has 1 of 2 triangles and contains "
      "element 1 "
-     "(--largest takes it alone)"},
+     "(--largest takes it alone); their nearest borders are 4 mm apart"},
+    {"Unwelded", "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 0 0.001\nv 10 10 0\nv 0 10 0.002\nf 1 2 3\nf 4 5 6\n",
+     "part.obj: the mesh has 2 pieces that no edge joins, but node 2 (10, 0, 0) and node 4 (10, 0, 0.001) of "
+     "two "
+     "of them are 0.001 mm apart: the triangles are not joined. Merge the nodes along the seams in the "
+     "mesher or "
+     "on export, within a tolerance above that gap and below the shortest edge there, 10 mm"},
     {"Rubbish", "these are\nno coordinates\n",
      "part.obj: neither a Wavefront OBJ nor an STL file nor a mesh deck"},
     {"Empty", "", "part.obj: the file is empty"},
