@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "command/chosen_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "mesh/mesh_file.hpp"
 #include "result/deck_writer.hpp"

@@ -2,7 +2,7 @@
 #ifndef TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
 #define TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
 
-#include "command/run_settings.hpp"
+#include "run/run_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
 #include "result/run_report.hpp"
