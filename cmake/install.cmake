@@ -19,6 +19,7 @@ configure_file(cmake/tornwalzen.pc.in ${CMAKE_BINARY_DIR}/tornwalzen.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake ${CMAKE_BINARY_DIR}/tornwalzenConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
 install(FILES ${CMAKE_BINARY_DIR}/tornwalzen.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES LICENSE docs/licences.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 if(TARGET tornwalzen_host)
   install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

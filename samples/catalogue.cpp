@@ -10,6 +10,7 @@ namespace shapes {
 namespace {
 
 constexpr double mostTriangles = 2e7;
+constexpr double metTo = 0.1;  // how well a wanted number of triangles is met
 
 struct Entry {
   ShapeInfo info;
@@ -131,6 +132,27 @@ Sheet makeBySize(const Entry& entry, const Dimensions& dims, MeshChoice choice, 
   return entry.make(dims, choice);
 }
 
+double missBy(const Sheet& sheet, const MeshChoice& choice) {
+  return std::abs(static_cast<double>(sheet.triangles()) / choice.triangles - 1.0);
+}
+
+/// The nearest mesh to a small number of triangles, edges of any length: the size is halved in, since the count
+/// falls in steps of rows and columns.
+Sheet makeCoarse(const Entry& entry, const Dimensions& dims, const MeshChoice& choice, double largest) {
+  double fine = largest / 6.0, coarse = 10.0 * largest;
+  Sheet best = makeBySize(entry, dims, choice, coarse);
+  if (best.triangles() > choice.triangles && missBy(best, choice) > metTo)
+    throw std::invalid_argument(entry.info.name + " takes at least " + std::to_string(best.triangles()) +
+                                " triangles");
+  for (int tries = 0; tries < 30; ++tries) {
+    const double size = std::sqrt(fine * coarse);
+    Sheet sheet = makeBySize(entry, dims, choice, size);
+    (sheet.triangles() > choice.triangles ? fine : coarse) = size;
+    if (missBy(sheet, choice) < missBy(best, choice)) best = std::move(sheet);
+  }
+  return best;
+}
+
 /// The count goes with 1/size², but for the least numbers of rows and columns: correct the size by the root
 /// of the ratio, and keep the best of a few tries.
 Sheet makeByCount(const Entry& entry, const Dimensions& dims, const MeshChoice& choice, double largest) {
@@ -139,13 +161,12 @@ Sheet makeByCount(const Entry& entry, const Dimensions& dims, const MeshChoice& 
   for (int tries = 0; tries < 8; ++tries) {
     Sheet sheet = makeBySize(entry, dims, choice, size);
     const double ratio = static_cast<double>(sheet.triangles()) / choice.triangles;
-    if (best.triangles() == 0 ||
-        std::abs(ratio - 1.0) < std::abs(static_cast<double>(best.triangles()) / choice.triangles - 1.0)) {
-      best = std::move(sheet);
-    }
+    if (best.triangles() == 0 || missBy(sheet, choice) < missBy(best, choice)) best = std::move(sheet);
     if (std::abs(ratio - 1.0) < 0.005) break;
     size = std::min(size * std::sqrt(ratio), largest / 6.0);
   }
+  if (choice.strict && best.triangles() > choice.triangles && missBy(best, choice) > metTo)
+    return makeCoarse(entry, dims, choice, largest);
   return best;
 }
 

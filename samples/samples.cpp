@@ -74,6 +74,7 @@ int main(int argc, char** argv) {
     if (output.empty()) throw std::invalid_argument("no output file; give one with -o FILE");
     std::vector<shapes::Change> parsed;
     for (const std::string& text : changes) parsed.push_back(parseChange(text));
+    choice.strict = true;
     const shapes::Sheet sheet = shapes::makeShape(name, choice, parsed);
     if (!blank.empty()) shapes::writeObj(sheet, blank, name + ", exact blank", true);
     shapes::writeObj(sheet, output, name);

@@ -29,11 +29,15 @@ struct Sheet {
 
 /// How to mesh a shape.
 struct MeshChoice {
-  double size = 0.0;              // wanted edge length (mm); 0: chosen to meet `triangles`
-  std::int32_t triangles = 5000;  // wanted number, met to a tenth or better; read where size is 0
+  double size = 0.0;  // wanted edge length (mm); 0: chosen to meet `triangles`
+  std::int32_t triangles =
+      5000;                // wanted number, met to a tenth or better; read where size is 0. Below what edges
+                           // of a sixth of the part give, that coarse mesh, or see `strict`
   std::uint64_t seed = 0;  // 0: regular mesh with alternating diagonals; else nodes moved by up to a fifth of
                            // a cell within the sheet and diagonals drawn at random, reproducible by the seed
   bool quarter = false;    // only the quarter x ≥ 0, y ≥ 0 of a shape with two planes of symmetry
+  bool strict = false;  // small numbers of triangles are met with longer edges, as near as whole rows come to
+                        // them; a number below the least that the shape's radii allow is refused
 };
 
 /// One dimension of a shape, with its default.
@@ -62,7 +66,7 @@ struct Change {
 
 /// Meshes the shape `name`. Throws std::invalid_argument, which names the cause, for an unknown shape or
 /// dimension, a quarter of a shape that has none, dimensions that make no sheet, a size that is not positive
-/// and finite, or a mesh of more than 20 million triangles.
+/// and finite, with `strict` a number of triangles below the least, or a mesh of more than 20 million triangles.
 Sheet makeShape(std::string_view name, const MeshChoice& choice = {},
                 const std::vector<Change>& changes = {});
 

@@ -73,10 +73,11 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
   describeHold(solve, options.hold);
   solve->add_option("--out", options.out, "folder for the results (default: the part's name with _blank)")
       ->type_name("DIR");
+  solve->add_flag("--force", options.force, "replace files in that folder that are not results of this part");
   describeLargest(solve, options.largest);
   solve->add_flag("--eben", options.eben,
-                  "write the blank as eben.t51 too (up to 99999 nodes and triangles)");
-  solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too");
+                  "write the blank as eben.t51 too, in mm (up to 99999 nodes and triangles)");
+  solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too, in mm");
   solve->add_flag("--verbose", options.verbose, "show the library's messages");
 }
 

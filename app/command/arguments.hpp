@@ -16,6 +16,7 @@ struct SolveOptions {
   std::string unit = "mm";      // of the part and of the results: mm, cm, m, inch
   std::string hold;             // see hold.hpp
   std::string out;              // folder of the results; empty: <part without extension>_blank
+  bool force = false;           // replace the results of another part
   bool largest = false;         // take the largest piece of several
   bool verbose = false;         // the library's messages on the screen too
   bool eben = false;            // write the blank as eben.t51 too

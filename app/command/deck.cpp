@@ -4,12 +4,13 @@
 #include <cstdio>
 
 #include "mesh/deck_reader.hpp"
-#include "result/deck_writer.hpp"
-#include "system/failure.hpp"
-#include "run/hold.hpp"
-#include "system/input_file.hpp"
 #include "mesh/mesh_check.hpp"
 #include "mesh/mesh_file.hpp"
+#include "result/deck_writer.hpp"
+#include "run/hold.hpp"
+#include "system/failure.hpp"
+#include "system/input_file.hpp"
+#include "system/same_file.hpp"
 #include "system/text.hpp"
 #include "tornwalzen_deck.h"
 
@@ -32,6 +33,8 @@ int deck(const DeckOptions& options) {
   const Part part =
       checkMesh(options.part.empty() ? askForDeck() : readMeshFile(options.part), options.largest);
   const Hold hold = holdUnknowns(part, holdRule(part, options.hold));
+  checkOutputsSpareInputs({part.file, holdFile(options.hold)}, deckPlaces(options.out),
+                          "choose another name with -o");
   if (!options.out.empty()) writeDeck(options.out, part, hold);
   // Not on standard output when the deck goes there.
   std::fprintf(options.out.empty() ? stdout : stderr, "%s: %s, %s, %s\n", part.file.c_str(),

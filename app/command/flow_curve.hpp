@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "command/run_settings.hpp"
+#include "run/run_settings.hpp"
 
 namespace host {
 

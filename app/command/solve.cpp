@@ -6,23 +6,27 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "result/deck_writer.hpp"
-#include "system/failure.hpp"
-#include "run/hold.hpp"
-#include "run/library_run.hpp"
+#include "command/chosen_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "mesh/mesh_file.hpp"
+#include "result/deck_writer.hpp"
 #include "result/obj_writer.hpp"
-#include "run/output_capture.hpp"
-#include "run/progress_view.hpp"
 #include "result/result_files.hpp"
+#include "result/result_folder.hpp"
 #include "result/results.hpp"
-#include "run/run_log.hpp"
 #include "result/run_report.hpp"
 #include "result/summary.hpp"
-#include "system/text.hpp"
+#include "result/undeveloped.hpp"
 #include "result/verdict.hpp"
 #include "result/vtu_writer.hpp"
+#include "run/hold.hpp"
+#include "run/library_run.hpp"
+#include "run/output_capture.hpp"
+#include "run/progress_view.hpp"
+#include "run/run_log.hpp"
+#include "system/failure.hpp"
+#include "system/same_file.hpp"
+#include "system/text.hpp"
 
 namespace host {
 
@@ -30,9 +34,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* logName = "tornwalzen.log";
+
 std::string outputFolder(const SolveOptions& options) {
   if (!options.out.empty()) return options.out;
   return fs::path(options.part).stem().string() + "_blank";  // in the working folder
+}
+
+// The names of the files that the run replaces; the log is not among them.
+std::vector<std::string> resultNames(const SolveOptions& options) {
+  std::vector<std::string> names{"blank.obj", "part.vtu", "blank.vtu", "summary.json"};
+  if (options.eben) names.push_back("eben.t51");
+  if (options.ebenStart) names.push_back("eben_start.t51");
+  return names;
+}
+
+// No result may replace a file that is read, whatever the links, nor the results of another part.
+void checkResultPlaces(const Part& part, const SolveOptions& options, const std::string& folder) {
+  std::vector<std::string> places{(fs::path(folder) / logName).string()};
+  for (const std::string& name : resultNames(options)) places.push_back((fs::path(folder) / name).string());
+  checkOutputsSpareInputs({options.part, options.curve, holdFile(options.hold)}, places,
+                          "choose another folder with --out");
+  if (!options.force) checkFolderIsFree(folder, resultNames(options), part.identity);
 }
 
 void tellAboutMesh(const Part& part) {
@@ -99,7 +122,9 @@ void writeResults(const RunReport& report, const SolveOptions& options) {
 int solve(const SolveOptions& options) {
   RunSettings settings = settingsOf(options);
   const Unit unit = unitOf(options.unit);
-  const Part part = checkMesh(readMeshFile(options.part), options.largest);
+  Mesh mesh = readMeshFile(options.part);
+  mesh.unit = unit.name;
+  const Part part = checkMesh(mesh, options.largest);
   tellAboutMesh(part);
   if (options.eben || options.ebenStart) checkFlatBlankFits(part);
   const std::string rule = holdRule(part, options.hold);
@@ -108,18 +133,21 @@ int solve(const SolveOptions& options) {
   const std::string warning = sizeWarning(part, unit);
   if (!warning.empty()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   const std::string folder = outputFolder(options);
+  checkResultPlaces(part, options, folder);
   makeFolder(folder);
-  RunLog log((fs::path(folder) / "tornwalzen.log").string());
+  RunLog log((fs::path(folder) / logName).string());
   int runs;
-  RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options, log, settings, runs);
-  convertBlanks(run, unit);
-  const Verdict verdict = judge(part, run);
+  const RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options, log, settings, runs);
+  Verdict verdict = judge(part, run);
+  if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
+    verdict.reason = whyNotDeveloped(part, hold, run, unit.millimetres);
   if (!blankIsFinite(run))
     throw Failure("the run gave no usable blank: " + verdict.reason + "; no result file was written",
                   exitRunFailed);
 
-  const Results results = computeResults(part, run);
+  const Results results = computeResults(part, run, unit);
   const RunReport report{part, hold, run, results, verdict, settings, runs, unit, rule, folder};
+  checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
   writeResults(report, options);
   std::fputs(summaryTable(report).c_str(), stdout);
   if (!log.problem().empty()) throw Failure(log.problem());

@@ -8,11 +8,15 @@
 #include <string>
 #include <vector>
 
+#include "system/file_identity.hpp"
+
 namespace host {
 
 struct Mesh {
   std::string file;                   // name for messages
-  std::vector<double> points;         // mm: x, y, z of node 1, of node 2, ...
+  FileIdentity identity;              // of that file
+  std::string unit = "mm";            // name of the unit of its lengths, for messages
+  std::vector<double> points;         // in that unit: x, y, z of node 1, of node 2, ...
   std::vector<std::int64_t> corners;  // the three node numbers of element 1, of element 2, ...; unchecked
   std::vector<std::int32_t> flags;    // of a mesh deck: per unknown 1 free, 0 held; else empty
 

@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "mesh/edges.hpp"
+#include "mesh/seam.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
 
@@ -69,6 +70,33 @@ std::vector<std::int32_t> findPieces(const std::vector<std::int32_t>& corners) {
   return parent;
 }
 
+// Refuses a mesh of several pieces, unless they are pieces of their own and the largest is asked for. Of a sheet
+// whose triangles were not joined the largest piece would be any single triangle: then the cure is to join them.
+void refusePieces(const Mesh& mesh, const std::vector<std::int32_t>& corners,
+                  const std::vector<std::int32_t>& piece, const Part& part, std::int64_t mostElements,
+                  std::int32_t element, bool largest) {
+  if (largest && mostElements > 1) return;
+  const Seam seam = nearestSeam(mesh.points, corners, piece);
+  const std::string start =
+      mesh.file + ": the mesh has " + std::to_string(part.filePieces) + " pieces that no edge joins";
+  if (isUnwelded(seam))
+    throw Failure(
+        start + ", but " + nodeName(mesh, static_cast<std::size_t>(seam.node)) + " and " +
+        nodeName(mesh, static_cast<std::size_t>(seam.other)) + " of two of them are " + decimal(seam.gap) +
+        " " + mesh.unit + " apart: the triangles are not joined. Merge the nodes along the seams in the " +
+        "mesher or on export, within a tolerance above that gap and below the shortest edge there, " +
+        decimal(seam.shortestBorder) + " " + mesh.unit);
+  if (largest) return;
+  std::string nearest;  // closed pieces have no border
+  if (seam.node != 0)
+    nearest = seam.node == seam.other
+                  ? "; two of them touch in " + nodeName(mesh, static_cast<std::size_t>(seam.node)) + " alone"
+                  : "; their nearest borders are " + decimal(seam.gap) + " " + mesh.unit + " apart";
+  throw Failure(start + "; the largest has " + std::to_string(mostElements) + " of " +
+                counted(part.fileElements, "triangle") + " and contains element " + std::to_string(element) +
+                " (--largest takes it alone)" + nearest);
+}
+
 // Keeps the elements that are run: all of them, or those of the largest piece.
 void takePiece(const Mesh& mesh, bool largest, Part& part) {
   const std::vector<std::int32_t> corners(mesh.corners.begin(), mesh.corners.end());
@@ -80,12 +108,9 @@ void takePiece(const Mesh& mesh, bool largest, Part& part) {
   part.fileElements = static_cast<std::int64_t>(piece.size());
   const auto biggest =
       static_cast<std::int32_t>(std::max_element(elementsOf.begin(), elementsOf.end()) - elementsOf.begin());
-  if (part.filePieces > 1 && !largest)
-    throw Failure(mesh.file + ": the mesh has " + std::to_string(part.filePieces) +
-                  " pieces that no edge joins; the largest has " +
-                  std::to_string(elementsOf[static_cast<std::size_t>(biggest)]) + " of " +
-                  counted(part.fileElements, "triangle") + " and contains element " +
-                  std::to_string(biggest + 1) + " (--largest takes it alone)");
+  if (part.filePieces > 1)
+    refusePieces(mesh, corners, piece, part, elementsOf[static_cast<std::size_t>(biggest)], biggest + 1,
+                 largest);
 
   part.inTriangle.assign(mesh.nodes(), false);
   for (std::size_t e = 0; e < piece.size(); ++e) {
@@ -228,6 +253,8 @@ Part checkMesh(const Mesh& mesh, bool largest) {
   checkNumbers(mesh);
   Part part;
   part.file = mesh.file;
+  part.identity = mesh.identity;
+  part.unit = mesh.unit;
   part.points = mesh.points;
   part.deckFlags = mesh.flags;
   takePiece(mesh, largest, part);

@@ -15,7 +15,9 @@ namespace host {
 // piece alone it has fewer elements than the file.
 struct Part {
   std::string file;
-  std::vector<double> points;         // file's unit: x, y, z of node 1, of node 2, ...
+  FileIdentity identity;              // of that file
+  std::string unit;                   // name of the unit of its lengths, for messages
+  std::vector<double> points;         // in that unit: x, y, z of node 1, of node 2, ...
   std::vector<std::int32_t> corners;  // the three node numbers of element 1, of element 2, ...; 1..nodes()
   std::vector<std::int32_t> fileElement;  // number in the file of each element, from 1
   std::vector<std::int32_t> deckFlags;    // of a mesh deck: per unknown 1 free, 0 held; else empty

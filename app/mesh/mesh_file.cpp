@@ -7,10 +7,12 @@
 #include <string_view>
 
 #include "mesh/deck_reader.hpp"
-#include "system/failure.hpp"
-#include "system/input_file.hpp"
+#include "mesh/foreign_format.hpp"
 #include "mesh/obj_reader.hpp"
 #include "mesh/stl_reader.hpp"
+#include "system/failure.hpp"
+#include "system/file_identity.hpp"
+#include "system/input_file.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -46,6 +48,12 @@ bool isNamedStl(const std::string& path) {
   throw Failure(path + ": neither a Wavefront OBJ nor an STL file nor a mesh deck");
 }
 
+[[noreturn]] void refuseForeign(const std::string& path, ForeignFormat format) {
+  throw Failure(path + ": this is an " +
+                (format == ForeignFormat::abaqus ? "Abaqus input file" : "LS-DYNA keyword file") +
+                ", which is not read; write its shell elements, as triangles, into an OBJ or STL file");
+}
+
 // What is no text can only be an STL file, of the length that its head announces: gigabytes of something else
 // need not be read. length: -1 if it is not known.
 void checkHead(const std::string& path, const std::string& head, std::int64_t length) {
@@ -54,18 +62,26 @@ void checkHead(const std::string& path, const std::string& head, std::int64_t le
     refuse(path, head, static_cast<std::uint64_t>(length));
 }
 
+Mesh readContent(const std::string& content, const std::string& path) {
+  if (content.empty()) throw Failure(path + ": the file is empty");
+  // Some writers begin the title of a binary file with "solid": the exact length decides first.
+  if (looksLikeStlBinary(content)) return readStlBinary(content, path);
+  const ForeignFormat foreign = foreignFormat(content);  // their fourth lines may pass for that of a deck
+  if (foreign != ForeignFormat::none) refuseForeign(path, foreign);
+  if (looksLikeDeck(content)) return readDeck(content, path);
+  if (looksLikeStlText(content)) return readStlText(content, path);
+  if (looksLikeObj(content)) return readObj(content, path);
+  refuse(path, content, content.size());
+}
+
 }  // namespace
 
 Mesh readMeshFile(const std::string& path) {
   const std::string content = readInputFile(
       path, [&](const std::string& head, std::int64_t length) { checkHead(path, head, length); });
-  if (content.empty()) throw Failure(path + ": the file is empty");
-  // Some writers begin the title of a binary file with "solid": the exact length decides first.
-  if (looksLikeStlBinary(content)) return readStlBinary(content, path);
-  if (looksLikeDeck(content)) return readDeck(content, path);
-  if (looksLikeStlText(content)) return readStlText(content, path);
-  if (looksLikeObj(content)) return readObj(content, path);
-  refuse(path, content, content.size());
+  Mesh mesh = readContent(content, path);
+  mesh.identity = identityOf(path, content);
+  return mesh;
 }
 
 }  // namespace host

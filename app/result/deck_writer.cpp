@@ -47,10 +47,15 @@ struct RecordTaker {
 
 }  // namespace
 
+std::vector<std::string> deckPlaces(const std::string& path) {
+  if (path.empty()) return {};
+  return {path + ".part", path};  // the library lets the deck grow beside its place
+}
+
 void writeDeck(const std::string& path, const Part& part, const Hold& hold) {
   const std::vector<double> KNG = byColumns(part.points);
   const std::vector<std::int32_t> INTA = byColumns(part.corners);
-  const std::string unfinished = path + ".part";  // where the library lets the deck grow
+  const std::string unfinished = deckPlaces(path).front();
   removeOnSignal(unfinished);
   TornwalzenDeckError error;
   const std::int32_t kind = tornwalzenDeckWrite(path.c_str(), static_cast<std::int32_t>(part.nodes()),

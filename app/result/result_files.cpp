@@ -20,7 +20,7 @@ constexpr std::size_t bufferLength = std::size_t{1} << 16;  // bytes per write c
 
 FileWriter::FileWriter(const std::string& path, std::string shownPath)
     : shownPath_(std::move(shownPath)),
-      fd_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
+      fd_(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)) {
   if (fd_ < 0) fail(errno);
   buffer_.reserve(bufferLength);
 }
@@ -68,7 +68,11 @@ ResultFiles::~ResultFiles() {
 void ResultFiles::add(const std::string& name, const std::function<void(FileWriter&)>& content) {
   const std::string place = (std::filesystem::path(folder_) / name).string();
   // the process number keeps two runs into one folder apart
-  const std::string unfinished = place + "." + std::to_string(::getpid()) + ".unfinished";
+  const std::string beside = place + "." + std::to_string(::getpid());
+  std::string unfinished = beside + ".unfinished";
+  std::error_code error;  // a file of that name, whosever it is, stays
+  for (int k = 1; std::filesystem::exists(std::filesystem::symlink_status(unfinished, error)); ++k)
+    unfinished = beside + "." + std::to_string(k) + ".unfinished";
   if (!removeOnSignal(unfinished)) throw Failure("cannot write " + place + ": the path is too long");
   entries_.push_back({unfinished, place});
   FileWriter writer(unfinished, place);

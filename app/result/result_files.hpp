@@ -16,7 +16,7 @@ namespace host {
 // written.
 class FileWriter {
  public:
-  // Creates or empties the file `path`; `shownPath` is the name for messages.
+  // Creates the file `path`, which must not exist; `shownPath` is the name for messages.
   FileWriter(const std::string& path, std::string shownPath);
   ~FileWriter();
   FileWriter(const FileWriter&) = delete;

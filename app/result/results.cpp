@@ -34,7 +34,7 @@ void computeElements(const RunOutput& run, const std::vector<double>& partPoints
     const Vector flat =
         crossProduct(difference(results.blankPoints, j, i), difference(results.blankPoints, k, i));
     const double partArea = 0.5 * std::hypot(normal[0], normal[1], normal[2]), blankArea = 0.5 * flat[2];
-    const double ratio = blankArea > 0.0 ? blankArea / partArea : notANumber;
+    const double ratio = blankArea > 0.0 && results.developed ? blankArea / partArea : notANumber;
     results.partArea.push_back(partArea);
     results.blankArea.push_back(blankArea);
     results.thicknessRatio.push_back(ratio);
@@ -87,21 +87,37 @@ double boxSide(const Part& part, const std::vector<double>& points, std::size_t 
   return high - low;
 }
 
+Rectangle rectangleAround(const Part& part, const std::vector<double>& points) {
+  std::vector<PlanePoint> plane;
+  for (std::size_t n = 0; n < part.inTriangle.size(); ++n)
+    if (part.inTriangle[n]) plane.push_back({points[3 * n], points[3 * n + 1]});
+  return smallestRectangle(std::move(plane));
+}
+
+// Whether a run that ended so came as far as the increments.
+bool hasBlank(std::int32_t reason) {
+  return reason == TORNWALZEN_CONVERGED || reason == TORNWALZEN_STEP_TOO_SMALL ||
+         reason == TORNWALZEN_FINAL_UNCONVERGED || reason == TORNWALZEN_SOLVER_FAILED;
+}
+
 }  // namespace
 
 bool blankIsFinite(const RunOutput& run) {
   return std::all_of(run.RX.begin(), run.RX.end(), [](double position) { return std::isfinite(position); });
 }
 
-Results computeResults(const Part& part, const RunOutput& run) {
+Results computeResults(const Part& part, const RunOutput& run, const Unit& unit) {
   Results results;
+  results.developed = hasBlank(run.report.reason);
   for (std::size_t n = 0; n < run.RX.size(); n += 2)
-    results.blankPoints.insert(results.blankPoints.end(), {run.RX[n], run.RX[n + 1], 0.0});
+    results.blankPoints.insert(results.blankPoints.end(),
+                               {run.RX[n] / unit.millimetres, run.RX[n + 1] / unit.millimetres, 0.0});
   computeElements(run, part.points, results);
   findExtremes(results);
   computeNodes(part, run, results);
   results.blankSizeX = boxSide(part, results.blankPoints, 0);
   results.blankSizeY = boxSide(part, results.blankPoints, 1);
+  results.blankRectangle = rectangleAround(part, results.blankPoints);
   return results;
 }
 

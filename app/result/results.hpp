@@ -10,17 +10,22 @@
 #include <string>
 #include <vector>
 
-#include "run/library_run.hpp"
 #include "mesh/mesh_check.hpp"
+#include "result/smallest_rectangle.hpp"
+#include "result/unit.hpp"
+#include "run/library_run.hpp"
 
 namespace host {
 
 struct Results {
+  bool developed =
+      true;  // false: the run came to no blank; then there are no strains, and the blank below is
+             // what the development left
   // per element
   std::vector<double> partArea;         // square of the part's unit
   std::vector<double> blankArea;        // likewise; zero or negative: the element is folded over in the blank
-  std::vector<double> thicknessRatio;   // t / t0; NaN for a folded element
-  std::vector<double> thicknessStrain;  // ln(t / t0); NaN for a folded element
+  std::vector<double> thicknessRatio;   // t / t0; NaN for a folded element and without a blank
+  std::vector<double> thicknessStrain;  // ln(t / t0); likewise
   std::vector<double> minusTraceE;      // -(E11 + E22) of the library, dimensionless
   std::vector<double> density;          // of the library's potential, dimensionless
   std::vector<double> smallestAngle;    // degrees, of the part's triangle
@@ -30,12 +35,14 @@ struct Results {
   std::vector<double> nodeThicknessStrain;  // mean over the triangles around the node, weighed by part area
   // totals over the nodes in triangles
   double partAreaTotal = 0.0, blankAreaTotal = 0.0;  // square of the part's unit
-  double blankSizeX = 0.0, blankSizeY = 0.0;         // part's unit, sides of the box around the blank
-  std::int64_t thinnest = 0, thickest = 0;           // element numbers from 1, 0 if all are folded
-  std::int64_t folded = 0;                           // elements with no positive area in the blank
+  double blankSizeX = 0.0, blankSizeY = 0.0;  // part's unit, sides of the box along x and y around the blank
+  Rectangle blankRectangle;                   // part's unit, the smallest around the blank at any angle
+  std::int64_t thinnest = 0, thickest = 0;    // element numbers from 1, 0 if there is none
+  std::int64_t folded = 0;                    // elements with no positive area in the blank
 };
 
-Results computeResults(const Part& part, const RunOutput& run);
+// part: in the user's unit. run: in mm.
+Results computeResults(const Part& part, const RunOutput& run, const Unit& unit);
 
 // Whether every blank position is a finite number.
 bool blankIsFinite(const RunOutput& run);

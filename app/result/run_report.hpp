@@ -8,7 +8,7 @@
 #include "run/library_run.hpp"
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
-#include "command/run_settings.hpp"
+#include "run/run_settings.hpp"
 #include "result/unit.hpp"
 #include "result/verdict.hpp"
 

@@ -43,6 +43,14 @@ std::string settingsText(const RunSettings& settings) {
          decimal(settings.finalFactor) + "," + decimal(settings.pathFactor);
 }
 
+// What to compare a doubtful run with: the next tolerance on the way that was not tried yet, if there is one.
+std::string tighterRun(const RunSettings& settings) {
+  for (const double factor : {0.1, 0.01})
+    if (factor < settings.pathFactor)
+      return "--tolerance " + decimal(settings.finalFactor) + "," + decimal(factor);
+  return "a finer or more even mesh";
+}
+
 // A run may find its way back after increments that were taken as they were; but then it may also have ended
 // in another equilibrium, far from the blank.
 std::string convergedText(const RunReport& report) {
@@ -50,7 +58,12 @@ std::string convergedText(const RunReport& report) {
   const std::int32_t unconverged = report.run.report.accepted_unconverged;
   if (unconverged == 0) return "yes";
   return "yes, but " + counted(unconverged, "increment") +
-         " on the way did not; check the largest strain, and compare with --tolerance 0.001,0.1";
+         " on the way did not; check the largest strain, and compare with " + tighterRun(report.settings);
+}
+
+std::string rectangleText(const Rectangle& rectangle, int digits, const std::string& unit) {
+  return fixedDecimal(rectangle.length, digits) + " x " + fixedDecimal(rectangle.width, digits) + " " + unit +
+         " (smallest rectangle, its length at " + fixedDecimal(rectangle.angle, 1) + " degrees to x)";
 }
 
 std::string seconds(double value) {
@@ -59,12 +72,18 @@ std::string seconds(double value) {
 
 }  // namespace
 
+std::string inSummary(const std::string& text) {
+  return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace)).get<std::string>();
+}
+
 std::string summaryJson(const RunReport& report) {
   const Results& results = report.results;
   const TornwalzenReport& run = report.run.report;
   Json json;
   json["program"] = "tornwalzen " TORNWALZEN_VERSION;
   json["part"] = report.part.file;
+  json[partPathKey] = report.part.identity.path.empty() ? Json(nullptr) : Json(report.part.identity.path);
+  json[partHashKey] = report.part.identity.hash;
   json["converged"] = report.verdict.converged;
   json["reason"] = report.verdict.converged ? Json(nullptr) : Json(report.verdict.reason);
   json["material"] = report.settings.material;
@@ -84,14 +103,18 @@ std::string summaryJson(const RunReport& report) {
   json["matrix_entries"] = report.run.matrixEntries;
   const std::string& unit = report.unit.name;
   json["part_area_" + unit + "2"] = results.partAreaTotal;
-  json["blank_area_" + unit + "2"] = results.blankAreaTotal;
-  json["blank_size_x_" + unit] = results.blankSizeX;
-  json["blank_size_y_" + unit] = results.blankSizeY;
+  const auto known = [&](const Json& value) { return results.developed ? value : Json(nullptr); };
+  json["blank_area_" + unit + "2"] = known(results.blankAreaTotal);
+  json["blank_rectangle_length_" + unit] = known(results.blankRectangle.length);
+  json["blank_rectangle_width_" + unit] = known(results.blankRectangle.width);
+  json["blank_rectangle_angle_deg"] = known(results.blankRectangle.angle);
+  json["blank_size_x_" + unit] = known(results.blankSizeX);
+  json["blank_size_y_" + unit] = known(results.blankSizeY);
   json["thinnest"] = elementJson(report, results.thinnest);
   json["thickest"] = elementJson(report, results.thickest);
-  json["triangles_folded_in_blank"] = results.folded;
-  json["largest_equivalent_strain"] = run.largest_strain;
-  json["largest_strain_beyond_flow_curve"] = run.beyond_curve == 1;
+  json["triangles_folded_in_blank"] = known(results.folded);
+  json["largest_equivalent_strain"] = known(run.largest_strain);
+  json["largest_strain_beyond_flow_curve"] = known(run.beyond_curve == 1);
   json["runs"] = report.runs;
   json["increments"] = run.increments;
   json["repeated_increments"] = run.repeats;
@@ -121,15 +144,20 @@ std::string summaryTable(const RunReport& report) {
   };
   row("nodes", std::to_string(report.part.nodes()));
   row("triangles", std::to_string(report.part.elements()));
-  row("blank size", fixedDecimal(results.blankSizeX, digits) + " x " +
-                        fixedDecimal(results.blankSizeY, digits) + " " + unit);
-  row("blank area", fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "2 (part " +
-                        fixedDecimal(results.partAreaTotal, digits - 1) + " " + unit + "2)");
-  row("thinnest", elementText(report, results.thinnest));
-  row("thickest", elementText(report, results.thickest));
-  if (results.folded > 0) row("folded over", counted(results.folded, "triangle") + " of the blank");
-  row("largest strain", fixedDecimal(run.largest_strain, 4) + " (equivalent" +
-                            (run.beyond_curve == 1 ? ", BEYOND the data of the flow curve)" : ")"));
+  const std::string partArea = fixedDecimal(results.partAreaTotal, digits - 1) + " " + unit + "2";
+  if (results.developed) {
+    row("blank size", rectangleText(results.blankRectangle, digits, unit));
+    row("blank area",
+        fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "2 (part " + partArea + ")");
+    row("thinnest", elementText(report, results.thinnest));
+    row("thickest", elementText(report, results.thickest));
+    if (results.folded > 0) row("folded over", counted(results.folded, "triangle") + " of the blank");
+    row("largest strain", fixedDecimal(run.largest_strain, 4) + " (equivalent" +
+                              (run.beyond_curve == 1 ? ", BEYOND the data of the flow curve)" : ")"));
+  } else {
+    row("blank", "none");
+    row("part area", partArea);
+  }
   row("settings", settingsText(report.settings));
   row("increments", std::to_string(run.increments) + " (" + counted(run.repeats, "repeat") + ")");
   row("Newton iterations",

@@ -21,12 +21,8 @@ Part inMillimetres(const Part& part, const Unit& unit) {
   Part scaled = part;
   for (double& coordinate : scaled.points) coordinate *= unit.millimetres;
   scaled.size *= unit.millimetres;
+  scaled.unit = "mm";
   return scaled;
-}
-
-void convertBlanks(RunOutput& run, const Unit& unit) {
-  for (auto* blank : {&run.RX, &run.startingBlank})
-    for (double& position : *blank) position /= unit.millimetres;
 }
 
 std::string sizeWarning(const Part& part, const Unit& unit) {

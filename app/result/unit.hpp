@@ -1,11 +1,10 @@
 // The unit of the user's lengths. The library's tolerances are lengths in millimetres, so every run is made
-// in millimetres, and its results go back to the user's unit.
+// in millimetres, and the results (results.hpp) go back to the user's unit.
 #ifndef TORNWALZEN_APP_UNIT_HPP
 #define TORNWALZEN_APP_UNIT_HPP
 
 #include <string>
 
-#include "run/library_run.hpp"
 #include "mesh/mesh_check.hpp"
 
 namespace host {
@@ -20,9 +19,6 @@ Unit unitOf(const std::string& name);
 
 // The part with its lengths in millimetres.
 Part inMillimetres(const Part& part, const Unit& unit);
-
-// The blanks of the run from millimetres to the unit; what EVAL holds stays as it is.
-void convertBlanks(RunOutput& run, const Unit& unit);
 
 // A sentence for the user where the part is smaller than 5 mm or larger than 20 m in that unit, else empty.
 std::string sizeWarning(const Part& part, const Unit& unit);

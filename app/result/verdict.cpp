@@ -28,7 +28,8 @@ std::string flatPart() {
 }
 
 std::string stalledAtTheEnd(const TornwalzenReport& report) {
-  const std::string gradient = decimal(report.last_gradient), tolerance = decimal(report.gradient_limit);
+  const std::string gradient = decimal(report.last_gradient) + " mm",
+                    tolerance = decimal(report.gradient_limit) + " mm";
   if (report.last_gradient <= report.gradient_limit)
     return "the line search found no better blank in the last increment, which then does not count as "
            "converged, "
@@ -51,10 +52,7 @@ Verdict judge(const Part& part, const RunOutput& run) {
           "unknowns leave a part of the blank free, a triangle has collapsed, or memory ran out",
           exitRunFailed};
     case TORNWALZEN_NOT_DEVELOPED:
-      return {
-          false,
-          "the part could not be developed onto the plane: inverted triangles remained in the starting blank",
-          exitUnconverged};
+      return {false, "the part could not be developed onto the plane", exitUnconverged};
     case TORNWALZEN_STEP_TOO_SMALL:
       return {false,
               isFlat(part) ? flatPart()

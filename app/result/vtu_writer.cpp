@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <type_traits>
 #include <vector>
 
@@ -69,11 +70,17 @@ void writeCells(FileWriter& file, const RunReport& report) {
   file.write("</Cells>\n");
 }
 
-// Strains and flow stress of the elements, with the direction of the major strain in the shape that is
+TornwalzenElementStrain noStrain() {
+  constexpr double none = std::numeric_limits<double>::quiet_NaN();
+  return {none, none, {none, none}, {none, none, none}, none, none, none};
+}
+
+// Strains and flow stress of the elements (NaN where the run came to no blank), with the direction of the major strain in the shape that is
 // written.
 void writeStrains(FileWriter& file, const RunReport& report, Shape shape) {
   std::vector<double> major, minor, equivalent, stress, direction;
-  for (const TornwalzenElementStrain& strain : report.run.strains) {
+  for (TornwalzenElementStrain strain : report.run.strains) {
+    if (!report.results.developed) strain = noStrain();
     major.push_back(strain.major);
     minor.push_back(strain.minor);
     equivalent.push_back(strain.equivalent);
@@ -110,8 +117,8 @@ void writePointData(FileWriter& file, const RunReport& report) {
   std::vector<std::uint8_t> heldU, heldV;
   std::vector<std::int32_t> number;
   for (std::size_t k = 0; k < report.run.RX.size(); k += 2) {
-    u.push_back(report.run.RX[k]);
-    v.push_back(report.run.RX[k + 1]);
+    u.push_back(report.results.blankPoints[k / 2 * 3]);
+    v.push_back(report.results.blankPoints[k / 2 * 3 + 1]);
     heldU.push_back(report.hold.ARFA[k] == 0);
     heldV.push_back(report.hold.ARFA[k + 1] == 0);
     number.push_back(static_cast<std::int32_t>(k / 2) + 1);

@@ -30,7 +30,7 @@ bool isHeld(const Hold& hold, std::int64_t node, Axis axis) {
   return hold.ARFA[static_cast<std::size_t>(2 * node - 2 + axis)] == 0;
 }
 
-// The centroid of the surface seen from +z, in mm. Weighing by area makes it independent of the mesh density.
+// The centroid of the surface seen from +z, in the part's unit. Weighing by area makes it independent of the mesh density.
 std::array<double, 2> centroid(const Part& part) {
   double area = 0.0;
   std::array<double, 2> moment{};
@@ -108,7 +108,7 @@ void holdPlane(const Part& part, Axis axis, Hold& hold) {
   const std::string plane = axis == X ? "x" : "y";
   if (!any)
     throw Failure("--hold " + plane + "0: no node lies on the plane " + plane + " = 0; the nearest is " +
-                  decimal(nearest) + " mm away");
+                  decimal(nearest) + " " + part.unit + " away");
 }
 
 // Of the nodes held on the plane, the one nearest the centroid keeps its place along the plane too.
@@ -200,6 +200,12 @@ Hold holdUnknowns(const Part& part, const std::string& rule) {
         ++hold.held;
     }
   return hold;
+}
+
+std::string holdFile(const std::string& rule) {
+  for (const char* word : {"", "auto", "x0", "y0", "x0,y0", "y0,x0", "deck"})
+    if (rule == word) return "";
+  return rule;
 }
 
 std::string holdRule(const Part& part, const std::string& rule) {

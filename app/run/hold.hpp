@@ -31,6 +31,9 @@ struct Hold {
 // that stays free.
 Hold holdUnknowns(const Part& part, const std::string& rule);
 
+// The file that a rule names; empty: the rule is one of the words above.
+std::string holdFile(const std::string& rule);
+
 // The rule that is meant: an empty one is `deck` for a mesh deck and `auto` for all other parts.
 std::string holdRule(const Part& part, const std::string& rule);
 

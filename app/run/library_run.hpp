@@ -9,7 +9,7 @@
 #include "run/hold.hpp"
 #include "mesh/mesh_check.hpp"
 #include "run/progress_record.hpp"
-#include "command/run_settings.hpp"
+#include "run/run_settings.hpp"
 #include "tornwalzen_ext.h"
 
 namespace host {

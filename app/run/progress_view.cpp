@@ -21,9 +21,11 @@ std::string progressBar(int percent, int width) {
 void ProgressView::update(const ProgressRecord& record) {
   // the development's measure may rise for a while: its fraction is then negative
   const double fraction = std::isfinite(record.fraction()) ? std::clamp(record.fraction(), 0.0, 1.0) : 0.0;
-  const int percent = static_cast<int>(100.0 * fraction);
+  int percent = static_cast<int>(100.0 * fraction);
   if (record.phase() == RunPhase::increments) {
     if (record.steps() == shownSteps_) return;
+    if (shownSteps_ == 0) shownPercent_ = 0;
+    percent = std::max(percent, shownPercent_);  // an increment that is repeated goes back
   } else {
     const int step = terminal_ ? 1 : plainStep;
     if (shownPercent_ >= 0 && percent / step <= shownPercent_ / step) return;

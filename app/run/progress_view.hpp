@@ -17,7 +17,8 @@ class ProgressView {
   ProgressView& operator=(const ProgressView&) = delete;
 
   // To be called after each record. Prints only when there is news: a new increment, or in the development
-  // another tenth (terminal: another hundredth).
+  // another tenth (terminal: another hundredth). The percentage is the
+  // best of the phase so far: it never runs backwards.
   void update(const ProgressRecord& record);
   // Ends the line of the bar.
   void finish();

@@ -13,7 +13,7 @@ namespace host {
 using HeadCheck = std::function<void(const std::string& head, std::int64_t length)>;
 
 // The bytes of the file `path`. Throws Failure: not there, a folder, not readable, longer than the memory,
-// changed or cut off while it was read, a pipe that does not end; and what `check` throws.
+// changed or cut off while it was read, a pipe that does not end or that nobody opens to write for 3 s; and what `check` throws.
 std::string readInputFile(const std::string& path, const HeadCheck& check = {});
 
 }  // namespace host

@@ -30,10 +30,13 @@ fs::file_type typeOf(const char* path, bool asLink) noexcept {
 }  // namespace
 
 int32_t loadFile(const char* path, std::size_t limit, FileText& file, TornwalzenDeckError& error) {
+  // Asked before it is opened: to open a pipe would wait for somebody who writes into it.
+  const fs::file_type type = typeOf(path, false);
+  if (type != fs::file_type::regular && fs::exists(fs::file_status(type)))
+    return unreadable(error, "not a plain file");
   std::FILE* stream = std::fopen(path, "rb");
   if (stream == nullptr) return unreadable(error, std::strerror(errno));
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closing(stream, std::fclose);
-  if (typeOf(path, false) != fs::file_type::regular) return unreadable(error, "not a plain file");
   std::error_code ec;
   const std::uintmax_t size = fs::file_size(path, ec);
   if (ec) return unreadable(error, "its size is not known");

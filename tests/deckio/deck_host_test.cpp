@@ -1,5 +1,7 @@
 // Decks by name: read in two steps, written, read back to the same bits; and files that are none.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <bit>
 #include <chrono>
@@ -99,6 +101,15 @@ TEST_F(DeckHost, AFolderOrADeviceIsNoDeck) {
   EXPECT_EQ(take(path("")), TORNWALZEN_DECK_UNREADABLE);
   EXPECT_EQ(errorText(), path("") + ": cannot be read: not a plain file");
   EXPECT_EQ(take("/dev/zero"), TORNWALZEN_DECK_UNREADABLE);
+}
+
+TEST_F(DeckHost, APipeIsRefusedAtOnceThoughNobodyWritesIntoIt) {
+  ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+  alarm(20);  // a read that waits ends the test
+  EXPECT_EQ(take(path("pipe")), TORNWALZEN_DECK_UNREADABLE);
+  EXPECT_EQ(errorText(), path("pipe") + ": cannot be read: not a plain file");
+  EXPECT_EQ(tornwalzenDeckRecognise(path("pipe").c_str()), 0);
+  alarm(0);
 }
 
 TEST_F(DeckHost, DecksAreRecognisedByContent) {

@@ -29,4 +29,5 @@ byPkgConfig=$(LD_LIBRARY_PATH=$libdir "$scratch/c_host" | tail -n 1)
 echo "$byPkgConfig"
 
 [ "$byCmake" = "$byPkgConfig" ] || { echo 'the two hosts differ'; exit 1; }
+[ -e "$prefix/share/doc/tornwalzen/LICENSE" ] && [ -e "$prefix/share/doc/tornwalzen/licences.md" ]
 [ -e "$libdir/libtornwalzen.so" ] && [ -e "$prefix/include/tornwalzen.h" ]

@@ -108,6 +108,18 @@ TEST_F(SamplesProgram, ReadyCupIsWhatTheProgramMakes) {
   EXPECT_FALSE(ready >> b);
 }
 
+TEST_F(SamplesProgram, SmallNumbersOfTrianglesAreMetOrRefusedWithTheLeast) {
+  EXPECT_NE(run("s_rail --triangles 60 -o x.obj"), 0);
+  EXPECT_EQ(err, "tornwalzen_samples: s_rail takes at least 1104 triangles\n");
+  EXPECT_FALSE(fs::exists(folder / "x.obj"));
+  ASSERT_EQ(run("s_rail --triangles 1104 -o x.obj"), 0) << err;
+  EXPECT_EQ(out, "x.obj: 630 nodes, 1104 triangles\n");
+  ASSERT_EQ(run("half_pipe --triangles 60 -o x.obj"), 0) << err;
+  EXPECT_EQ(out, "x.obj: 44 nodes, 60 triangles\n");
+  EXPECT_NE(run("plate --triangles 1 -o x.obj"), 0);
+  EXPECT_EQ(err, "tornwalzen_samples: plate takes at least 2 triangles\n");
+}
+
 TEST_F(SamplesProgram, RefusesWithACause) {
   const auto refusal = [this](const std::string& arguments) {
     EXPECT_NE(run(arguments), 0) << arguments;

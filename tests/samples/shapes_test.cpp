@@ -154,6 +154,33 @@ TEST(Shapes, MeetTheWantedNumberOfTriangles) {
   }
 }
 
+// The least is what edges without limit give, so nothing below it can be had, and all above it up to whole rows.
+TEST(Shapes, StrictlyMeetSmallNumbersDownToTheLeast) {
+  for (const auto& info : shapes::catalogue()) {
+    for (const bool quarter : {false, true}) {
+      if (quarter && !info.hasQuarter) continue;
+      const int least = makeShape(info.name, {1e6, 0, 0, quarter}).triangles();
+      MeshChoice choice{0.0, least, 0, quarter, true};
+      EXPECT_NEAR(makeShape(info.name, choice).triangles(), least, 0.1 * least) << info.name;
+      choice.triangles = least / 2;
+      EXPECT_THROW(makeShape(info.name, choice), std::invalid_argument) << info.name;
+      for (choice.triangles = least; choice.triangles < 2000; choice.triangles += 97)
+        EXPECT_NEAR(makeShape(info.name, choice).triangles(), choice.triangles, 0.5 * choice.triangles)
+            << info.name;
+    }
+  }
+}
+
+// A number that is met without it is met by the same mesh.
+TEST(Shapes, StrictChangesNoMeshThatFits) {
+  for (const auto& info : shapes::catalogue()) {
+    MeshChoice choice{0.0, 5000};
+    const Sheet loose = makeShape(info.name, choice);
+    choice.strict = true;
+    EXPECT_EQ(makeShape(info.name, choice).knots, loose.knots) << info.name;
+  }
+}
+
 TEST(Shapes, FinerSizeGivesShorterEdges) {
   for (const auto& info : shapes::catalogue()) {
     EXPECT_GT(makeShape(info.name, {1.5}).triangles(), 3 * makeShape(info.name, {3.0}).triangles() / 2)

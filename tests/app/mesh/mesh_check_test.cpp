@@ -107,7 +107,29 @@ TEST(MeshCheck, RefusesSeveralPiecesAndSaysHowMany) {
   EXPECT_EQ(refused(mesh),
             "part: the mesh has 2 pieces that no edge joins; the largest has 2 of 3 triangles and contains "
             "element 2 "
-            "(--largest takes it alone)");
+            "(--largest takes it alone); their nearest borders are 4 mm apart");
+}
+
+// Every triangle of the square with corners of its own, a millionth apart.
+TEST(MeshCheck, OfUnjoinedTrianglesNoneIsTakenForThePart) {
+  Mesh mesh = makeMesh({0, 0, 0, 1, 0, 0, 1, 1, 0, 1e-6, 0, 0, 1, 1, 1e-6, 0, 1, 0}, {1, 2, 3, 4, 5, 6});
+  mesh.unit = "inch";
+  const std::string sentence =
+      "part: the mesh has 2 pieces that no edge joins, but node 1 (0, 0, 0) and node 4 (1e-06, 0, 0) of two "
+      "of "
+      "them are 1e-06 inch apart: the triangles are not joined. Merge the nodes along the seams in the "
+      "mesher or on "
+      "export, within a tolerance above that gap and below the shortest edge there, 1 inch";
+  EXPECT_EQ(refused(mesh), sentence);
+  EXPECT_EQ(refused(mesh, true), sentence);
+}
+
+// Two sheets of two triangles each, a millionth apart: the user may have one of them.
+TEST(MeshCheck, OfUnjoinedSheetsTheLargestMayBeTaken) {
+  const Mesh mesh = makeMesh({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1.000001, 0, 0, 2, 0, 0, 1.000001, 1, 0},
+                             {1, 2, 3, 1, 3, 4, 5, 6, 7});
+  EXPECT_THAT(refused(mesh), testing::HasSubstr("the triangles are not joined"));
+  EXPECT_EQ(refused(mesh, true), "(not refused)");
 }
 
 TEST(MeshCheck, TakesTheLargestPieceAndKeepsTheFilesNumbers) {
@@ -131,7 +153,8 @@ TEST(MeshCheck, FaultsOfDroppedPiecesDoNotMatter) {
 
 TEST(MeshCheck, PiecesThatShareOnlyANodeAreSeveral) {
   const std::vector<double> bowTie{0, 0, 0, -1, -1, 0, -1, 1, 0, 1, -1, 0, 1, 1, 0};
-  EXPECT_THAT(refused(makeMesh(bowTie, {1, 2, 3, 1, 4, 5})), testing::HasSubstr("has 2 pieces"));
+  EXPECT_THAT(refused(makeMesh(bowTie, {1, 2, 3, 1, 4, 5})),
+              testing::HasSubstr("; two of them touch in node 1 (0, 0, 0) alone"));
 }
 
 TEST(MeshCheck, TurnsTheMinorityOfTheTriangles) {

@@ -7,8 +7,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "app/program/program.hpp"
 #include "app/mesh/sample_meshes.hpp"
+#include "app/program/program.hpp"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -181,6 +181,17 @@ TEST(Deck, MayGoThroughPipes) {
   EXPECT_EQ(outcome.err, "/dev/stdin: 4 nodes, 2 triangles, 3 held unknowns\n");
 }
 
+TEST(Deck, APipeIntoWhichNobodyWritesDoesNotBlock) {
+  const ScratchFolder folder;
+  for (const char* arguments : {"solve pipe", "deck"}) {
+    const Outcome outcome =
+        shell(folder, "mkfifo pipe 2>&-; echo pipe | timeout 20 \"$TORNWALZEN\" " + std::string(arguments));
+    EXPECT_EQ(outcome.status, 1) << arguments;
+    EXPECT_EQ(outcome.err,
+              "tornwalzen: cannot read pipe: it is a pipe, and for 3 s nobody has opened it to write\n");
+  }
+}
+
 TEST(FlatBlankFile, HoldsTheBlankThatTheRunFound) {
   const ScratchFolder folder;
   folder.write("pipe.obj", halfPipeObj(8, 4));
@@ -211,6 +222,41 @@ TEST(FlatBlankFile, HoldsTheBlankThatTheRunFound) {
     EXPECT_EQ(nodeZ, 0.0);
   }
   EXPECT_EQ(compared, 45);
+}
+
+// The format is in millimetres. A part of 1/25.4 of the size, given in inches, is the same part.
+TEST(FlatBlankFile, IsInMillimetresWhateverTheUnitOfThePart) {
+  const ScratchFolder folder;
+  const std::string millimetres = halfPipeObj(8, 4);
+  folder.write("mm.obj", millimetres);
+  std::ostringstream inches;
+  inches.precision(17);
+  std::istringstream lines(millimetres);
+  for (std::string line; std::getline(lines, line);) {
+    double x = 0.0, y = 0.0, z = 0.0;
+    if (line[0] == 'v' && std::istringstream(line.substr(1)) >> x >> y >> z)
+      inches << "v " << x / 25.4 << " " << y / 25.4 << " " << z / 25.4 << "\n";
+    else
+      inches << line << "\n";
+  }
+  folder.write("inch.obj", inches.str());
+  ASSERT_EQ(tornwalzen(folder, "solve mm.obj --eben --eben-start --out mm").status, 0);
+  ASSERT_EQ(tornwalzen(folder, "solve inch.obj --unit inch --eben --eben-start --out inch").status, 0);
+  for (const char* name : {"eben.t51", "eben_start.t51"}) {
+    std::istringstream wanted(folder.read(std::string("mm/") + name)),
+        found(folder.read(std::string("inch/") + name));
+    std::string word, other;
+    while (wanted >> word) {
+      ASSERT_TRUE(found >> other);
+      char* end = nullptr;
+      const double value = std::strtod(word.c_str(), &end);
+      if (*end != '\0')
+        EXPECT_EQ(other, word);
+      else  // coordinates are rounded once more on their way through inches, then to six digits
+        EXPECT_NEAR(std::strtod(other.c_str(), nullptr), value, 2e-6 * std::max(1.0, std::abs(value)))
+            << name;
+    }
+  }
 }
 
 TEST(FlatBlankFile, ReadsBackAsADeck) {

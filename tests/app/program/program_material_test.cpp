@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "app/program/program.hpp"
 #include "app/mesh/sample_meshes.hpp"
+#include "app/program/program.hpp"
 
 using testing::HasSubstr;
 using testing::Not;

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/program/program.hpp"
 #include "app/mesh/sample_meshes.hpp"
+#include "app/program/program.hpp"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -39,11 +39,25 @@ const Damage damages[] = {
     {"TwoPieces", "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 5 0 0\nv 6 0 0\nv 5 1 0\nf 1 2 3\nf 4 5 6\n",
      "part.obj: the mesh has 2 pieces that no edge joins; the largest has 1 of 2 triangles and contains "
      "element 1 "
-     "(--largest takes it alone)"},
+     "(--largest takes it alone); their nearest borders are 4 mm apart"},
+    {"Unwelded", "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 0 0.001\nv 10 10 0\nv 0 10 0.002\nf 1 2 3\nf 4 5 6\n",
+     "part.obj: the mesh has 2 pieces that no edge joins, but node 2 (10, 0, 0) and node 4 (10, 0, 0.001) of "
+     "two "
+     "of them are 0.001 mm apart: the triangles are not joined. Merge the nodes along the seams in the "
+     "mesher or "
+     "on export, within a tolerance above that gap and below the shortest edge there, 10 mm"},
     {"Rubbish", "these are\nno coordinates\n",
      "part.obj: neither a Wavefront OBJ nor an STL file nor a mesh deck"},
     {"Empty", "", "part.obj: the file is empty"},
     {"NotANumber", "v 0 0 0\nv 1 o 0\n", "part.obj, line 2: node 2: \"o\" is not a number"},
+    {"Abaqus",
+     "*HEADING\nA tile\n*NODE\n1, 0., 0., 0.\n2, 1., 0., 0.\n3, 0., 1., 0.\n*ELEMENT, TYPE=S3\n1, 1, 2, 3\n",
+     "part.obj: this is an Abaqus input file, which is not read; write its shell elements, as triangles, "
+     "into "
+     "an OBJ or STL file"},
+    {"LsDyna", "*KEYWORD\n*NODE\n$ a comment\n       1             0.0             0.0             0.0\n",
+     "part.obj: this is an LS-DYNA keyword file, which is not read; write its shell elements, as triangles, "
+     "into an OBJ or STL file"},
     {"CutOffStl", "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0",
      "part.obj, line 5: a coordinate expected, found the end of the file"},
 };
@@ -100,6 +114,15 @@ TEST(Arguments, AMissingPartIsNamed) {
   const Outcome outcome = tornwalzen(folder, "solve none.obj");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err, "tornwalzen: cannot read none.obj: No such file or directory\n");
+}
+
+TEST(Arguments, ADistanceIsToldInTheUsersUnit) {
+  const ScratchFolder folder;
+  folder.write("part.obj", "v 0.1 0 0\nv 0.3 0 0\nv 0.1 0.2 0\nf 1 2 3\n");
+  const Outcome outcome = tornwalzen(folder, "solve part.obj --unit m --hold x0");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err,
+            "tornwalzen: --hold x0: no node lies on the plane x = 0; the nearest is 0.1 m away\n");
 }
 
 TEST(Arguments, AHoldThatDoesNotFitThePartIsRefused) {

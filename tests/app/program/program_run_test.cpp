@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "app/program/program.hpp"
 #include "app/mesh/sample_meshes.hpp"
+#include "app/program/program.hpp"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -193,6 +193,25 @@ TEST(Run, AFlatPlateWithAFlowCurveConvergesOrSaysWhyNot) {
     }
     EXPECT_NEAR(json["blank_area_mm2"], 1200.0, 1e-9 * 1200.0);
   }
+}
+
+// Walls of which one can only open where the other closes: the development gives up, but nothing is inverted.
+TEST(Run, APartThatCannotBeDevelopedIsToldByPlaceAndWithoutStrains) {
+  const ScratchFolder folder;
+  folder.write("part.obj",
+               "v 0 0 0\nv 10 0 0\nv 10 10 0\nv 0 10 0\nv 5.3 5 200\nf 4 1 5\nf 1 2 5\nf 2 3 5\n");
+  folder.write("held", "1\n2\n3\n4\n5\n6\n7\n8\n10\n");
+  const Outcome outcome = tornwalzen(folder, "solve part.obj --hold held --out results");
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_THAT(
+      outcome.out,
+      HasSubstr("converged           NO: the part could not be developed onto the plane: no triangle of "
+                "the starting blank is inverted, but element 1 at (1.767, 5.000, 66.667) mm stayed at 2.5 "
+                "% of its area, too close to a line; its nodes are held, so hold fewer unknowns there, or "
+                "try --hold auto\n"));
+  EXPECT_THAT(outcome.out, HasSubstr("\nblank               none\n"));
+  EXPECT_THAT(outcome.out, Not(HasSubstr("strain")));
+  EXPECT_TRUE(summaryOf(folder, "results")["thinnest"].is_null());
 }
 
 TEST(Run, VtkReadsTheGridsAsTheyWereMeant) {

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/program/program.hpp"
 #include "app/mesh/sample_meshes.hpp"
+#include "app/program/program.hpp"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -17,7 +17,7 @@ const std::set<std::string> allResults{"blank.obj", "blank.vtu", "part.vtu", "su
 // A run that is long enough to be interrupted: the signal is sent when the first increment is announced. The
 // shell lets background jobs ignore SIGINT; env sets that right.
 std::string interrupted(const std::string& signal) {
-  return "env --default-signal=INT \"$TORNWALZEN\" solve pipe.obj --out results 2>progress & run=$!\n"
+  return "env --default-signal=INT \"$TORNWALZEN\" solve pipe.obj --force --out results 2>progress & run=$!\n"
          "until grep -q increment progress; do kill -0 $run || exit 99; sleep 0.01; done\n"
          "kill -" +
          signal + " $run; wait $run";
@@ -67,7 +67,7 @@ TEST(Stress, AFullDiskIsToldAndLeavesNoHalfWrittenResults) {
   std::filesystem::create_directory(folder.file("results"));
   folder.write("results/summary.json", "of an earlier run");
   // files of at most 16 blocks of 512 bytes: blank.obj does not fit
-  const Outcome outcome = shell(folder, "ulimit -f 16; \"$TORNWALZEN\" solve pipe.obj --out results");
+  const Outcome outcome = shell(folder, "ulimit -f 16; \"$TORNWALZEN\" solve pipe.obj --force --out results");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.err, HasSubstr("\ntornwalzen: cannot write results/blank.obj: File too large\n"));
   EXPECT_THAT(folder.names("results"), ElementsAre("summary.json", "tornwalzen.log"));

@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <numbers>
 
 #include "app/run/sample_run.hpp"
 
@@ -52,7 +54,7 @@ TEST(SummaryTable, ShowsTheFiguresWithUnits) {
   EXPECT_EQ(summaryTable(sample.report()),
             "nodes               5\n"
             "triangles           2\n"
-            "blank size          1.00 x 1.00 mm\n"
+            "blank size          1.00 x 1.00 mm (smallest rectangle, its length at 0.0 degrees to x)\n"
             "blank area          1.0 mm2 (part 1.4 mm2)\n"
             "thinnest            element 2, t/t0 0.5774, thickness strain -0.5493\n"
             "thickest            element 1, t/t0 1.0000, thickness strain 0.0000\n"
@@ -84,15 +86,79 @@ TEST(SummaryTable, ShowsWhatTheUserShouldDoubt) {
   EXPECT_THAT(table, HasSubstr("Newton iterations   31 (in the last of 2 runs)\n"));
   EXPECT_THAT(table,
               HasSubstr("converged           yes, but 19 increments on the way did not; check the largest "
-                        "strain, and compare with --tolerance 0.001,0.1\n"));
+                        "strain, and compare with --tolerance 0.001,0.01\n"));
+}
+
+TEST(SummaryTable, AdvisesNoToleranceThatWasTriedAlready) {
+  SampleRun sample;
+  sample.run.report.accepted_unconverged = 1;
+  const auto advice = [&](double finalFactor, double pathFactor) {
+    sample.settings.finalFactor = finalFactor;
+    sample.settings.pathFactor = pathFactor;
+    const std::string table = summaryTable(sample.report());
+    const std::string lead = "compare with ";
+    const std::size_t at = table.find(lead);
+    return at == std::string::npos ? table : table.substr(at + lead.size());
+  };
+  EXPECT_EQ(advice(0.001, 1), "--tolerance 0.001,0.1\n");
+  EXPECT_EQ(advice(0.01, 0.5), "--tolerance 0.01,0.1\n");
+  EXPECT_EQ(advice(0.001, 0.1), "--tolerance 0.001,0.01\n");
+  EXPECT_EQ(advice(0.001, 0.01), "a finer or more even mesh\n");
+  EXPECT_EQ(advice(0.001, 0.001), "a finer or more even mesh\n");
+}
+
+TEST(Summary, ShowsTheSmallestRectangleAndItsAngle) {
+  SampleRun sample;
+  const double c = std::cos(0.5), s = std::sin(0.5);  // 28.6 degrees
+  sample.run.RX = {0, 0, 2 * c, 2 * s, 9, 9, 2 * c - s, 2 * s + c, -s, c};
+  sample.compute();
+  EXPECT_THAT(
+      summaryTable(sample.report()),
+      HasSubstr(
+          "blank size          2.00 x 1.00 mm (smallest rectangle, its length at 28.6 degrees to x)\n"));
+  const auto json = nlohmann::json::parse(summaryJson(sample.report()));
+  EXPECT_NEAR(json["blank_rectangle_length_mm"].get<double>(), 2.0, 1e-15);
+  EXPECT_NEAR(json["blank_rectangle_width_mm"].get<double>(), 1.0, 1e-15);
+  EXPECT_NEAR(json["blank_rectangle_angle_deg"].get<double>(), 0.5 * 180 / std::numbers::pi, 1e-13);
+  EXPECT_NEAR(json["blank_size_x_mm"].get<double>(), 2 * c + s, 1e-15);
+}
+
+TEST(Summary, OfAPartThatWasNotDevelopedHasNoStrains) {
+  for (const std::int32_t reason :
+       {TORNWALZEN_NOT_DEVELOPED, TORNWALZEN_REFUSED, TORNWALZEN_LEFTOVER_ERROR}) {
+    SampleRun sample;
+    sample.run.report.reason = reason;
+    sample.verdict = {false, "the reason", exitUnconverged};
+    sample.compute();
+    const std::string table = summaryTable(sample.report());
+    EXPECT_THAT(table, testing::StartsWith("nodes               5\n"
+                                           "triangles           2\n"
+                                           "blank               none\n"
+                                           "part area           1.4 mm2\n"
+                                           "settings "));
+    EXPECT_THAT(table, testing::Not(HasSubstr("strain")));
+    const auto json = nlohmann::json::parse(summaryJson(sample.report()));
+    for (const char* key :
+         {"blank_area_mm2", "blank_rectangle_length_mm", "blank_rectangle_width_mm",
+          "blank_rectangle_angle_deg", "blank_size_x_mm", "blank_size_y_mm", "thinnest", "thickest",
+          "triangles_folded_in_blank", "largest_equivalent_strain", "largest_strain_beyond_flow_curve"}) {
+      EXPECT_TRUE(json.contains(key)) << key;
+      EXPECT_TRUE(json[key].is_null()) << key;
+    }
+    EXPECT_TRUE(std::isnan(sample.results.thicknessStrain[1]));
+  }
 }
 
 TEST(Summary, SpeaksTheUsersUnit) {
   SampleRun sample;
   sample.unit = unitOf("inch");
-  EXPECT_THAT(summaryTable(sample.report()),
-              HasSubstr("blank size          1.0000 x 1.0000 inch\n"
-                        "blank area          1.000 inch2 (part 1.366 inch2)\n"));
+  for (double& position : sample.run.RX) position *= 25.4;  // the run is made in mm
+  sample.compute();
+  EXPECT_THAT(
+      summaryTable(sample.report()),
+      HasSubstr("blank size          1.0000 x 1.0000 inch (smallest rectangle, its length at 0.0 degrees to "
+                "x)\n"
+                "blank area          1.000 inch2 (part 1.366 inch2)\n"));
   const auto json = nlohmann::json::parse(summaryJson(sample.report()));
   EXPECT_EQ(json["unit"], "inch");
   EXPECT_EQ(json["blank_area_inch2"], 1.0);

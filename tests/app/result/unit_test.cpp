@@ -22,11 +22,12 @@ TEST(Units, PartGoesToMillimetresAndItsBlankBack) {
   EXPECT_EQ(part.points[6], 9.0 * 25.4);
   EXPECT_EQ(part.size, sample.part.size * 25.4);
   EXPECT_EQ(part.corners, sample.part.corners);
-  sample.run.startingBlank = {50.8};
-  sample.run.RX = {25.4, -12.7};
-  convertBlanks(sample.run, inch);
-  EXPECT_EQ(sample.run.RX, (std::vector<double>{1.0, -0.5}));
-  EXPECT_EQ(sample.run.startingBlank, std::vector<double>{2.0});
+  EXPECT_EQ(part.unit, "mm");
+  sample.unit = inch;
+  sample.run.RX = {25.4, -12.7, 0, 0, 0, 0, 0, 0, 0, 0};
+  sample.compute();
+  EXPECT_EQ(sample.results.blankPoints[0], 1.0);
+  EXPECT_EQ(sample.results.blankPoints[1], -0.5);
 }
 
 TEST(Units, UnusualSizesAreDoubted) {

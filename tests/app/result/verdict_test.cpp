@@ -57,7 +57,7 @@ TEST(Verdict, MissedToleranceAtTheEndTellsTheGradient) {
   sample.run.report.last_gradient = 0.05;
   sample.run.report.gradient_limit = 0.01;
   EXPECT_EQ(verdictOf(sample).reason,
-            "the gradient of the last increment stayed at 0.05, above its tolerance of 0.01");
+            "the gradient of the last increment stayed at 0.05 mm, above its tolerance of 0.01 mm");
 }
 
 TEST(Verdict, CollapsedLineSearchWithinTheToleranceIsNotCalledAMissedTolerance) {
@@ -67,7 +67,7 @@ TEST(Verdict, CollapsedLineSearchWithinTheToleranceIsNotCalledAMissedTolerance) 
   EXPECT_EQ(
       verdictOf(sample).reason,
       "the line search found no better blank in the last increment, which then does not count as converged, "
-      "although its gradient of 0.05 is within the tolerance of 0.1");
+      "although its gradient of 0.05 mm is within the tolerance of 0.1 mm");
 }
 
 TEST(Verdict, RefusedRunCarriesTheLibrarysText) {

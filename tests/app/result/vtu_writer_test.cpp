@@ -3,10 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "mesh/obj_reader.hpp"
-#include "result/obj_writer.hpp"
 #include "app/run/sample_run.hpp"
 #include "app/scratch_folder.hpp"
+#include "mesh/obj_reader.hpp"
+#include "result/obj_writer.hpp"
 
 using namespace host;
 using testing::HasSubstr;
@@ -41,6 +41,19 @@ TEST(Vtu, HoldsAllNodesAndTheTrianglesOfTheRun) {
   EXPECT_THAT(text, HasSubstr("Name=\"connectivity\" format=\"binary\">\n"
                               "GAAAAAAAAAAAAAAAAQAAAAMAAAAAAAAAAwAAAAQAAAA=\n"));
   EXPECT_THAT(text, Not(HasSubstr("NOT CONVERGED")));
+}
+
+TEST(Vtu, APartThatWasNotDevelopedHasNoStrains) {
+  SampleRun sample;
+  sample.run.report.reason = TORNWALZEN_NOT_DEVELOPED;
+  sample.compute();
+  const std::string text = written([&](FileWriter& file) { writeVtu(file, sample.report(), Shape::blank); });
+  // 16 bytes: two numbers that are none
+  for (const char* name : {"strain_major_log", "strain_minor_log", "strain_equivalent", "flow_stress_MPa",
+                           "thickness_strain_ln_Ablank_by_Apart", "thickness_ratio_Ablank_by_Apart"})
+    EXPECT_THAT(text, HasSubstr("Name=\"" + std::string(name) +
+                                "\" format=\"binary\">\nEAAAAAAAAAAAAAAAAAD4fwAAAAAAAPh/\n"))
+        << name;
 }
 
 TEST(Vtu, AnUnconvergedRunIsMarked) {

@@ -79,6 +79,24 @@ TEST(ProgressView, PrintsPlainLinesWhereThereIsNoTerminal) {
             "increment 1, 0 % of the part\nincrement 2, 100 % of the part\n");
 }
 
+TEST(ProgressView, NeverRunsBackwards) {
+  const std::string text = printed(false, [](ProgressRecord& record, ProgressView& view) {
+    for (const double fraction : {0.0, 0.95}) {
+      tellFraction(record, fraction);
+      view.update(record);
+    }
+    for (const double fraction :
+         {0.25, 0.75, 0.5, 0.7, 0.875}) {  // the second increment failed and was repeated
+      tellIncrement(record, fraction);
+      view.update(record);
+    }
+  });
+  EXPECT_EQ(text,
+            "developing the part 0 %\ndeveloping the part 95 %\nincrement 1, 25 % of the part\n"
+            "increment 2, 75 % of the part\nincrement 3, 75 % of the part\nincrement 4, 75 % of the part\n"
+            "increment 5, 87 % of the part\n");
+}
+
 TEST(ProgressView, RedrawsOneLineOnATerminal) {
   const std::string text = printed(true, [](ProgressRecord& record, ProgressView& view) {
     tellIncrement(record, 0.5);

@@ -2,13 +2,13 @@
 #ifndef TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
 #define TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
 
-#include "run/hold.hpp"
-#include "run/library_run.hpp"
+#include "run/run_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
 #include "result/run_report.hpp"
-#include "command/run_settings.hpp"
 #include "result/unit.hpp"
+#include "run/hold.hpp"
+#include "run/library_run.hpp"
 
 struct SampleRun {
   host::Part part;
@@ -48,7 +48,7 @@ struct SampleRun {
                    {0.2, 0, {0, 1}, {0, 0, 1}, -0.2, 0.25, 500}};
     compute();
   }
-  void compute() { results = host::computeResults(part, run); }
+  void compute() { results = host::computeResults(part, run, unit); }
   host::RunReport report() const {
     return {part, hold, run, results, verdict, settings, runs, unit, "auto", "out"};
   }

@@ -1,4 +1,4 @@
-#include "command/run_settings.hpp"
+#include "command/chosen_settings.hpp"
 
 #include <gtest/gtest.h>
 

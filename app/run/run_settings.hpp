@@ -1,11 +1,10 @@
-// What the user chose for the run beside the part: material, anisotropy, reference of the energy, tolerances.
+// What a run of the library is made with beside the part: material, anisotropy, reference of the energy,
+// tolerances.
 #ifndef TORNWALZEN_APP_RUN_SETTINGS_HPP
 #define TORNWALZEN_APP_RUN_SETTINGS_HPP
 
 #include <string>
 #include <vector>
-
-#include "command/arguments.hpp"
 
 namespace host {
 
@@ -23,9 +22,6 @@ struct RunSettings {
   double finalFactor = 1e-3, pathFactor = 1.0;  // of the gradient tolerance, at the end and before
   bool mayRepeat = true;  // repeat a run that does not converge with a smaller pathFactor
 };
-
-// Reads the texts of the options, the curve's file included. Throws Failure, which names option and cause.
-RunSettings settingsOf(const SolveOptions& options);
 
 // Brings the library to the state after loading and sets what was chosen. Throws Failure with the library's
 // own words where it refuses.

@@ -1,10 +1,9 @@
 // From the texts of the options to the library's settings; see the header.
-#include "command/run_settings.hpp"
+#include "command/chosen_settings.hpp"
 
-#include "system/failure.hpp"
 #include "command/flow_curve.hpp"
+#include "system/failure.hpp"
 #include "system/text.hpp"
-#include "tornwalzen_ext.h"
 
 namespace host {
 
@@ -19,10 +18,6 @@ void readTolerance(const std::string& text, RunSettings& settings) {
   if (!readReal(text.substr(0, comma), settings.finalFactor) ||
       (comma != std::string::npos && !readReal(text.substr(comma + 1), settings.pathFactor)))
     throw Failure("--tolerance wants FINAL or FINAL,PATH, not \"" + shown(text) + "\"");
-}
-
-void expectAccepted(int code, const std::string& option) {
-  if (code != TORNWALZEN_OK) throw Failure(option + ": " + tornwalzen_error_text(code, 1));
 }
 
 }  // namespace
@@ -42,18 +37,6 @@ RunSettings settingsOf(const SolveOptions& options) {
   if (!options.law.empty()) settings.curve = hardeningLaw(options.law);
   applySettings(settings);  // refused before anything is computed
   return settings;
-}
-
-void applySettings(const RunSettings& settings) {
-  expectAccepted(tornwalzen_reset(), "reset");
-  const FlowCurve& curve = settings.curve;
-  if (!curve.strain.empty())
-    expectAccepted(tornwalzen_set_flow_curve(settings.material, static_cast<int>(curve.strain.size()),
-                                             curve.strain.data(), curve.stress.data()),
-                   curve.source);
-  expectAccepted(tornwalzen_set_normal_anisotropy(settings.r), "--r");
-  expectAccepted(tornwalzen_set_energy_reference(settings.partReference ? 1 : 0), "--energy");
-  expectAccepted(tornwalzen_set_tolerance_factors(settings.finalFactor, settings.pathFactor), "--tolerance");
 }
 
 }  // namespace host

@@ -1,0 +1,15 @@
+// The run's settings that the user chose on the command line.
+#ifndef TORNWALZEN_APP_CHOSEN_SETTINGS_HPP
+#define TORNWALZEN_APP_CHOSEN_SETTINGS_HPP
+
+#include "command/arguments.hpp"
+#include "run/run_settings.hpp"
+
+namespace host {
+
+// Reads the texts of the options, the curve's file included. Throws Failure, which names option and cause.
+RunSettings settingsOf(const SolveOptions& options);
+
+}  // namespace host
+
+#endif
