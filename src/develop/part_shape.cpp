@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "develop/unfold_geometry.hpp"
+#include "ground/triangle.hpp"
 
 namespace tornwalzen {
 
@@ -31,10 +32,6 @@ Spatial unit(const Spatial& p) {
   const double l = length(p);
   return {p.x / l, p.y / l, p.z / l};
 }
-Spatial cross(const Spatial& p, const Spatial& q) {
-  return {p.y * q.z - p.z * q.y, p.z * q.x - p.x * q.z, p.x * q.y - p.y * q.x};
-}
-
 Spatial partPoint(const DriverArrays& a, Int e, Int corner) {
   const Int n = a.INTA(e, corner);
   return {a.KNG(n, 1), a.KNG(n, 2), a.KNG(n, 3)};
@@ -61,8 +58,8 @@ void measureAngles(Analysis& run, const DriverArrays& a, Int& sharp) {
 void measureAreas(Analysis& run, const DriverArrays& a) {
   run.atot = 0.0;
   for (Int e = 1; e <= run.nele; ++e) {
-    const Spatial pi = partPoint(a, e, 1), pj = partPoint(a, e, 2), pk = partPoint(a, e, 3);
-    a.ELG(e, 5) = 0.5 * length(cross(pi - pj, pi - pk));
+    const Spatial pi = partPoint(a, e, 1), P = partPoint(a, e, 2) - pi, Q = partPoint(a, e, 3) - pi;
+    a.ELG(e, 5) = 0.5 * twiceArea({P.x, P.y, P.z}, {Q.x, Q.y, Q.z});
     run.atot += a.ELG(e, 5);
   }
 }

@@ -7,6 +7,7 @@
 #include "driver/driver_report.hpp"
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
+#include "element/assembly.hpp"
 #include "element/element_strains.hpp"
 #include "ground/progress.hpp"
 #include "sparse/factor_statistics.hpp"

@@ -5,7 +5,6 @@
 
 #include "driver/line_search.hpp"
 #include "element/assembly.hpp"
-#include "element/element.hpp"
 #include "sparse/phases.hpp"
 
 namespace tornwalzen {
@@ -58,10 +57,6 @@ void imposeHeldUnknowns(Analysis& run, const DriverArrays& a) {
         if (a.ARFA(a.ROWI(k)) == heldFlag) a.SYSM(k) = 0.0;
     }
   }
-}
-
-void energySum(Analysis& run, double& EN, const DriverArrays& a) {
-  measureElements(run, a.INTA, a.RX, a.KNZ, FlowCurve(run), EN, a.ELG);
 }
 
 }  // namespace tornwalzen

@@ -18,8 +18,4 @@ void newtonStep(Analysis& run, double& EN, const DriverArrays& a);
 /// a.ARFA, a.COLS, a.ROWI: in. a.SYSM, a.RR: inout.
 void imposeHeldUnknowns(Analysis& run, const DriverArrays& a);
 
-/// Sum of the element potentials, which also writes columns 1 and 2 of a.ELG. EN: out (mm²).
-/// a.INTA, a.RX, a.KNZ, FC: in. At a degenerate element `ierrel` = -1 and EN keeps the sum so far.
-void energySum(Analysis& run, double& EN, const DriverArrays& a);
-
 }  // namespace tornwalzen

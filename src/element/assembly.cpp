@@ -102,16 +102,9 @@ double residualNorm(Vector<const Int> ARFA, Vector<const double> RR) {
   return largest;
 }
 
-}  // namespace
-
-void assemble(Analysis& run, Int mode, const DriverArrays& a) {
-  const bool withMatrix = mode == residualAndMatrix;
-  for (Int i = 1; i <= run.neq; ++i) a.RR(i) = 0.0;
-  if (withMatrix) {
-    for (Int p = 1; p <= run.solver.nsysm; ++p) a.SYSM(p) = 0.0;
-    for (Int i = 1; i <= run.neq; ++i) a.TEMP(i) = 0.0;
-  }
-
+/// One pass over all triangles in order: their gradients and, withMatrix, their tangents. At the first degenerate
+/// element `ierrel` is set and the pass ends.
+void addElements(Analysis& run, bool withMatrix, const DriverArrays& a) {
   const FlowCurve CURVE(run);
   const TangentPlaces places(a.COLS, a.ROWI, a.SYSM);
   const ElementSums sums{a, places, withMatrix};
@@ -127,12 +120,50 @@ void assemble(Analysis& run, Int mode, const DriverArrays& a) {
     const Int last = e + laneCount - 1 < run.nele ? e + laneCount - 1 : run.nele;
     for (; e <= last; ++e) {
       double potential, GRADIENT[6], AMAT[36];
-      elementRoutine(run, e, mode, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
+      elementRoutine(run, e, withMatrix ? 1 : 0, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
       if (failed(run.ierrel)) return;
       sums.add<1>(e, GRADIENT, AMAT);
     }
   }
+}
+
+/// The potentials of all triangles in order, with columns 1 and 2 of the element table.
+void addElementEnergy(Analysis& run, const DriverArrays& a, double& EN) {
+  double sum;
+  measureElements(run, a.INTA, a.RX, a.KNZ, FlowCurve(run), sum, a.ELG);
+  EN += sum;
+}
+
+/// Everything that adds to the total potential: its energy, its share of residual and tangent. A force with a potential
+/// or a load is one row more.
+struct PotentialTerm {
+  void (*derivatives)(Analysis& run, bool withMatrix, const DriverArrays& a);
+  void (*energy)(Analysis& run, const DriverArrays& a, double& EN);
+};
+constexpr PotentialTerm terms[] = {{addElements, addElementEnergy}};
+
+}  // namespace
+
+void assemble(Analysis& run, Int mode, const DriverArrays& a) {
+  const bool withMatrix = mode == residualAndMatrix;
+  for (Int i = 1; i <= run.neq; ++i) a.RR(i) = 0.0;
+  if (withMatrix) {
+    for (Int p = 1; p <= run.solver.nsysm; ++p) a.SYSM(p) = 0.0;
+    for (Int i = 1; i <= run.neq; ++i) a.TEMP(i) = 0.0;
+  }
+  for (const PotentialTerm& term : terms) {
+    term.derivatives(run, withMatrix, a);
+    if (failed(run.ierrel)) return;
+  }
   run.maxgrad = residualNorm(a.ARFA, a.RR);
+}
+
+void energySum(Analysis& run, double& EN, const DriverArrays& a) {
+  EN = 0.0;
+  for (const PotentialTerm& term : terms) {
+    term.energy(run, a, EN);
+    if (failed(run.ierrel)) return;
+  }
 }
 
 }  // namespace tornwalzen

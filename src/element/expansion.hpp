@@ -121,4 +121,33 @@ void weighedHessian(const KinematicsOf<Real>& K, DensityOf<Real> F, Real A, Real
   expandHessian(EDGE, HESSIAN);
 }
 
+/// What one element gives, for one element or one per lane.
+template <class Real>
+struct ElementOf {
+  Real potential;    // mm²
+  Real phi, strain;  // density and -(E11 + E22) (dimensionless), with Order::value alone
+  Real gradient[6];  // mm, with Order::gradient and above
+  Real hessian[36];  // dimensionless, with Order::hessian
+};
+
+/// The element from its kinematics and density. weighed: with the weight A (mm²) in place of twice the blank's area.
+template <Order order, bool weighed, class Real>
+void expandElement(const KinematicsOf<Real>& K, const DensityOf<Real>& F, [[maybe_unused]] Real A,
+                   ElementOf<Real>& E) {
+  if constexpr (weighed)
+    E.potential = A * F.phi;
+  else
+    E.potential = K.D * F.phi;
+  if constexpr (order == Order::value) {
+    E.phi = F.phi;
+    E.strain = -(0.5 * (K.C11 - 1.0) + 0.5 * (K.C22 - 1.0));
+  } else if constexpr (weighed) {
+    weighedGradient(K, F, A, E.gradient);
+    if constexpr (order == Order::hessian) weighedHessian(K, F, A, E.hessian);
+  } else {
+    potentialGradient(K, F, E.gradient);
+    if constexpr (order == Order::hessian) potentialHessian(K, F, E.hessian);
+  }
+}
+
 }  // namespace tornwalzen

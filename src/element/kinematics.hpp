@@ -12,9 +12,8 @@
 //   δC = -(C·G + Gᵀ·C),   δN = -N·G,   δD = D·tr G.
 #pragma once
 
-#include <cmath>
-
 #include "ground/array_view.hpp"
+#include "ground/triangle.hpp"
 
 namespace tornwalzen {
 
@@ -81,8 +80,7 @@ inline double twicePartArea(Int n1, Int n2, Int n3, Table<const double> KNZ) {
     P[i] = KNZ(n2, i + 1) - KNZ(n1, i + 1);
     Q[i] = KNZ(n3, i + 1) - KNZ(n1, i + 1);
   }
-  const double nx = P[1] * Q[2] - P[2] * Q[1], ny = P[2] * Q[0] - P[0] * Q[2], nz = P[0] * Q[1] - P[1] * Q[0];
-  return std::sqrt(nx * nx + ny * ny + nz * nz);
+  return twiceArea(P, Q);
 }
 
 }  // namespace tornwalzen

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "ground/triangle.hpp"
+
 namespace tornwalzen {
 
 PrincipalStrains principalStrains(const double (&P)[3], const double (&Q)[3], const double (&p)[2],
@@ -17,8 +19,7 @@ PrincipalStrains principalStrains(const double (&P)[3], const double (&Q)[3], co
   const double C11 = a[0] * a[0] + a[1] * a[1] + a[2] * a[2];
   const double C22 = b[0] * b[0] + b[1] * b[1] + b[2] * b[2];
   const double C12 = a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-  const double nx = P[1] * Q[2] - P[2] * Q[1], ny = P[2] * Q[0] - P[0] * Q[2], nz = P[0] * Q[1] - P[1] * Q[0];
-  const double det = (nx * nx + ny * ny + nz * nz) * (scale * scale);
+  const double det = squaredTwiceArea(P, Q) * (scale * scale);
 
   const double m = 0.5 * (C11 + C22), d = 0.5 * (C11 - C22), r = std::sqrt(d * d + C12 * C12);
   const double major = m + r, minor = det / major;

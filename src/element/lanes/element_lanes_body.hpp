@@ -76,27 +76,17 @@ void evaluateLanes(const LaneCurve& curve, LaneBatch& b) {
     DensityOf<Lanes> F;
     densityOfMetric<order>(
         K.C11, K.C22, K.C12, curve.weights, [&](Lanes strain) { return laneStress(curve, strain); }, F);
-    const Lanes weight = weighed ? load(b.WEIGHT + l) : K.D;
-    store(b.POTENTIAL + l, weight * F.phi);
+    ElementOf<Lanes> E;
+    expandElement<order, weighed>(K, F, weighed ? load(b.WEIGHT + l) : Lanes{}, E);
+    store(b.POTENTIAL + l, E.potential);
     if constexpr (order == Order::value) {
-      store(b.PHI + l, F.phi);
-      store(b.STRAIN + l, -(0.5 * (K.C11 - 1.0) + 0.5 * (K.C22 - 1.0)));
-      continue;
+      store(b.PHI + l, E.phi);
+      store(b.STRAIN + l, E.strain);
+    } else {
+      for (int k = 0; k < 6; ++k) store(b.GRADIENT[k] + l, E.gradient[k]);
     }
-    Lanes gradient[6];
-    if constexpr (weighed)
-      weighedGradient(K, F, weight, gradient);
-    else
-      potentialGradient(K, F, gradient);
-    for (int k = 0; k < 6; ++k) store(b.GRADIENT[k] + l, gradient[k]);
-    if constexpr (order == Order::hessian) {
-      Lanes hessian[36];
-      if constexpr (weighed)
-        weighedHessian(K, F, weight, hessian);
-      else
-        potentialHessian(K, F, hessian);
-      for (int k = 0; k < 36; ++k) store(b.HESSIAN[k] + l, hessian[k]);
-    }
+    if constexpr (order == Order::hessian)
+      for (int k = 0; k < 36; ++k) store(b.HESSIAN[k] + l, E.hessian[k]);
   }
 }
 
