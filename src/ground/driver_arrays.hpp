@@ -16,7 +16,7 @@ struct DriverArrays {
   Vector<double> RR;        //  7 residual (negative gradient), neq
   Vector<double> RB;        //  8 direction of the development, correction of the Newton step (mm), neq
   Vector<double> RX;        //  9 blank positions (mm), neq: u of node n at 2n-1, v at 2n
-  Vector<double> TEMP;      // 10 scatter vector of the assembly, neq, all zero between columns
+  Vector<double> TEMP;      // 10 neq; the assembly of the tangent sets it to zero
   Table<const double> KNG;  // 11 the formed part (mm), maxkno × 3
   Table<double> KNZ;        // 12 target geometry of the increment (mm), maxkno × 3
   Table<double> KNA;        // 13 starting blank (mm), maxkno × 3; column 3 is never touched
