@@ -2,6 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 
@@ -19,9 +21,16 @@ class OwnArray {
   [[nodiscard]] bool allocate(Int64 length) {
     first_.reset();
     length_ = 0;
+    if (length > static_cast<Int64>(PTRDIFF_MAX / sizeof(T))) return false;  // what `new` would throw at
     first_.reset(new (std::nothrow) T[static_cast<std::size_t>(std::max<Int64>(length, 1))]);
     if (first_) length_ = length;
     return first_ != nullptr;
+  }
+  /// The same, with every element `value`.
+  [[nodiscard]] bool allocate(Int64 length, T value) {
+    if (!allocate(length)) return false;
+    fill(value);
+    return true;
   }
   /// Changes the length and keeps what both have. False without memory: the array is then as it was.
   [[nodiscard]] bool resize(Int64 length) {
@@ -41,6 +50,7 @@ class OwnArray {
   Int64 length() const { return length_; }
   T* data() { return first_.get(); }
   const T* data() const { return first_.get(); }
+  Vector<const T> vector() const { return {name_, first_.get(), length_}; }
   Vector<T> vector() { return {name_, first_.get(), length_}; }
   /// As a table of `columns` columns.
   Table<T> table(Int64 columns) { return {name_, first_.get(), length_ / columns, columns}; }
