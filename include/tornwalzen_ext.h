@@ -56,7 +56,15 @@ enum {
   TORNWALZEN_SHORT_REPORT = -15,
   TORNWALZEN_BAD_COUNT = -16, /* of nodes or elements */
   TORNWALZEN_BAD_NODE = -17,  /* a node number outside 1..nn */
-  /* -18 to -24: what cannot have a blank */
+  /* What is no sheet and has no blank: */
+  TORNWALZEN_CLOSED_SURFACE = -18,    /* no boundary */
+  TORNWALZEN_SEVERAL_PIECES = -19,    /* that do not hang together */
+  TORNWALZEN_HANDLE = -20,            /* as a torus with a hole has one */
+  TORNWALZEN_PINCHED_NODE = -21,      /* parts of the sheet touch in one node only */
+  TORNWALZEN_EDGE_OF_THREE = -22,     /* an edge of more than two triangles */
+  TORNWALZEN_MIXED_ORIENTATION = -23, /* neighbours that are turned opposite ways */
+  TORNWALZEN_REPEATED_NODE = -24,     /* a triangle with a node twice */
+  /* Other refusals: */
   TORNWALZEN_STRESS_TOO_LARGE = -25, /* above 20,000 MPa: Pa were given */
   TORNWALZEN_COORDINATE_NOT_FINITE = -26,
   TORNWALZEN_BAD_FIRST_INDEX = -27,

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "driver/load_path.hpp"
+#include "ground/refusal.hpp"
 #include "material/equivalent_strain.hpp"
 #include "parts.hpp"
 #include "refusals.hpp"
@@ -158,9 +159,38 @@ TEST_F(Options, TextsOfUnknownCodesAndOfOtherRefusals) {
                "the normal anisotropy r is x, it must be positive and finite");
   EXPECT_STREQ(tornwalzen_error_text(TORNWALZEN_BAD_TOLERANCE, 0),
                "Toleranzfaktor n ist x, er muss groesser als 0 und hoechstens 1 sein");
-  for (int code = TORNWALZEN_BAD_NODE; code < 0; ++code) {
+  for (int code = TORNWALZEN_BAD_SELECTOR_OF_LAW; code < 0; ++code) {
     EXPECT_EQ(std::strncmp(tornwalzen_error_text(code, 1), "unknown", 7) == 0, false) << code;
     EXPECT_EQ(std::strncmp(tornwalzen_error_text(code, 0), "unbekannt", 9) == 0, false) << code;
+  }
+}
+
+TEST_F(Options, TextsOfPartsThatAreNoSheet) {
+  const struct {
+    int code;
+    const char *german, *english;
+  } texts[] = {
+      {TORNWALZEN_CLOSED_SURFACE,
+       "das Teil ist eine geschlossene Flaeche aus 7 Dreiecken: ohne Rand keine Platine",
+       "the part is a closed surface of 7 triangles: without a boundary there is no blank"},
+      {TORNWALZEN_SEVERAL_PIECES,
+       "das Teil besteht aus 7 getrennten Stuecken, Dreieck 3 liegt nicht im groessten",
+       "the part consists of 7 separate pieces, triangle 3 is not in the largest one"},
+      {TORNWALZEN_HANDLE, "das Teil hat Henkel (7): es laesst sich nicht in die Ebene legen",
+       "the part has handles (7): it cannot be laid into the plane"},
+      {TORNWALZEN_PINCHED_NODE, "in Knoten 3 haengt das Blech nur an einem Punkt zusammen (solche Knoten: 7)",
+       "at node 3 the sheet hangs together by a point alone (nodes like this: 7)"},
+      {TORNWALZEN_EDGE_OF_THREE, "die Kante zwischen den Knoten 3 und 7 gehoert zu mehr als zwei Dreiecken",
+       "the edge between nodes 3 and 7 belongs to more than two triangles"},
+      {TORNWALZEN_MIXED_ORIENTATION,
+       "die beiden Dreiecke an der Kante zwischen den Knoten 3 und 7 sind verschieden herum orientiert",
+       "the two triangles at the edge between nodes 3 and 7 are turned opposite ways"},
+      {TORNWALZEN_REPEATED_NODE, "Dreieck 3 nennt den Knoten 7 zweimal", "triangle 3 names node 7 twice"},
+  };
+  for (const auto& text : texts) {
+    tornwalzen::refuse(run.refusal, text.code, 3, 7.0);
+    EXPECT_STREQ(tornwalzen_error_text(text.code, 0), text.german);
+    EXPECT_STREQ(tornwalzen_error_text(text.code, 1), text.english);
   }
 }
 
