@@ -6,13 +6,20 @@
 
 namespace {
 bool refused = false;
-}
+int left = 0;      // requests that are still granted
+int refusals = 0;  // since the last NoMemory began
+}  // namespace
 
-hostile::NoMemory::NoMemory() {
+hostile::NoMemory::NoMemory(int granted) {
   refused = true;
+  left = granted;
+  ::refusals = 0;
 }
 hostile::NoMemory::~NoMemory() {
   refused = false;
+}
+int hostile::NoMemory::refusals() const {
+  return ::refusals;
 }
 
 void* operator new(std::size_t length) {
@@ -23,7 +30,11 @@ void* operator new[](std::size_t length) {
   return operator new(length);
 }
 void* operator new(std::size_t length, const std::nothrow_t&) noexcept {
-  return refused ? nullptr : std::malloc(length > 0 ? length : 1);
+  if (refused && left-- <= 0) {
+    ++refusals;
+    return nullptr;
+  }
+  return std::malloc(length > 0 ? length : 1);
 }
 void* operator new[](std::size_t length, const std::nothrow_t& tag) noexcept {
   return operator new(length, tag);
