@@ -8,7 +8,6 @@
 #include <array>
 
 #include "element/map_sum.hpp"
-#include "ground/run_options.hpp"
 #include "material/flow_curve.hpp"
 
 namespace tornwalzen {

@@ -25,6 +25,8 @@ struct RunOptions {
   bool partReference = false;   // weigh the density with the target triangle's area instead of the blank's
   double finalTolerance = 1.0;  // factor of the gradient tolerance of the final increment
   double pathTolerance = 1.0;   // factor of the gradient tolerance of the increments before it
+  bool surePath = false;        // straight to the equilibrium instead of load increments
+  bool patchStart = false;      // the sure path starts from the largest flat patch alone
 };
 
 }  // namespace tornwalzen

@@ -19,7 +19,8 @@ enum class RunEnd : Int {
   stepTooSmall = 6,
   finalUnconverged = 7,  // the final increment stalled at the smallest step
   solverFailed = 8,
-  stoppedByHost = 9
+  stoppedByHost = 9,
+  gaveUp = 10  // the sure path: the fatal text says why
 };
 
 constexpr int fatalTextLength = 160;
@@ -44,6 +45,17 @@ struct RunRecord {
   double largestMeasure = 0.0;  // worst unfolding measure at its end (dimensionless)
   double largestStrain = 0.0;   // equivalent strain
   bool beyondCurve = false;     // does it lie beyond the last point of the flow curve's data?
+  // of the sure path; the blank's shape of both
+  Int path = 0;                   // 0 fixed, 1 sure
+  Int start = 0;                  // 0 seen along the mean normal, 1 from a flat patch
+  Int solves = 0;                 // with factors of the tangent
+  Int laplaceFactorizations = 0;  // of one equation per node
+  Int hingedElements = 0;         // whose rotation came over edges
+  Int startInverted = 0;          // turned over in the start
+  double smallestSingular = 0.0;  // of the maps from part to blank; below 0: a triangle is turned over
+  Int turnedElements = 0;         // turned over, or flat, in the blank found
+  bool minimumCertified = false;  // is the exact tangent there positive definite?
+  double energy = 0.0;            // potential of the blank found (mm²)
   double development = 0.0, assembly = 0.0, factorization = 0.0, solve = 0.0, lineSearch = 0.0, total = 0.0;
   // processor seconds
   char fatalText[fatalTextLength] = {};  // last fatal text, zero-terminated

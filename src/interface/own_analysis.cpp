@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "driver/inverse_driver.hpp"
+#include "driver/sure_path.hpp"
 #include "ground/progress.hpp"
 #include "material/material_setup.hpp"
 #include "sparse/pattern.hpp"
@@ -152,7 +153,8 @@ Int OwnAnalysis::analyse() {
   }
   if (!supplyRunArrays()) return TORNWALZEN_NO_MEMORY;
   selectMaterial(run, selector);
-  inverseDriver(run, arrays(), EVAL_.vector());
+  run.options.surePath ? surePath(run, arrays(), EVAL_.vector())
+                       : inverseDriver(run, arrays(), EVAL_.vector());
   if (failed(run.ierrso)) run.record.end = RunEnd::solverFailed;
   publish();
   return TORNWALZEN_OK;

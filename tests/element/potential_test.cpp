@@ -23,7 +23,7 @@ void PrintTo(const Choice& choice, std::ostream* out) {
 
 /// The library's term of a choice, on the curve that is loaded.
 struct BuiltInTerm {
-  tornwalzen::FlowCurve CURVE{tornwalzen::flowCurve()};
+  tornwalzen::FlowCurve CURVE{tornwalzen::run};
   tornwalzen::PlasticWorkTerm work;
   tornwalzen::GeometricTerm geometric;
   tornwalzen::PotentialTerms terms;
@@ -62,9 +62,9 @@ class PotentialTest : public ElementTest, public ::testing::WithParamInterface<C
   void SetUp() override {
     ElementTest::SetUp();
     run.istat = GetParam().istat;
-    tornwalzen::materialSetup(GetParam().curve, tornwalzen::flowCurve());
-    tornwalzen::options.anisotropy = GetParam().r;
-    tornwalzen::options.partReference = GetParam().partReference;
+    tornwalzen::materialSetup(run, GetParam().curve);
+    run.options.anisotropy = GetParam().r;
+    run.options.partReference = GetParam().partReference;
   }
 };
 
@@ -200,7 +200,7 @@ TEST_P(PotentialTest, TurningTheBlankChangesATurnableTermByNothing) {
 class PotentialSums : public ElementTest {};
 
 TEST_F(PotentialSums, AgreeWithTheAssembly) {
-  tornwalzen::options.partReference = true;
+  run.options.partReference = true;
   SmallMesh small(5);
   small.assemble(1);
   std::vector<double> FRAMES(4 * small.elements), RR(small.equations, 7.0), SYSM(small.ROWI.size(), 7.0);

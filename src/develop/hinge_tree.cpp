@@ -1,0 +1,95 @@
+// Shortest paths of hinges.
+#include "develop/hinge_tree.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "ground/own_array.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+constexpr double edgeCost = 1e-3;  // radians: what an edge costs where the sheet is flat
+constexpr double halfTurn = 3.14159265358979323846;
+
+struct Waiting {
+  double cost;
+  Int e;
+};
+
+/// Of the heap: the cheapest first, then the lowest number.
+bool later(const Waiting& a, const Waiting& b) {
+  return a.cost != b.cost ? a.cost > b.cost : a.e > b.e;
+}
+
+double foldAngle(Table<const double> N, Int e, Int f) {
+  const double x = N(2, e) * N(3, f) - N(3, e) * N(2, f), y = N(3, e) * N(1, f) - N(1, e) * N(3, f),
+               z = N(1, e) * N(2, f) - N(2, e) * N(1, f);
+  const double dot = N(1, e) * N(1, f) + N(2, e) * N(2, f) + N(3, e) * N(3, f);
+  return std::atan2(std::sqrt(x * x + y * y + z * z), dot);
+}
+
+/// Direction (radians) of the side from corner k to k + 1 in the triangle's own axes.
+double sideDirection(Int e, Int k, Table<const Int> INTA, Table<const double> KNG) {
+  if (k == 1) return 0.0;
+  double pp = 0.0, pq = 0.0, qq = 0.0;
+  for (Int i = 1; i <= 3; ++i) {
+    const double P = KNG(INTA(e, 2), i) - KNG(INTA(e, 1), i), Q = KNG(INTA(e, 3), i) - KNG(INTA(e, 1), i);
+    pp += P * P;
+    pq += P * Q;
+    qq += Q * Q;
+  }
+  const double height = std::sqrt(std::fmax(pp * qq - pq * pq, 0.0));  // times |P|, as are the others
+  return k == 2 ? std::atan2(height, pq - pp) : std::atan2(-height, -pq);
+}
+
+}  // namespace
+
+bool carryRotations(Table<const Int> INTA, Table<const double> KNG, Table<const double> NORMALS,
+                    Table<const Int> NEIGHBOUR, Table<const Int> SIDE, Vector<Int> KNOWN,
+                    Vector<double> ANGLE) {
+  const Int elements = static_cast<Int>(NORMALS.columns());
+  OwnArray<Waiting> heap("HEAP");
+  OwnArray<double> cost("COST");
+  OwnArray<Int> from("FROM");  // the side that a triangle hangs on, 0 where its angle is given
+  if (!heap.allocate(4 * Int64{elements}) || !cost.allocate(elements) || !from.allocate(elements))
+    return false;
+  Waiting* const first = heap.data();
+  Waiting* last = first;
+  const Vector<double> COST = cost.vector();
+  const Vector<Int> FROM = from.vector();
+  for (Int e = 1; e <= elements; ++e) {
+    FROM(e) = 0;
+    COST(e) = KNOWN(e) != 0 ? 0.0 : std::numeric_limits<double>::infinity();
+    if (KNOWN(e) == 0) continue;
+    *last++ = {0.0, e};
+    KNOWN(e) = 0;  // until it leaves the heap
+  }
+  std::make_heap(first, last, later);
+  while (last > first) {
+    std::pop_heap(first, last, later);
+    const Int e = (--last)->e;
+    if (KNOWN(e) != 0) continue;
+    KNOWN(e) = 1;
+    if (const Int k = FROM(e); k != 0) {
+      const Int f = NEIGHBOUR(k, e);
+      ANGLE(e) =
+          ANGLE(f) + sideDirection(f, SIDE(k, e), INTA, KNG) + halfTurn - sideDirection(e, k, INTA, KNG);
+    }
+    for (Int k = 1; k <= 3; ++k) {
+      const Int f = NEIGHBOUR(k, e);
+      if (f == 0 || KNOWN(f) != 0) continue;
+      const double reached = COST(e) + foldAngle(NORMALS, e, f) + edgeCost;
+      if (!(reached < COST(f))) continue;
+      COST(f) = reached;
+      FROM(f) = SIDE(k, e);
+      *last++ = {reached, f};
+      std::push_heap(first, last, later);
+    }
+  }
+  return true;
+}
+
+}  // namespace tornwalzen

@@ -1,0 +1,42 @@
+// Laplacians of the nodes.
+#include "driver/map_joiner.hpp"
+
+namespace tornwalzen {
+
+bool MapJoiner::prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                        Vector<const Int> FREE) {
+  const Int64 nodes = FREE.length() / 2;
+  if (!load_.allocate(nodes) || !move_.allocate(nodes)) return false;
+  shared_ = true;
+  for (Int64 n = 1; n <= nodes; ++n) shared_ = shared_ && FREE(2 * n - 1) == FREE(2 * n);
+  for (Int axis = 0; axis < (shared_ ? 1 : 2); ++axis)
+    if (!prepareOne(mesh, COLS, ROWI, FREE, axis)) return false;
+  return true;
+}
+
+bool MapJoiner::prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                           Vector<const Int> FREE, Int axis) {
+  SparseSystem& system = system_[axis];
+  const Int64 nodes = FREE.length() / 2;
+  if (!free_[axis].allocate(nodes) || !system.prepareNodes(COLS, ROWI)) return false;
+  const Vector<Int> flags = free_[axis].vector();
+  for (Int64 n = 1; n <= nodes; ++n) flags(n) = FREE(2 * n - 1 + axis);
+  laplacian(mesh, system.COLS(), system.ROWI(), system.SYSM());
+  system.hold(flags);
+  ++factorizations_;
+  return system.factorize();
+}
+
+void MapJoiner::join(Vector<const double> LOADS, Vector<double> DX) {
+  const Vector<double> LOAD = load_.vector(), MOVE = move_.vector();
+  for (Int axis = 0; axis < 2; ++axis) {
+    const Int which = shared_ ? 0 : axis;
+    const Vector<Int> flags = free_[which].vector();
+    for (Int64 n = 1; n <= LOAD.length(); ++n) LOAD(n) = flags(n) != 0 ? LOADS(2 * n - 1 + axis) : 0.0;
+    system_[which].solve(LOAD, MOVE);
+    ++solves_;
+    for (Int64 n = 1; n <= LOAD.length(); ++n) DX(2 * n - 1 + axis) = MOVE(n);
+  }
+}
+
+}  // namespace tornwalzen

@@ -1,0 +1,37 @@
+// The solve that joins one map per triangle to one blank: Laplace's equation for u and for v, with own systems of one
+// equation per node beside the host's.
+#pragma once
+
+#include "element/map_joining.hpp"
+#include "sparse/sparse_system.hpp"
+
+namespace tornwalzen {
+
+class MapJoiner {
+ public:
+  explicit MapJoiner(Analysis& run) : system_{SparseSystem(run), SparseSystem(run)} {}
+
+  /// COLS, ROWI: in, the host's pattern of two equations per node. FREE: in, neq, 0 for unknowns that stand still;
+  /// at least one along u and one along v. Where both directions hold the same nodes, as where the blank moves
+  /// freely, one factor serves both. False: no memory or a solver that failed.
+  bool prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+               Vector<const Int> FREE);
+
+  /// DX: out, neq (mm): the move that answers the LOADS of map_joining.hpp (mm), 0 for what stands still.
+  void join(Vector<const double> LOADS, Vector<double> DX);
+
+  Int factorizations() const { return factorizations_; }
+  Int solves() const { return solves_; }
+
+ private:
+  bool prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                  Vector<const Int> FREE, Int axis);
+
+  SparseSystem system_[2];
+  OwnArray<Int> free_[2]{OwnArray<Int>("FREE"), OwnArray<Int>("FREE")};
+  OwnArray<double> load_{"LOAD"}, move_{"MOVE"};
+  bool shared_ = true;
+  Int factorizations_ = 0, solves_ = 0;
+};
+
+}  // namespace tornwalzen

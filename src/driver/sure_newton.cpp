@@ -1,0 +1,226 @@
+// Projected, softened and exact Newton steps, chord steps with an old factor, and the proof of a minimum.
+#include "driver/sure_newton.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "driver/sure_report.hpp"
+#include "driver/sure_step.hpp"
+#include "ground/progress.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+constexpr double quadraticDecrease = 1e-2;  // of the energy: below it a full step asks for the exact tangent
+constexpr double patience = 0.3;            // what each failure of an exact tangent multiplies that with
+constexpr double exactStep = 0.25;          // an exact step this long is followed by another
+constexpr Int failuresBeforeSoft = 3;
+constexpr double softStart = 0.2, softLeast = 0.02, softMost = 0.9;
+constexpr Int chordSteps = 5;
+constexpr double chordGain = 5.0;        // what a chord step must divide the gradient by
+constexpr double settledStep = 1e-3;     // mm
+constexpr Int settlings = 3;             // exact steps for soft modes at most
+constexpr double thresholdFloor = 1e-8;  // of s0: no sheet is thinned out so far
+
+class Newton {
+ public:
+  Newton(SureProblem& problem, const NewtonLimits& limits) : problem_(problem), limits_(limits) {}
+
+  NewtonOutcome run() {
+    value_ = evaluateBlank(problem_);
+    look();
+    for (;;) {
+      if (!std::isfinite(value_.energy) || !std::isfinite(value_.gradient)) return end(SureEnd::notFinite);
+      if (shape_.smallest < limits_.leastStretch) return end(SureEnd::tooThin);
+      if (value_.gradient <= limits_.gradient) {
+        if (lowerThreshold()) continue;
+        if (!limits_.certify) return end(SureEnd::minimum);
+        if (exactStands_ && settle()) return end(SureEnd::minimum);
+        if (settlings_ >= settlings) return end(exactStands_ ? SureEnd::minimum : SureEnd::stationary);
+        ++settlings_;
+        if (!indefiniteHere_) theta_ = 0.0;
+      }
+      if (problem_.counts.factorizations >= limits_.factorizations) return end(SureEnd::tooLong);
+      const bool exact = theta_ == 0.0;
+      if (!factorize()) {
+        if (noFactor_) return end(SureEnd::noFactor);
+        continue;
+      }
+      if (exact && value_.gradient <= limits_.gradient && settle()) return end(SureEnd::minimum);
+      solve();
+      if (!step(exact)) return end(SureEnd::noDescent);
+      if (exact && lastLength_ >= 1.0) chord();
+    }
+  }
+
+ private:
+  NewtonOutcome end(SureEnd how) const { return {how, value_, shape_.smallest, shape_.inverted}; }
+
+  void look() { shape_ = blankShape(problem_.mesh, problem_.RX); }
+
+  /// A blank in equilibrium with the extended potential alone: the threshold goes down.
+  bool lowerThreshold() {
+    if (shape_.smallest >= problem_.s0 || problem_.s0 <= thresholdFloor) return false;
+    problem_.s0 = std::max(problem_.s0 / 64.0, std::min(problem_.s0 / 4.0, 0.5 * shape_.smallest));
+    exactStands_ = false;
+    settlings_ = 0;
+    theta_ = 1.0;
+    value_ = evaluateBlank(problem_);
+    reportSureThreshold(problem_.run, problem_.s0);
+    return true;
+  }
+
+  /// Tangent with theta_ and its factor. False: not to be used, theta_ says what to try next.
+  bool factorize() {
+    {
+      const ProcessorTime time(problem_.counts.assembly);
+      potentialTangent(problem_.mesh, problem_.RX, problem_.potential(theta_), problem_.tangent.COLS(),
+                       problem_.tangent.ROWI(), problem_.RR, problem_.tangent.SYSM());
+      problem_.tangent.hold(problem_.FREE);
+      for (Int64 i = 1; i <= problem_.RR.length(); ++i)
+        if (problem_.FREE(i) == 0) problem_.RR(i) = 0.0;
+    }
+    const ProcessorTime time(problem_.counts.factorization);
+    ++problem_.counts.factorizations;
+    const bool factored = problem_.tangent.factorize();
+    const bool definite = factored && problem_.tangent.negativePivots() == 0;
+    exactStands_ = definite && theta_ == 0.0;
+    if (definite) return true;
+    if (theta_ == 0.0) {
+      ++failures_;
+      indefiniteHere_ = true;
+      theta_ = softTheta();
+    } else if (theta_ < softMost) {
+      soft_ = std::min(softMost, 2.0 * soft_);
+      theta_ = soft_;
+    } else if (theta_ < 1.0) {
+      theta_ = 1.0;
+    } else {
+      noFactor_ = !factored;
+      return factored;  // softened to the full: what is negative is rounding
+    }
+    return false;
+  }
+
+  double softTheta() const { return failures_ >= failuresBeforeSoft ? soft_ : 1.0; }
+
+  void solve() {
+    const ProcessorTime time(problem_.counts.solve);
+    ++problem_.counts.solves;
+    problem_.tangent.solve(problem_.RR, problem_.RB);
+  }
+
+  double largestMove() const {
+    double largest = 0.0;
+    for (Int64 i = 1; i <= problem_.RB.length(); ++i) largest = std::max(largest, std::fabs(problem_.RB(i)));
+    return largest;
+  }
+
+  /// Takes the step RB; chooses the tangent of the next.
+  bool step(bool exact) {
+    ++problem_.counts.iterations;
+    indefiniteHere_ = false;
+    const double descent = descentAlong(problem_), before = value_.energy;
+    if (value_.gradient == 0.0) {
+      lastLength_ = 1.0;
+      return true;
+    }
+    StepTaken taken{false, false, 0.0, before};
+    if (descent > 0.0) taken = takeStep(problem_, value_, descent, !exact);
+    if (!taken.accepted && exact) {  // an exact direction that leads nowhere: as if it had not been definite
+      ++failures_;
+      theta_ = softTheta();
+      exactStands_ = false;
+      lastLength_ = 0.0;
+      value_ = evaluateBlank(problem_);
+      return true;
+    }
+    if (!taken.accepted) {
+      value_ = evaluateBlank(problem_);
+      return value_.gradient <= limits_.gradient;
+    }
+    const double softened = theta_;
+    value_ = evaluateBlank(problem_);
+    look();
+    lastLength_ = taken.length;
+    reportSureIteration(problem_.run, problem_.counts.iterations, softened, taken.curved, taken.length,
+                        value_.gradient, shape_.smallest, value_.energy);
+    const bool settling = taken.length >= 1.0 &&
+                          before - value_.energy < quadraticDecrease * std::pow(patience, failures_) * before;
+    if (softened > 0.0 && softened < 1.0) soft_ = std::max(softLeast, 0.5 * soft_);
+    theta_ = settling || (exact && taken.length >= exactStep) ? 0.0 : softTheta();
+    return true;
+  }
+
+  /// One step with the factor that stands, taken if the gradient falls below `most`. move: out, its size (mm).
+  bool chordStep(double most, double& move) {
+    solve();
+    move = largestMove();
+    for (Int64 i = 1; i <= problem_.RX.length(); ++i) {
+      problem_.TRIAL(i) = problem_.RX(i);
+      problem_.RX(i) += problem_.RB(i);
+    }
+    const SureValue now = evaluateBlank(problem_);
+    if (now.gradient <= most) {
+      value_ = now;
+      look();
+      return true;
+    }
+    for (Int64 i = 1; i <= problem_.RX.length(); ++i) problem_.RX(i) = problem_.TRIAL(i);
+    value_ = evaluateBlank(problem_);
+    return false;
+  }
+
+  /// Steps with the old factor while each divides the gradient by five.
+  void chord() {
+    double move;
+    for (Int k = 0; k < chordSteps && value_.gradient > limits_.gradient; ++k) {
+      if (!chordStep(value_.gradient / chordGain, move)) return;
+      reportSureChord(problem_.run, value_.gradient, shape_.smallest, value_.energy);
+    }
+  }
+
+  /// At a gradient that is small enough: soft modes may still have a way to go. True: they have not, or had it.
+  bool settle() {
+    for (Int k = 0; k < chordSteps; ++k) {
+      double move;
+      const bool taken = chordStep(limits_.gradient, move);
+      if (move <= settledStep) return true;
+      if (!taken) return false;
+    }
+    return false;
+  }
+
+  SureProblem& problem_;
+  const NewtonLimits& limits_;
+  SureValue value_{};
+  BlankShape shape_{};
+  double theta_ = 1.0, soft_ = softStart, lastLength_ = 0.0;
+  Int failures_ = 0, settlings_ = 0;
+  bool exactStands_ = false, indefiniteHere_ = false, noFactor_ = false;
+};
+
+}  // namespace
+
+SureValue evaluateBlank(const SureProblem& problem) {
+  SureValue value{potentialResidual(problem.mesh, problem.RX, problem.potential(0.0), problem.RR), 0.0};
+  for (Int64 i = 1; i <= problem.RR.length(); ++i) {
+    if (problem.FREE(i) == 0) problem.RR(i) = 0.0;
+    const double size = std::fabs(problem.RR(i));
+    if (size > value.gradient || std::isnan(size)) value.gradient = size;
+  }
+  return value;
+}
+
+double descentAlong(const SureProblem& problem) {
+  double sum = 0.0;
+  for (Int64 i = 1; i <= problem.RR.length(); ++i) sum += problem.RR(i) * problem.RB(i);
+  return sum;
+}
+
+NewtonOutcome minimise(SureProblem& problem, const NewtonLimits& limits) {
+  return Newton(problem, limits).run();
+}
+
+}  // namespace tornwalzen

@@ -1,0 +1,238 @@
+// The steps of the sure path: see the part along its mean normal, give every triangle a rotation, join them to a
+// blank, bring it into equilibrium with the part, place it in the host's holds.
+#include "driver/sure_path.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "develop/part_shape.hpp"
+#include "develop/unfold_geometry.hpp"
+#include "develop/unfold_report.hpp"
+#include "driver/blank_holds.hpp"
+#include "driver/load_path.hpp"
+#include "driver/newton_step.hpp"
+#include "driver/sure_newton.hpp"
+#include "driver/sure_report.hpp"
+#include "driver/sure_start.hpp"
+#include "element/assembly.hpp"
+#include "element/element_strains.hpp"
+#include "ground/messages.hpp"
+#include "sparse/factor_statistics.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+constexpr double thresholdAtStart = 0.2;    // s0: a triangle five times shorter in the blank than on the part
+constexpr double toleranceShare = 0.001;    // of the gradient tolerance: quadratic convergence gives it
+constexpr double referenceGradient = 1e-2;  // mm: over the part, before the blank becomes the reference
+constexpr double leastStretchOverBlank = 0.05;
+constexpr double mostInverted = 0.01;  // of the triangles in the start
+constexpr Int mostFactorizations = 40;
+
+/// One run: the objects that live as long as it.
+class SurePath {
+ public:
+  SurePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL)
+      : run_(run),
+        a_(a),
+        EVAL_(EVAL),
+        CURVE_(run),
+        partWork_(CURVE_, true),
+        blankWork_(CURVE_, false),
+        partGeometric_(true),
+        blankGeometric_(false),
+        tangent_(run, a.COLS, a.ROWI, a.WORK, a.RWORK, a.SYSM, a.WRHS),
+        joiner_(run) {
+    const bool geometric = run.istat == 0;
+    overPart_.append(geometric ? static_cast<const PotentialTerm&>(partGeometric_) : partWork_);
+    overBlank_.append(geometric ? static_cast<const PotentialTerm&>(blankGeometric_) : blankWork_);
+  }
+
+  RunEnd follow() {
+    openSureProgress(run_);
+    if (!prepare()) return gaveUp_;
+    if (!start()) return gaveUp_;
+    const RunEnd end = equilibrium();
+    keepResults();
+    reportSureEnd(run_, end == RunEnd::converged, counts_.factorizations, counts_.solves,
+                  run_.record.lastGradient, run_.record.smallestSingular);
+    return end;
+  }
+
+ private:
+  bool giveUp(const char* text, double value = NAN) {
+    reportSureRefusal(run_, text, value);
+    return false;
+  }
+  bool noMemory() {
+    failSolver(run_, " FATALER FEHLER : kein Speicher fuer den sicheren Weg @");
+    gaveUp_ = RunEnd::solverFailed;
+    return false;
+  }
+
+  /// Angles, areas, attitude and frames of the part; the target is the part itself.
+  bool prepare() {
+    Int sharp;
+    measureAngles(run_, a_, sharp);
+    reportSharpElements(run_, sharp);
+    measureAreas(run_, a_);
+    const StartKind kind = run_.options.patchStart ? StartKind::flatPatch : StartKind::projection;
+    if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) ||
+        !start_.look(kind, a_.INTA, a_.KNG))
+      return noMemory();
+    if (const Int e = measurePartFrames(a_.INTA, a_.KNG, frames_.table(run_.nele)); e != 0)
+      return giveUp(" SICHERER WEG: ELEMENT OHNE FLAECHE, NUMMER", e);
+    for (Int n = 1; n <= run_.nkno; ++n)
+      for (Int i = 1; i <= 3; ++i) a_.KNZ(n, i) = a_.KNG(n, i);
+    return true;
+  }
+
+  PotentialMesh mesh() { return {a_.INTA, frames_.table(run_.nele)}; }
+
+  /// The starting blank, in RX and KNA.
+  bool start() {
+    const ProcessorTime time(run_.record.development);
+    BlankHolds& holds = holds_;
+    holds = BlankHolds(a_.ARFA, overPart_.turnable());
+    const StartOutcome seen = start_.rotate(mesh(), a_.KNG, a_.RX);
+    if (!seen.memory || !joinStart()) return noMemory();
+    if (!holds.place(a_.KNG, a_.RX)) {
+      holds.pin();
+      if (!joinStart()) return noMemory();
+    }
+    for (Int n = 1; n <= run_.nkno; ++n)
+      for (Int i = 1; i <= 2; ++i) a_.KNA(n, i) = a_.RX(2 * n - 2 + i);
+    double penalty;
+    unfoldObjective(run_, a_, VisitedElements(run_.nele, false), run_.record.invertedElements, penalty);
+    run_.record.largestMeasure = run_.qmax;
+
+    const BlankShape shape = blankShape(mesh(), a_.RX);
+    run_.record.start = seen.flatPatch ? 1 : 0;
+    run_.record.hingedElements = seen.hinged;
+    run_.record.startInverted = shape.inverted;
+    run_.record.laplaceFactorizations = joiner_.factorizations();
+    reportSureStart(run_, seen.flatPatch, seen.seed, seen.hinged, shape.inverted, shape.smallest);
+    if (shape.inverted > mostInverted * run_.nele)
+      return giveUp(" SICHERER WEG: ZU VIELE GEWENDETE ELEMENTE IM START", shape.inverted);
+    return true;
+  }
+
+  /// Joins the rotations to a blank under the holds as they are.
+  bool joinStart() {
+    if (!holds_.free()) holds_.place(a_.KNG, a_.RX);
+    holds_.standingShift(a_.RX, free_.vector());
+    if (!joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector())) return false;
+    start_.join(mesh(), joiner_, a_.RX, a_.TEMP);
+    return true;
+  }
+
+  /// Newton's method, over the part and then over the blank if that is the reference, and the place of the blank.
+  RunEnd equilibrium() {
+    const double limit =
+        gradientTolerance(run_.istat) * std::min(run_.options.finalTolerance, toleranceShare);
+    run_.record.gradientLimit = limit;
+    for (;;) {
+      holds_.standing(a_.RX, free_.vector());
+      SureProblem problem{run_,  mesh(), &overPart_, thresholdAtStart, free_.vector(), tangent_, joiner_,
+                          a_.RX, a_.RR,  a_.RB,      a_.RXA,           a_.TEMP,        counts_};
+      NewtonOutcome found;
+      if (run_.options.partReference) {
+        found = minimise(problem, {limit, true, -INFINITY, mostFactorizations});
+      } else {
+        found = minimise(problem, {referenceGradient, false, -INFINITY, mostFactorizations});
+        if (found.end == SureEnd::minimum) {
+          reportSureReference(run_);
+          problem.terms = &overBlank_;
+          found = minimise(problem, {limit, true, leastStretchOverBlank, mostFactorizations});
+        }
+      }
+      keepOutcome(found);
+      if (!told(found)) return RunEnd::gaveUp;
+      if (holds_.place(a_.KNG, a_.RX)) return RunEnd::converged;
+      holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
+      holds_.place(a_.KNG, a_.RX);
+      holds_.standing(a_.RX, free_.vector());
+      if (!joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector())) return RunEnd::solverFailed;
+    }
+  }
+
+  void keepOutcome(const NewtonOutcome& found) {
+    run_.record.lastGradient = found.value.gradient;
+    run_.record.energy = found.value.energy;
+    run_.record.smallestSingular = found.smallest;
+    run_.record.turnedElements = found.inverted;
+    run_.record.minimumCertified = found.end == SureEnd::minimum;
+    run_.record.newtonSteps = counts_.iterations;
+    run_.record.factorizations = counts_.factorizations;
+    run_.record.solves = counts_.solves;
+    run_.record.lineSearchTrials = counts_.trials;
+    run_.record.assembly = counts_.assembly;
+    run_.record.factorization = counts_.factorization;
+    run_.record.solve = counts_.solve;
+    run_.record.lineSearch = counts_.search;
+  }
+
+  /// Does the outcome give a blank? If not, says why not.
+  bool told(const NewtonOutcome& found) {
+    switch (found.end) {
+      case SureEnd::minimum:
+      case SureEnd::stationary:
+        if (found.inverted == 0) return true;
+        return giveUp(" SICHERER WEG: GEWENDETE ELEMENTE IM GLEICHGEWICHT", found.inverted);
+      case SureEnd::tooLong:
+        return giveUp(" SICHERER WEG: KEINE KONVERGENZ, GRADIENT", found.value.gradient);
+      case SureEnd::noDescent:
+        return giveUp(" SICHERER WEG: KEIN ABSTIEG MEHR, GRADIENT", found.value.gradient);
+      case SureEnd::noFactor:
+        return giveUp(" SICHERER WEG: TANGENTE NICHT ZERLEGBAR");
+      case SureEnd::tooThin:
+        return giveUp(" SICHERER WEG: ELEMENT VERSCHWINDET IN DER PLATINE, S-MIN", found.smallest);
+      case SureEnd::notFinite:
+        return giveUp(" SICHERER WEG: ENERGIE ODER GRADIENT IST KEINE ZAHL");
+    }
+    return false;
+  }
+
+  /// The element table and what else the arrays hold at the end.
+  void keepResults() {
+    for (Int i = 1; i <= run_.neq; ++i) {
+      a_.TEMP(i) = 0.0;
+      a_.RXA(i) = a_.KNA((i + 1) / 2, (i + 1) % 2 + 1);
+    }
+    recordFactor(run_.record, run_.solver.protocol, a_.WORK, a_.RWORK);
+    recordLargestStrain(run_, a_);
+    if (run_.record.turnedElements != 0) return;
+    double EN;
+    energySum(run_, EN, a_);
+    assemble(run_, residualOnly, a_);
+    for (Int e = 1; e <= run_.nele; ++e)
+      for (Int column = 1; column <= 5; ++column) EVAL_(5 * (e - 1) + column) = a_.ELG(e, column);
+  }
+
+  Analysis& run_;
+  const DriverArrays& a_;
+  Vector<double> EVAL_;
+  FlowCurve CURVE_;
+  PlasticWorkTerm partWork_, blankWork_;
+  GeometricTerm partGeometric_, blankGeometric_;
+  PotentialTerms overPart_, overBlank_;
+  SparseSystem tangent_;
+  MapJoiner joiner_;
+  SureStart start_;
+  BlankHolds holds_{{}, true};
+  OwnArray<double> frames_{"FRAMES"};
+  OwnArray<Int> free_{"FREE"};
+  SureCounts counts_;
+  RunEnd gaveUp_ = RunEnd::gaveUp;
+};
+
+}  // namespace
+
+void surePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
+  run.record.path = 1;
+  run.record.end = RunEnd::running;
+  run.record.end = SurePath(run, a, EVAL).follow();
+}
+
+}  // namespace tornwalzen

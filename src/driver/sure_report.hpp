@@ -1,0 +1,32 @@
+// What the sure path tells: lines on the message channel, fractions and information lines on the progress channel.
+#pragma once
+
+#include "ground/analysis.hpp"
+
+namespace tornwalzen {
+
+/// Opens the progress scale 0..1 and reports its beginning.
+void openSureProgress(Analysis& run);
+
+/// The start: from the mean normal, or from a flat patch (number of its first triangle); triangles whose rotation
+/// came over hinges; triangles turned over; smallest singular value (dimensionless).
+void reportSureStart(Analysis& run, bool flatPatch, Int seed, Int hinged, Int inverted, double smallest);
+
+/// One Newton iteration: how the tangent was softened (0 exact, 1 in full), way and length of the step, gradient
+/// (mm), smallest singular value, energy (mm²). limit: in, what the gradient has to meet (mm), for the fraction.
+void reportSureIteration(Analysis& run, Int iteration, double theta, bool curved, double length,
+                         double gradient, double smallest, double energy);
+void reportSureChord(Analysis& run, double gradient, double smallest, double energy);
+void reportSureThreshold(Analysis& run, double s0);
+
+/// The energy over the blank takes the place of that over the part.
+void reportSureReference(Analysis& run);
+
+/// The end of the path: the fraction 1 where it converged, then two time texts as at the end of the fixed path.
+void reportSureEnd(Analysis& run, bool converged, Int factorizations, Int solves, double gradient,
+                   double smallest);
+
+/// A sentence why the path gives up; kept for the report. value: in, put behind the text where it is finite.
+void reportSureRefusal(Analysis& run, const char* text, double value);
+
+}  // namespace tornwalzen

@@ -1,0 +1,44 @@
+// The start of the sure path: attitude, one rotation per triangle, one Poisson solve.
+#pragma once
+
+#include "driver/map_joiner.hpp"
+
+namespace tornwalzen {
+
+/// Where the rotations of the triangles come from.
+enum class StartKind : Int {
+  projection = 0,  // seen along the mean normal, hinges for what is steep
+  flatPatch = 1    // the largest flat patch alone, hinges for all else
+};
+
+struct StartOutcome {
+  bool memory;     // false: none could be had, and nothing else is told
+  bool flatPatch;  // seen along the normal of a patch
+  Int seed;        // first triangle of the patch, else 0
+  Int hinged;      // triangles whose rotation came over hinges
+};
+
+/// The sheet's attitude and the rotations of its triangles.
+class SureStart {
+ public:
+  /// Neighbours, normals and attitude. INTA: inout, columns 2 and 3 are exchanged where the part is meshed clockwise
+  /// seen from +z. KNG: in (mm). False: no memory.
+  bool look(StartKind kind, Table<Int> INTA, Table<const double> KNG);
+
+  /// RX: out (mm): the part seen along its mean normal. ANGLE of the triangles: from there and over hinges.
+  StartOutcome rotate(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX);
+
+  /// RX: inout (mm): joins the rotations to a blank, then five times anew with the rotations closest to it.
+  /// LOADS: scratch, neq.
+  void join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS);
+
+ private:
+  StartKind kind_ = StartKind::projection;
+  double axes_[3][3] = {};
+  bool flatPatch_ = false;
+  Int seed_ = 0;
+  OwnArray<Int> neighbour_{"NEIGHBOUR"}, side_{"SIDE"}, known_{"KNOWN"};
+  OwnArray<double> normals_{"NORMALS"}, angle_{"ANGLE"};
+};
+
+}  // namespace tornwalzen

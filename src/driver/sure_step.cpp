@@ -1,0 +1,102 @@
+// Curved and straight steps with their searches.
+#include "driver/sure_step.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "ground/run_record.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+constexpr double turnLimit = 0.05;  // radians: below it straight and curved are the same
+constexpr Int curvedHalvings = 4;
+constexpr Int straightHalvings = 30;
+constexpr double inversionShare = 0.9;  // of the step to the first inversion
+constexpr double armijo = 1e-4;         // of the foretold decrease
+constexpr double energyDigits = 1e-11;  // of the energy: a decrease below it is rounding
+constexpr double surplus = 0.75;        // of the foretold decrease, half of which a quadratic gives
+constexpr double longestStep = 4.0;
+constexpr double longestTurn = 1.5;  // radians
+
+struct Search {
+  const SureProblem& problem;
+  SureValue before;
+  double descent;
+
+  void keep() const {
+    for (Int64 i = 1; i <= problem.RX.length(); ++i) problem.TRIAL(i) = problem.RX(i);
+  }
+  void putBack() const {
+    for (Int64 i = 1; i <= problem.RX.length(); ++i) problem.RX(i) = problem.TRIAL(i);
+  }
+  void straightTo(double t) const {
+    for (Int64 i = 1; i <= problem.RX.length(); ++i) problem.RX(i) = problem.TRIAL(i) + t * problem.RB(i);
+  }
+  void curvedTo(double t) const {
+    turnedLoads(problem.mesh, problem.TRIAL, problem.RB, t, problem.LOADS);
+    problem.joiner.join(problem.LOADS, problem.LOADS);
+    for (Int64 i = 1; i <= problem.RX.length(); ++i) problem.RX(i) = problem.TRIAL(i) + problem.LOADS(i);
+  }
+  void moveTo(bool curved, double t) const { curved ? curvedTo(t) : straightTo(t); }
+
+  /// Does RX, at t, keep what was foretold? Where the decrease drowns in the energy's digits the gradient judges.
+  bool better(double t, double& energy) const {
+    ++problem.counts.trials;
+    if (t * descent < energyDigits * before.energy) {
+      const SureValue now = evaluateBlank(problem);
+      energy = now.energy;
+      return now.gradient <= before.gradient;
+    }
+    energy = potentialEnergy(problem.mesh, problem.RX, problem.potential(0.0));
+    return energy <= before.energy - armijo * t * descent;
+  }
+
+  /// From the accepted t on, doubled while each time more comes of it than was foretold.
+  void lengthen(bool curved, double longest, double& t, double& energy) const {
+    while (before.energy - energy > surplus * t * descent && 2.0 * t <= longest) {
+      double further;
+      moveTo(curved, 2.0 * t);
+      if (!better(2.0 * t, further) || !(further < energy)) {
+        moveTo(curved, t);
+        return;
+      }
+      t *= 2.0;
+      energy = further;
+    }
+  }
+};
+
+}  // namespace
+
+StepTaken takeStep(const SureProblem& problem, const SureValue& before, double descent, bool soft) {
+  const ProcessorTime time(problem.counts.search);
+  const Search search{problem, before, descent};
+  const double turn = largestTurn(problem.mesh, problem.RX, problem.RB);
+  search.keep();
+  double energy = before.energy;
+  if (turn > turnLimit) {
+    const double start = std::min(1.0, 1.0 / turn);
+    double t = start;
+    for (Int halving = 0; halving <= curvedHalvings; ++halving, t *= 0.5) {
+      search.moveTo(true, t);
+      if (!search.better(t, energy)) continue;
+      if (soft && t >= 1.0) search.lengthen(true, std::min(longestStep, longestTurn / turn), t, energy);
+      return {true, true, t, energy};
+    }
+    search.putBack();
+  }
+  const double toInversion = inversionShare * stepToInversion(problem.mesh, problem.RX, problem.RB);
+  double t = std::min(1.0, toInversion);
+  for (Int halving = 0; halving <= straightHalvings; ++halving, t *= 0.5) {
+    search.moveTo(false, t);
+    if (!search.better(t, energy)) continue;
+    if (soft && t >= 1.0) search.lengthen(false, std::min(longestStep, toInversion), t, energy);
+    return {true, false, t, energy};
+  }
+  search.putBack();
+  return {false, false, 0.0, before.energy};
+}
+
+}  // namespace tornwalzen

@@ -1,0 +1,99 @@
+// Systems of equations over the solver's phases.
+#include "sparse/sparse_system.hpp"
+
+#include "ground/messages.hpp"
+
+namespace tornwalzen {
+
+namespace {
+
+constexpr char noMemory[] = " FATALER FEHLER : kein Speicher fuer ein Gleichungssystem @";
+
+}  // namespace
+
+SparseSystem::SparseSystem(Analysis& run, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK,
+                           Vector<double> RWORK, Vector<double> SYSM, Vector<double> WRHS)
+    : run_(run),
+      state_(&run.solver),
+      COLS_(COLS),
+      ROWI_(ROWI),
+      WORK_(WORK),
+      RWORK_(RWORK),
+      SYSM_(SYSM),
+      WRHS_(WRHS) {}
+
+bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI) {
+  const Int64 nodes = (COLS.length() - 1) / 2;
+  Int64 entries = 0;
+  for (Int64 n = 1; n <= nodes; ++n) entries += (COLS(2 * n) - COLS(2 * n - 1)) / 2;
+  if (!cols_.allocate(nodes + 1) || !rowi_.allocate(entries) || !sysm_.allocate(entries) ||
+      !wrhs_.allocate(nodes)) {
+    failSolver(run_, noMemory);
+    return false;
+  }
+  const Vector<Int> columns = cols_.vector(), rows = rowi_.vector();
+  Int next = 1;
+  for (Int64 n = 1; n <= nodes; ++n) {
+    columns(n) = next;
+    for (Int64 p = COLS(2 * n - 1); p < COLS(2 * n); p += 2) rows(next++) = (ROWI(p) + 1) / 2;
+  }
+  columns(nodes + 1) = next;
+  COLS_ = columns;
+  ROWI_ = rows;
+  SYSM_ = sysm_.vector();
+  WRHS_ = wrhs_.vector();
+  ownState_ = SolverState{};
+  ownState_.neq = static_cast<Int>(nodes);
+  ownState_.nsysm = ownState_.mnsysm = static_cast<Int>(entries);
+  for (const SolverStep phase : {SolverStep::sizing, SolverStep::ordering, SolverStep::symbolic})
+    if (!step(phase, {}, {}) || !enlarge()) return false;
+  return true;
+}
+
+/// Memory as long as the next step needs, what stands in WORK kept.
+bool SparseSystem::enlarge() {
+  if (!work_.resize(ownState_.niwreq) || !rwork_.resize(ownState_.nrkreq)) {
+    failSolver(run_, noMemory);
+    return false;
+  }
+  WORK_ = work_.vector();
+  RWORK_ = rwork_.vector();
+  ownState_.niwor = ownState_.niwreq;
+  ownState_.nrk = ownState_.nrkreq;
+  return true;
+}
+
+bool SparseSystem::step(SolverStep step, Vector<const double> RHS, Vector<double> SOLUTION) {
+  const Int before = run_.ierrso;
+  run_.ierrso = 0;
+  solverStep(run_, *state_, step, COLS_, ROWI_, WORK_, RWORK_, RHS, SOLUTION, SYSM_, WRHS_);
+  const bool done = !failed(run_.ierrso);
+  run_.ierrso = before;
+  return done;
+}
+
+void SparseSystem::hold(Vector<const Int> FREE) const {
+  for (Int64 i = 1; i <= FREE.length(); ++i) {
+    const Int diagonal = COLS_(i), next = COLS_(i + 1);
+    if (FREE(i) == 0) SYSM_(diagonal) = 1.0;
+    for (Int k = diagonal + 1; k < next; ++k)
+      if (FREE(i) == 0 || FREE(ROWI_(k)) == 0) SYSM_(k) = 0.0;
+  }
+}
+
+bool SparseSystem::factorize() {
+  return step(SolverStep::numeric, {}, {});
+}
+
+void SparseSystem::solve(Vector<const double> RHS, Vector<double> SOLUTION) {
+  step(SolverStep::solve, RHS, SOLUTION);
+}
+
+Int SparseSystem::negativePivots() const {
+  Int negative = 0;
+  for (Int64 i = 1; i < COLS_.length(); ++i)
+    if (RWORK_(i) < 0.0) ++negative;
+  return negative;
+}
+
+}  // namespace tornwalzen
