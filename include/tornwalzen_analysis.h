@@ -90,6 +90,8 @@ TORNWALZEN_API int32_t tornwalzen_analysis_set_law(TornwalzenAnalysis* analysis,
 /* As the functions of tornwalzen_ext.h with these names. */
 TORNWALZEN_API int32_t tornwalzen_analysis_set_normal_anisotropy(TornwalzenAnalysis* analysis, double r);
 TORNWALZEN_API int32_t tornwalzen_analysis_set_energy_reference(TornwalzenAnalysis* analysis, int32_t reference);
+TORNWALZEN_API int32_t tornwalzen_analysis_set_path(TornwalzenAnalysis* analysis, int32_t path);
+TORNWALZEN_API int32_t tornwalzen_analysis_set_start(TornwalzenAnalysis* analysis, int32_t start);
 TORNWALZEN_API int32_t tornwalzen_analysis_set_tolerance_factors(TornwalzenAnalysis* analysis, double final_factor,
                                                                  double path_factor);
 
@@ -99,7 +101,9 @@ enum {
   TORNWALZEN_PHASE_ORDERING = 2,    /* fill-reducing order of the equations */
   TORNWALZEN_PHASE_SYMBOLIC = 3,    /* layout of the factor */
   TORNWALZEN_PHASE_DEVELOPMENT = 4, /* fixed path: the starting blank */
-  TORNWALZEN_PHASE_INCREMENTS = 5   /* fixed path: load increments */
+  TORNWALZEN_PHASE_INCREMENTS = 5,  /* fixed path: load increments */
+  TORNWALZEN_PHASE_START = 6,       /* sure path: the starting blank */
+  TORNWALZEN_PHASE_NEWTON = 7       /* sure path: iteration at the full part */
 };
 
 /* Where a run stands; valid only during the call. */
@@ -156,8 +160,7 @@ TORNWALZEN_API int64_t tornwalzen_analysis_matrix_entries(const TornwalzenAnalys
 
 /* What a code means, as tornwalzen_error_text, with index and value of this analysis' last refusal. Valid until the next
    call with this handle; never null. */
-TORNWALZEN_API const char* tornwalzen_analysis_error_text(TornwalzenAnalysis* analysis, int32_t code,
-                                                          int32_t language);
+TORNWALZEN_API const char* tornwalzen_analysis_error_text(TornwalzenAnalysis* analysis, int32_t code, int32_t language);
 
 #ifdef __cplusplus
 }

@@ -73,7 +73,9 @@ enum {
   TORNWALZEN_NO_MEMORY = -30,
   TORNWALZEN_SETUP_FAILED = -31,
   TORNWALZEN_NO_RESULTS = -32,
-  TORNWALZEN_BAD_SELECTOR_OF_LAW = -33
+  TORNWALZEN_BAD_SELECTOR_OF_LAW = -33,
+  TORNWALZEN_BAD_PATH = -34,
+  TORNWALZEN_BAD_START = -35
 };
 
 /* What a code means, one sentence without full stop in German (language 0) or English (any other), ASCII. For the
@@ -130,6 +132,20 @@ TORNWALZEN_API int32_t tornwalzen_set_energy_reference(int32_t reference);
 /* Factors of the gradient tolerance, each in (0, 1], neutral 1: of the final increment and of those before it. */
 TORNWALZEN_API int32_t tornwalzen_set_tolerance_factors(double final_factor, double path_factor);
 
+/* The way to the blank: 0 (neutral) the fixed path, load increments from a development of the projection; 1 the sure
+   path, straight to the equilibrium with the part. The sure path starts from a rotation per triangle in the attitude of
+   the part's mean normal, so that its blank does not depend on how the part lies; it needs a few factorizations, and
+   memory of its own beside the host's arrays, freed at the end of the run. Its gradient tolerance is a thousandth of the
+   fixed path's, or what the final tolerance factor says if that is less. Holds: up to three unknowns that only take away
+   the rigid motion place the blank and load nothing; all others pin. A run that gives up has the reason
+   TORNWALZEN_GAVE_UP and says why in fatal_text; it leaves no error word behind. */
+TORNWALZEN_API int32_t tornwalzen_set_path(int32_t path);
+
+/* What the sure path starts from: 0 (neutral) the part seen along its mean normal, steep triangles opened over their
+   edges; 1 its largest flat patch alone, all else opened over edges. With undercut there may be several minima: the start
+   decides, and TornwalzenReport.energy tells which blank is the better one. */
+TORNWALZEN_API int32_t tornwalzen_set_start(int32_t start);
+
 /* TornwalzenReport.reason: why a run is not converged. */
 enum {
   TORNWALZEN_CONVERGED = 0,
@@ -141,7 +157,8 @@ enum {
   TORNWALZEN_STEP_TOO_SMALL = 6,    /* increments failed until their step became too small */
   TORNWALZEN_FINAL_UNCONVERGED = 7, /* the final increment stalled at the smallest step */
   TORNWALZEN_SOLVER_FAILED = 8,     /* a factorization or solve failed in at least one Newton step */
-  TORNWALZEN_STOPPED_BY_HOST = 9    /* a step handler asked for the end */
+  TORNWALZEN_STOPPED_BY_HOST = 9,   /* a step handler asked for the end */
+  TORNWALZEN_GAVE_UP = 10           /* the sure path found no blank; fatal_text says why */
 };
 
 /* The last run. Sizes never shrink: later versions append fields. */
@@ -175,9 +192,19 @@ typedef struct TornwalzenReport {
   double time_assembly;      /* of residual and tangent, */
   double time_factorization;
   double time_solve;
-  double time_line_search; /* of the line search and the energy sums of the Newton iterations, */
-  double time_analysis;    /* of OSMAIN as a whole */
-  char fatal_text[160];    /* last fatal text of the library or its solver, zero-terminated; empty if none */
+  double time_line_search;  /* of the line search and the energy sums of the Newton iterations, */
+  double time_analysis;     /* of OSMAIN as a whole */
+  char fatal_text[160];     /* last fatal text of the library or its solver, zero-terminated; empty if none */
+  int32_t path;             /* 0 fixed, 1 sure; what follows is 0 on the fixed path */
+  int32_t flat_patch_start; /* 1: the start was seen along the normal of a flat patch, not along the mean normal */
+  int32_t solves;           /* with factors of the tangent */
+  int32_t laplace_factorizations; /* of one equation per node, for the start and for curved steps */
+  int32_t hinged_elements;        /* whose rotation in the start came over edges */
+  int32_t start_inverted;         /* triangles turned over in the start */
+  int32_t blank_inverted;         /* triangles turned over, or without area, in the blank */
+  int32_t minimum_certified;      /* 1: the exact tangent at the blank is positive definite */
+  double smallest_stretch;        /* smallest singular value of the maps from part to blank (dimensionless) */
+  double energy;                  /* potential of the blank (mm^2) */
 } TornwalzenReport;
 
 /* Fills the report. A structure whose size field is smaller than that of this header is refused; of a larger one

@@ -36,7 +36,10 @@ class Newton {
       if (value_.gradient <= limits_.gradient) {
         if (lowerThreshold()) continue;
         if (!limits_.certify) return end(SureEnd::minimum);
-        if (exactStands_ && settle()) return end(SureEnd::minimum);
+        if (exactStands_ && settle()) {
+          if (lowerThreshold()) continue;
+          return end(SureEnd::minimum);
+        }
         if (settlings_ >= settlings) return end(exactStands_ ? SureEnd::minimum : SureEnd::stationary);
         ++settlings_;
         if (!indefiniteHere_) theta_ = 0.0;
@@ -47,10 +50,15 @@ class Newton {
         if (noFactor_) return end(SureEnd::noFactor);
         continue;
       }
-      if (exact && value_.gradient <= limits_.gradient && settle()) return end(SureEnd::minimum);
+      if (exact && value_.gradient <= limits_.gradient && settle()) {
+        if (lowerThreshold()) continue;
+        return end(SureEnd::minimum);
+      }
       solve();
       if (!step(exact)) return end(SureEnd::noDescent);
       if (exact && lastLength_ >= 1.0) chord();
+      if (!reportSureStep(problem_.run, problem_.counts.iterations, value_.gradient))
+        return end(SureEnd::stopped);
     }
   }
 

@@ -12,6 +12,7 @@ enum class SureEnd {
   noDescent,   // no step lowers the energy
   noFactor,    // a softened tangent without a factor
   tooThin,     // the energy over the blank lets a triangle vanish
+  stopped,     // the host asked for the end
   notFinite    // energy or gradient is not a number
 };
 

@@ -17,6 +17,7 @@
 #include "element/assembly.hpp"
 #include "element/element_strains.hpp"
 #include "ground/messages.hpp"
+#include "ground/progress.hpp"
 #include "sparse/factor_statistics.hpp"
 
 namespace tornwalzen {
@@ -51,6 +52,7 @@ class SurePath {
 
   RunEnd follow() {
     openSureProgress(run_);
+    if (!hostContinues(run_.progress, {RunPhase::start, 0.0})) return RunEnd::stoppedByHost;
     if (!prepare()) return gaveUp_;
     if (!start()) return gaveUp_;
     const RunEnd end = equilibrium();
@@ -108,7 +110,7 @@ class SurePath {
     run_.record.largestMeasure = run_.qmax;
 
     const BlankShape shape = blankShape(mesh(), a_.RX);
-    run_.record.start = seen.flatPatch ? 1 : 0;
+    run_.record.flatPatchStart = seen.flatPatch;
     run_.record.hingedElements = seen.hinged;
     run_.record.startInverted = shape.inverted;
     run_.record.laplaceFactorizations = joiner_.factorizations();
@@ -148,6 +150,7 @@ class SurePath {
         }
       }
       keepOutcome(found);
+      if (found.end == SureEnd::stopped) return RunEnd::stoppedByHost;
       if (!told(found)) return RunEnd::gaveUp;
       if (holds_.place(a_.KNG, a_.RX)) return RunEnd::converged;
       holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
@@ -180,6 +183,8 @@ class SurePath {
       case SureEnd::stationary:
         if (found.inverted == 0) return true;
         return giveUp(" SICHERER WEG: GEWENDETE ELEMENTE IM GLEICHGEWICHT", found.inverted);
+      case SureEnd::stopped:
+        return false;
       case SureEnd::tooLong:
         return giveUp(" SICHERER WEG: KEINE KONVERGENZ, GRADIENT", found.value.gradient);
       case SureEnd::noDescent:

@@ -69,6 +69,11 @@ void reportSureIteration(Analysis& run, Int iteration, double theta, bool curved
   inform(run, shareBehind(iteration), "Newton", gradient, smallest);
 }
 
+bool reportSureStep(Analysis& run, Int iteration, double gradient) {
+  return hostContinues(run.progress,
+                       {RunPhase::newton, 1.0 - std::pow(0.5, iteration), 0, iteration, gradient});
+}
+
 void reportSureChord(Analysis& run, double gradient, double smallest, double energy) {
   printMessage(run, MessageLine()
                         .text(" SEHNENSCHRITT                    ")

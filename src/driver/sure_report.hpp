@@ -13,9 +13,11 @@ void openSureProgress(Analysis& run);
 void reportSureStart(Analysis& run, bool flatPatch, Int seed, Int hinged, Int inverted, double smallest);
 
 /// One Newton iteration: how the tangent was softened (0 exact, 1 in full), way and length of the step, gradient
-/// (mm), smallest singular value, energy (mm²). limit: in, what the gradient has to meet (mm), for the fraction.
+/// (mm), smallest singular value, energy (mm²).
 void reportSureIteration(Analysis& run, Int iteration, double theta, bool curved, double length,
                          double gradient, double smallest, double energy);
+/// Tells the host's monitor where the iteration stands. False: the host asks for the end.
+bool reportSureStep(Analysis& run, Int iteration, double gradient);
 void reportSureChord(Analysis& run, double gradient, double smallest, double energy);
 void reportSureThreshold(Analysis& run, double s0);
 

@@ -45,9 +45,9 @@ struct RunRecord {
   double largestMeasure = 0.0;  // worst unfolding measure at its end (dimensionless)
   double largestStrain = 0.0;   // equivalent strain
   bool beyondCurve = false;     // does it lie beyond the last point of the flow curve's data?
-  // of the sure path; the blank's shape of both
+  // of the sure path, 0 on the fixed one
   Int path = 0;                   // 0 fixed, 1 sure
-  Int start = 0;                  // 0 seen along the mean normal, 1 from a flat patch
+  bool flatPatchStart = false;    // seen along the normal of a flat patch?
   Int solves = 0;                 // with factors of the tangent
   Int laplaceFactorizations = 0;  // of one equation per node
   Int hingedElements = 0;         // whose rotation came over edges

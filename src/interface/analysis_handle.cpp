@@ -156,6 +156,14 @@ int32_t tornwalzen_analysis_set_tolerance_factors(TornwalzenAnalysis* analysis, 
                              : setToleranceFactors(analysis->own.run, final_factor, path_factor);
 }
 
+int32_t tornwalzen_analysis_set_path(TornwalzenAnalysis* analysis, int32_t path) {
+  return analysis == nullptr ? TORNWALZEN_NULL_POINTER : setPath(analysis->own.run, path);
+}
+
+int32_t tornwalzen_analysis_set_start(TornwalzenAnalysis* analysis, int32_t start) {
+  return analysis == nullptr ? TORNWALZEN_NULL_POINTER : setStart(analysis->own.run, start);
+}
+
 int32_t tornwalzen_analysis_on_step(TornwalzenAnalysis* analysis, TornwalzenStepHandler handler,
                                     void* userdata) {
   if (const Int code = refuseChange(analysis)) return code;

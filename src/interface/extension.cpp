@@ -24,6 +24,14 @@ int32_t tornwalzen_set_tolerance_factors(double final_factor, double path_factor
   return setToleranceFactors(defaultAnalysis(), final_factor, path_factor);
 }
 
+int32_t tornwalzen_set_path(int32_t path) {
+  return setPath(defaultAnalysis(), path);
+}
+
+int32_t tornwalzen_set_start(int32_t start) {
+  return setStart(defaultAnalysis(), start);
+}
+
 int32_t tornwalzen_reset(void) {
   Analysis& run = defaultAnalysis();
   if (const Int busy = refuseWhileRunning(run)) return busy;

@@ -46,6 +46,16 @@ TornwalzenReport currentReport(const Analysis& run) {
   r.time_analysis = record.total;
   static_assert(sizeof r.fatal_text == fatalTextLength);
   std::memcpy(r.fatal_text, record.fatalText, fatalTextLength);
+  r.path = record.path;
+  r.flat_patch_start = record.flatPatchStart ? 1 : 0;
+  r.solves = record.solves;
+  r.laplace_factorizations = record.laplaceFactorizations;
+  r.hinged_elements = record.hingedElements;
+  r.start_inverted = record.startInverted;
+  r.blank_inverted = record.turnedElements;
+  r.minimum_certified = record.minimumCertified ? 1 : 0;
+  r.smallest_stretch = record.smallestSingular;
+  r.energy = record.energy;
   return r;
 }
 

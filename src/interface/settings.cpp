@@ -60,4 +60,18 @@ Int setToleranceFactors(Analysis& run, double finalFactor, double pathFactor) {
   return TORNWALZEN_OK;
 }
 
+Int setPath(Analysis& run, Int path) {
+  if (const Int busy = refuseWhileRunning(run)) return busy;
+  if (path != 0 && path != 1) return refuse(run.refusal, TORNWALZEN_BAD_PATH, 0, path);
+  run.options.surePath = path == 1;
+  return TORNWALZEN_OK;
+}
+
+Int setStart(Analysis& run, Int start) {
+  if (const Int busy = refuseWhileRunning(run)) return busy;
+  if (start != 0 && start != 1) return refuse(run.refusal, TORNWALZEN_BAD_START, 0, start);
+  run.options.patchStart = start == 1;
+  return TORNWALZEN_OK;
+}
+
 }  // namespace tornwalzen

@@ -11,6 +11,8 @@ Int setFlowCurve(Analysis& run, Int selector, Int n, const double* strain, const
 Int setNormalAnisotropy(Analysis& run, double r);
 Int setEnergyReference(Analysis& run, Int reference);
 Int setToleranceFactors(Analysis& run, double finalFactor, double pathFactor);
+Int setPath(Analysis& run, Int path);
+Int setStart(Analysis& run, Int start);
 
 /// 0, or TORNWALZEN_BUSY while the analysis runs.
 Int refuseWhileRunning(Analysis& run);
