@@ -50,14 +50,14 @@ void holdTurn(Vector<const double> RX, Int centre, Int node, Vector<Int> FREE) {
 
 }  // namespace
 
-BlankHolds::BlankHolds(Vector<const Int> ARFA, bool turnable) : ARFA_(ARFA), turnable_(turnable) {
+BlankHolds::BlankHolds(Vector<const Int> ARFA) : ARFA_(ARFA) {
   for (Int i = 1; i <= ARFA.length(); ++i) {
     if (ARFA(i) != 0) continue;
     const Int axis = (i + 1) % 2;  // 0 along u, 1 along v
     if (held_[axis] < 2) node_[axis][held_[axis]] = (i + 1) / 2;
     ++held_[axis];
   }
-  free_ = turnable && held_[0] <= 2 && held_[1] <= 2 && held_[0] + held_[1] <= 3;
+  free_ = held_[0] <= 2 && held_[1] <= 2 && held_[0] + held_[1] <= 3;
 }
 
 /// Returns the node about which the blank could still turn.
@@ -72,7 +72,7 @@ Int BlankHolds::holdShift(Vector<const double> RX, Vector<Int> FREE) const {
 void BlankHolds::standing(Vector<const double> RX, Vector<Int> FREE) const {
   if (RX.length() == 0) return;
   const Int centre = holdShift(RX, FREE);
-  if (free_ || (turnable_ && held_[0] < 2 && held_[1] < 2))
+  if (free_ || (held_[0] < 2 && held_[1] < 2))
     holdTurn(RX, centre, farthestNode(RX, RX(2 * centre - 1), RX(2 * centre)), FREE);
 }
 

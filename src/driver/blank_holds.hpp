@@ -11,8 +11,8 @@ namespace tornwalzen {
 
 class BlankHolds {
  public:
-  /// ARFA: in, neq, the host's flags, 0 held. turnable: in, is the potential the same for a turned blank?
-  BlankHolds(Vector<const Int> ARFA, bool turnable);
+  /// ARFA: in, neq, the host's flags, 0 held.
+  explicit BlankHolds(Vector<const Int> ARFA);
 
   /// Does the blank move freely, to be placed afterwards?
   bool free() const { return free_; }
@@ -36,7 +36,7 @@ class BlankHolds {
   bool turnFor(Table<const double> KNG, Vector<const double> RX, double& turn) const;
 
   Vector<const Int> ARFA_;
-  bool free_, turnable_;
+  bool free_;
   Int held_[2] = {0, 0};               // held unknowns along u and v
   Int node_[2][2] = {{0, 0}, {0, 0}};  // the first two nodes held along u, along v
 };

@@ -44,7 +44,8 @@ class SurePath {
         partGeometric_(true),
         blankGeometric_(false),
         tangent_(run, a.COLS, a.ROWI, a.WORK, a.RWORK, a.SYSM, a.WRHS),
-        joiner_(run) {
+        joiner_(run),
+        holds_(a.ARFA) {
     const bool geometric = run.istat == 0;
     overPart_.append(geometric ? static_cast<const PotentialTerm&>(partGeometric_) : partWork_);
     overBlank_.append(geometric ? static_cast<const PotentialTerm&>(blankGeometric_) : blankWork_);
@@ -95,13 +96,15 @@ class SurePath {
   /// The starting blank, in RX and KNA.
   bool start() {
     const ProcessorTime time(run_.record.development);
-    BlankHolds& holds = holds_;
-    holds = BlankHolds(a_.ARFA, overPart_.turnable());
     const StartOutcome seen = start_.rotate(mesh(), a_.KNG, a_.RX);
     if (!seen.memory || !joinStart()) return noMemory();
-    if (!holds.place(a_.KNG, a_.RX)) {
-      holds.pin();
+    if (!holds_.place(a_.KNG, a_.RX)) {
+      holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
       if (!joinStart()) return noMemory();
+    }
+    if (holds_.free() && !overPart_.turnable()) {  // a turn afterwards would change the energy
+      holds_.pin();
+      if (!prepareJoiner()) return noMemory();
     }
     for (Int n = 1; n <= run_.nkno; ++n)
       for (Int i = 1; i <= 2; ++i) a_.KNA(n, i) = a_.RX(2 * n - 2 + i);
@@ -123,10 +126,14 @@ class SurePath {
   /// Joins the rotations to a blank under the holds as they are.
   bool joinStart() {
     if (!holds_.free()) holds_.place(a_.KNG, a_.RX);
-    holds_.standingShift(a_.RX, free_.vector());
-    if (!joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector())) return false;
+    if (!prepareJoiner()) return false;
     start_.join(mesh(), joiner_, a_.RX, a_.TEMP);
     return true;
+  }
+
+  bool prepareJoiner() {
+    holds_.standingShift(a_.RX, free_.vector());
+    return joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector());
   }
 
   /// Newton's method, over the part and then over the blank if that is the reference, and the place of the blank.
@@ -153,10 +160,9 @@ class SurePath {
       if (found.end == SureEnd::stopped) return RunEnd::stoppedByHost;
       if (!told(found)) return RunEnd::gaveUp;
       if (holds_.place(a_.KNG, a_.RX)) return RunEnd::converged;
-      holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
+      holds_.pin();
       holds_.place(a_.KNG, a_.RX);
-      holds_.standing(a_.RX, free_.vector());
-      if (!joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector())) return RunEnd::solverFailed;
+      if (!prepareJoiner()) return RunEnd::solverFailed;
     }
   }
 
@@ -225,7 +231,7 @@ class SurePath {
   SparseSystem tangent_;
   MapJoiner joiner_;
   SureStart start_;
-  BlankHolds holds_{{}, true};
+  BlankHolds holds_;
   OwnArray<double> frames_{"FRAMES"};
   OwnArray<Int> free_{"FREE"};
   SureCounts counts_;
