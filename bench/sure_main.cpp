@@ -127,6 +127,11 @@ int main(int argc, char** argv) {
   }
   for (const auto& folded : verification::foldedSheets(std::sqrt(2.0 * 60.0 * 100.0 / triangles)))
     if (wanted(folded.name)) study(folded.name, extension::fromSheet(folded.sheet), folded.sheet.blank);
+  for (const double angle : {60.0, 90.0, 110.0, 130.0, 150.0, 160.0, 165.0, 170.0, 175.0}) {
+    const std::string name = "sphere " + std::to_string(static_cast<int>(angle));
+    if (!wanted(name)) continue;
+    study(name, extension::fromSheet(verification::sphereCap(angle, static_cast<int>(std::sqrt(triangles / 6.0)))), {});
+  }
   if (!folder.empty())
     for (const auto& name : {"scan_tray", "sheet_panel_13holes", "sheet_rail_channel", "car_hood_outer",
                              "dfg_cup_quarter", "round_cup_18", "dome_15"}) {

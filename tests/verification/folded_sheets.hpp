@@ -79,4 +79,32 @@ inline std::vector<FoldedSheet> foldedSheets(double size) {
   return all;
 }
 
+/// Part of a sphere of radius 50 mm from the pole to the polar angle `angle` (degrees): a doubly curved sheet with
+/// undercut beyond 90 degrees. rings: in, of triangles.
+inline shapes::Sheet sphereCap(double angle, std::int32_t rings) {
+  const double pi = 3.14159265358979323846, radius = 50.0;
+  shapes::Sheet sheet;
+  sheet.knots = {0.0, 0.0, radius};
+  for (std::int32_t r = 1; r <= rings; ++r) {
+    const double polar = angle * pi / 180.0 * r / rings;
+    for (std::int32_t k = 0; k < 6 * r; ++k) {
+      const double about = 2.0 * pi * k / (6 * r);
+      sheet.knots.insert(sheet.knots.end(), {radius * std::sin(polar) * std::cos(about),
+                                             radius * std::sin(polar) * std::sin(about), radius * std::cos(polar)});
+    }
+  }
+  const auto first = [](std::int32_t r) { return r == 0 ? 1 : 2 + 3 * r * (r - 1); };
+  for (std::int32_t r = 1; r <= rings; ++r)
+    for (std::int32_t sector = 0; sector < 6; ++sector)
+      for (std::int32_t k = 0; k < r; ++k) {
+        const auto outer = [&](std::int32_t i) { return first(r) + (sector * r + i) % (6 * r); };
+        const auto inner = [&](std::int32_t i) {
+          return r == 1 ? 1 : first(r - 1) + (sector * (r - 1) + i) % (6 * (r - 1));
+        };
+        sheet.inzi.insert(sheet.inzi.end(), {inner(k), outer(k), outer(k + 1)});
+        if (k + 1 < r) sheet.inzi.insert(sheet.inzi.end(), {inner(k), outer(k + 1), inner(k + 1)});
+      }
+  return sheet;
+}
+
 }  // namespace verification
