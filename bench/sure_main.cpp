@@ -74,6 +74,9 @@ void lineOf(const std::string& name, const extension::WholeRun& run, double seco
                r.solves, r.laplaceFactorizations, r.newtonSteps, r.hingedElements, r.startInverted,
                r.turnedElements, r.smallestSingular, r.minimumCertified ? 1 : 0, r.lastGradient, r.energy,
                error, seconds, r.fatalText);
+  if (std::getenv("SURE_TIMES") != nullptr)
+    std::fprintf(out, "    start %.3f assembly %.3f factorization %.3f solve %.3f search %.3f total %.3f\n",
+                 r.development, r.assembly, r.factorization, r.solve, r.lineSearch, r.total);
   std::fflush(out);
 }
 
@@ -130,7 +133,9 @@ int main(int argc, char** argv) {
   for (const double angle : {60.0, 90.0, 110.0, 130.0, 150.0, 160.0, 165.0, 170.0, 175.0}) {
     const std::string name = "sphere " + std::to_string(static_cast<int>(angle));
     if (!wanted(name)) continue;
-    study(name, extension::fromSheet(verification::sphereCap(angle, static_cast<int>(std::sqrt(triangles / 6.0)))), {});
+    study(name,
+          extension::fromSheet(verification::sphereCap(angle, static_cast<int>(std::sqrt(triangles / 6.0)))),
+          {});
   }
   if (!folder.empty())
     for (const auto& name : {"scan_tray", "sheet_panel_13holes", "sheet_rail_channel", "car_hood_outer",

@@ -134,22 +134,18 @@ class Newton {
       lastLength_ = 1.0;
       return true;
     }
-    StepTaken taken{false, false, 0.0, before};
+    StepTaken taken{false, false, 0.0, value_};
     if (descent > 0.0) taken = takeStep(problem_, value_, descent, !exact);
+    value_ = taken.value;
     if (!taken.accepted && exact) {  // an exact direction that leads nowhere: as if it had not been definite
       ++failures_;
       theta_ = softTheta();
       exactStands_ = false;
       lastLength_ = 0.0;
-      value_ = evaluateBlank(problem_);
       return true;
     }
-    if (!taken.accepted) {
-      value_ = evaluateBlank(problem_);
-      return value_.gradient <= limits_.gradient;
-    }
+    if (!taken.accepted) return value_.gradient <= limits_.gradient;
     const double softened = theta_;
-    value_ = evaluateBlank(problem_);
     look();
     lastLength_ = taken.length;
     reportSureIteration(problem_.run, problem_.counts.iterations, softened, taken.curved, taken.length,

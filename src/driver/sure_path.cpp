@@ -47,8 +47,8 @@ class SurePath {
         joiner_(run),
         holds_(a.ARFA) {
     const bool geometric = run.istat == 0;
-    overPart_.append(geometric ? static_cast<const PotentialTerm&>(partGeometric_) : partWork_);
-    overBlank_.append(geometric ? static_cast<const PotentialTerm&>(blankGeometric_) : blankWork_);
+    overPart_.append(geometric ? static_cast<const DensityTerm&>(partGeometric_) : partWork_);
+    overBlank_.append(geometric ? static_cast<const DensityTerm&>(blankGeometric_) : blankWork_);
   }
 
   RunEnd follow() {
@@ -227,7 +227,7 @@ class SurePath {
   FlowCurve CURVE_;
   PlasticWorkTerm partWork_, blankWork_;
   GeometricTerm partGeometric_, blankGeometric_;
-  PotentialTerms overPart_, overBlank_;
+  DensityTerms overPart_, overBlank_;
   SparseSystem tangent_;
   MapJoiner joiner_;
   SureStart start_;

@@ -19,9 +19,9 @@ struct SureCounts {
 struct SureProblem {
   Analysis& run;  // for what is told on the way
   PotentialMesh mesh;
-  const PotentialTerms* terms;  // what is minimised
-  double s0;                    // threshold of the extended measures (dimensionless)
-  Vector<const Int> FREE;       // neq: 0 for unknowns that stand still
+  const DensityTerms* terms;  // what is minimised
+  double s0;                  // threshold of the extended measures (dimensionless)
+  Vector<const Int> FREE;     // neq: 0 for unknowns that stand still
   SparseSystem& tangent;
   MapJoiner& joiner;
   Vector<double> RX;     // neq (mm): the blank

@@ -70,8 +70,10 @@ StartOutcome SureStart::rotate(const PotentialMesh& mesh, Table<const double> KN
 
 void SureStart::join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS) {
   for (Int round = 0; round <= rounds; ++round) {
-    if (round > 0) closestRotations(mesh, RX, angle_.vector());
-    rotationLoads(mesh, RX, angle_.vector(), LOADS);
+    if (round == 0)
+      rotationLoads(mesh, RX, angle_.vector(), LOADS);
+    else
+      closestRotationLoads(mesh, RX, LOADS);
     joiner.join(LOADS, LOADS);
     for (Int64 i = 1; i <= RX.length(); ++i) RX(i) += LOADS(i);
   }

@@ -42,28 +42,25 @@ struct Search {
   void moveTo(bool curved, double t) const { curved ? curvedTo(t) : straightTo(t); }
 
   /// Does RX, at t, keep what was foretold? Where the decrease drowns in the energy's digits the gradient judges.
-  bool better(double t, double& energy) const {
+  bool better(double t, SureValue& now) const {
     ++problem.counts.trials;
-    if (t * descent < energyDigits * before.energy) {
-      const SureValue now = evaluateBlank(problem);
-      energy = now.energy;
-      return now.gradient <= before.gradient;
-    }
-    energy = potentialEnergy(problem.mesh, problem.RX, problem.potential(0.0));
-    return energy <= before.energy - armijo * t * descent;
+    now = evaluateBlank(problem);
+    if (t * descent < energyDigits * before.energy) return now.gradient <= before.gradient;
+    return now.energy <= before.energy - armijo * t * descent;
   }
 
   /// From the accepted t on, doubled while each time more comes of it than was foretold.
-  void lengthen(bool curved, double longest, double& t, double& energy) const {
-    while (before.energy - energy > surplus * t * descent && 2.0 * t <= longest) {
-      double further;
+  void lengthen(bool curved, double longest, double& t, SureValue& value) const {
+    while (before.energy - value.energy > surplus * t * descent && 2.0 * t <= longest) {
+      SureValue further;
       moveTo(curved, 2.0 * t);
-      if (!better(2.0 * t, further) || !(further < energy)) {
+      if (!better(2.0 * t, further) || !(further.energy < value.energy)) {
         moveTo(curved, t);
+        value = evaluateBlank(problem);
         return;
       }
       t *= 2.0;
-      energy = further;
+      value = further;
     }
   }
 };
@@ -75,15 +72,14 @@ StepTaken takeStep(const SureProblem& problem, const SureValue& before, double d
   const Search search{problem, before, descent};
   const double turn = largestTurn(problem.mesh, problem.RX, problem.RB);
   search.keep();
-  double energy = before.energy;
+  SureValue value = before;
   if (turn > turnLimit) {
-    const double start = std::min(1.0, 1.0 / turn);
-    double t = start;
+    double t = std::min(1.0, 1.0 / turn);
     for (Int halving = 0; halving <= curvedHalvings; ++halving, t *= 0.5) {
       search.moveTo(true, t);
-      if (!search.better(t, energy)) continue;
-      if (soft && t >= 1.0) search.lengthen(true, std::min(longestStep, longestTurn / turn), t, energy);
-      return {true, true, t, energy};
+      if (!search.better(t, value)) continue;
+      if (soft && t >= 1.0) search.lengthen(true, std::min(longestStep, longestTurn / turn), t, value);
+      return {true, true, t, value};
     }
     search.putBack();
   }
@@ -91,12 +87,12 @@ StepTaken takeStep(const SureProblem& problem, const SureValue& before, double d
   double t = std::min(1.0, toInversion);
   for (Int halving = 0; halving <= straightHalvings; ++halving, t *= 0.5) {
     search.moveTo(false, t);
-    if (!search.better(t, energy)) continue;
-    if (soft && t >= 1.0) search.lengthen(false, std::min(longestStep, toInversion), t, energy);
-    return {true, false, t, energy};
+    if (!search.better(t, value)) continue;
+    if (soft && t >= 1.0) search.lengthen(false, std::min(longestStep, toInversion), t, value);
+    return {true, false, t, value};
   }
   search.putBack();
-  return {false, false, 0.0, before.energy};
+  return {false, false, 0.0, evaluateBlank(problem)};
 }
 
 }  // namespace tornwalzen

@@ -76,6 +76,16 @@ void rotationLoads(const PotentialMesh& mesh, Vector<const double> RX, Vector<co
   }
 }
 
+void closestRotationLoads(const PotentialMesh& mesh, Vector<const double> RX, Vector<double> RR) {
+  clear(RR);
+  for (Int e = 1; e <= mesh.FRAMES.columns(); ++e) {
+    const BlankMap J = blankMap(e, mesh.INTA, mesh.FRAMES, RX);
+    const double x = J.J11 + J.J22, y = J.J21 - J.J12, length = std::sqrt(x * x + y * y);
+    const double c = length > 0.0 ? x / length : 0.0, s = length > 0.0 ? y / length : 0.0;
+    addLoads(e, mesh, {c - J.J11, -s - J.J12, s - J.J21, c - J.J22}, RR);
+  }
+}
+
 double largestTurn(const PotentialMesh& mesh, Vector<const double> RX, Vector<const double> RB) {
   double largest = 0.0;
   for (Int e = 1; e <= mesh.FRAMES.columns(); ++e) {

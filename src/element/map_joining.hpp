@@ -23,6 +23,9 @@ void closestRotations(const PotentialMesh& mesh, Vector<const double> RX, Vector
 void rotationLoads(const PotentialMesh& mesh, Vector<const double> RX, Vector<const double> ANGLE,
                    Vector<double> RR);
 
+/// The same with the rotation closest to J of each triangle, 0 in place of one that J does not have.
+void closestRotationLoads(const PotentialMesh& mesh, Vector<const double> RX, Vector<double> RR);
+
 /// Largest turn (radians, ≥ 0) of the triangles' closest rotations along RB (mm), to first order.
 double largestTurn(const PotentialMesh& mesh, Vector<const double> RX, Vector<const double> RB);
 

@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "ground/triangle.hpp"
+
 namespace tornwalzen {
 
 namespace {
@@ -20,15 +22,13 @@ Int measurePartFrames(Table<const Int> INTA, Table<const double> KNG, Table<doub
       pq += P[i] * Q[i];
       qq += Q[i] * Q[i];
     }
-    const double nx = P[1] * Q[2] - P[2] * Q[1], ny = P[2] * Q[0] - P[0] * Q[2],
-                 nz = P[0] * Q[1] - P[1] * Q[0];
-    const double twiceArea = std::sqrt(nx * nx + ny * ny + nz * nz), l = std::sqrt(pp), h = twiceArea / l;
+    const double area = twiceArea(P, Q), l = std::sqrt(pp), h = area / l;
     const double longest = std::sqrt(std::fmax(std::fmax(pp, qq), pp + qq - 2.0 * pq));
     if (!(h > leastHeight * longest) || !std::isfinite(1.0 / h)) return e;
     FRAMES(frame::along, e) = 1.0 / l;
-    FRAMES(frame::tilt, e) = -pq / (l * twiceArea);
+    FRAMES(frame::tilt, e) = -pq / (l * area);
     FRAMES(frame::across, e) = 1.0 / h;
-    FRAMES(frame::weight, e) = twiceArea;
+    FRAMES(frame::weight, e) = area;
   }
   return 0;
 }

@@ -1,7 +1,7 @@
 // Sums of the potential over all triangles, in order: energy, residual, tangent, and what the blank looks like.
 #pragma once
 
-#include "element/potential_terms.hpp"
+#include "element/density_terms.hpp"
 
 namespace tornwalzen {
 
@@ -13,7 +13,7 @@ struct PotentialMesh {
 
 /// The potential with its threshold.
 struct ExtendedPotential {
-  const PotentialTerms& terms;
+  const DensityTerms& terms;
   double s0;     // of the extended measures (dimensionless)
   double theta;  // what negative eigenvalues of a triangle's tangent lose of themselves, 0..1
 };

@@ -26,7 +26,7 @@ struct BuiltInTerm {
   tornwalzen::FlowCurve CURVE{tornwalzen::run};
   tornwalzen::PlasticWorkTerm work;
   tornwalzen::GeometricTerm geometric;
-  tornwalzen::PotentialTerms terms;
+  tornwalzen::DensityTerms terms;
 
   explicit BuiltInTerm(const Choice& choice)
       : work(CURVE, choice.partReference), geometric(choice.partReference) {
@@ -50,7 +50,7 @@ struct ByMap {
       for (int i = 0; i < 3; ++i) KNG[3 * i + n] = part[3 * n + i];
     return tornwalzen::measurePartFrames({"INTA", INTA, 1, 3}, {"KNG", KNG, 3, 3}, {"FRAMES", FRAMES, 4, 1});
   }
-  void evaluate(const tornwalzen::PotentialTerms& terms, Order order, const Blank& blank, double s0,
+  void evaluate(const tornwalzen::DensityTerms& terms, Order order, const Blank& blank, double s0,
                 double theta = 0.0) {
     value =
         trianglePotential(order, 1, mesh(), {"RX", blank.data(), 6}, {terms, s0, theta}, gradient, hessian);
@@ -254,11 +254,11 @@ TEST(PartFrames, ATriangleWithoutAreaIsNamed) {
   EXPECT_EQ(measure(), 1);  // an edge of no length
 }
 
-TEST(PotentialTermsList, TakesNoMoreThanItsRoom) {
+TEST(DensityTermsList, TakesNoMoreThanItsRoom) {
   const tornwalzen::GeometricTerm term(true);
-  tornwalzen::PotentialTerms terms;
+  tornwalzen::DensityTerms terms;
   EXPECT_TRUE(terms.turnable());
-  for (Int k = 0; k < tornwalzen::PotentialTerms::mostTerms; ++k) EXPECT_TRUE(terms.append(term));
+  for (Int k = 0; k < tornwalzen::DensityTerms::mostTerms; ++k) EXPECT_TRUE(terms.append(term));
   EXPECT_FALSE(terms.append(term));
   EXPECT_FALSE(terms.turnable());
 }

@@ -89,8 +89,9 @@ inline shapes::Sheet sphereCap(double angle, std::int32_t rings) {
     const double polar = angle * pi / 180.0 * r / rings;
     for (std::int32_t k = 0; k < 6 * r; ++k) {
       const double about = 2.0 * pi * k / (6 * r);
-      sheet.knots.insert(sheet.knots.end(), {radius * std::sin(polar) * std::cos(about),
-                                             radius * std::sin(polar) * std::sin(about), radius * std::cos(polar)});
+      sheet.knots.insert(sheet.knots.end(),
+                         {radius * std::sin(polar) * std::cos(about),
+                          radius * std::sin(polar) * std::sin(about), radius * std::cos(polar)});
     }
   }
   const auto first = [](std::int32_t r) { return r == 0 ? 1 : 2 + 3 * r * (r - 1); };

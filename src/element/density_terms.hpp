@@ -1,5 +1,5 @@
-// The terms of the potential, as one list: energy, residual and tangent of a triangle all go through it, so a
-// further term (bending, tools) is one class here and its place in the list.
+// The densities whose sum is the potential, as one list: energy, residual and tangent of a triangle all go through
+// it, so a further density is one class here and its place in the list.
 //
 // The built-in terms are those of element.hpp, written in J = F⁻¹ of blank_map.hpp: the same potential wherever
 // the singular values stand above the threshold s0, and its continuation below.
@@ -20,9 +20,9 @@ struct TrianglePoint {
   double s0;         // threshold of the extended measures (dimensionless)
 };
 
-class PotentialTerm {
+class DensityTerm {
  public:
-  virtual ~PotentialTerm() = default;
+  virtual ~DensityTerm() = default;
   /// Adds the term of the triangle to `sum` (mm²), derivatives as far as `order` asks.
   virtual void add(Order order, const TrianglePoint& at, MapSum& sum) const = 0;
   /// Does the term stay the same when the whole blank is turned?
@@ -30,12 +30,12 @@ class PotentialTerm {
 };
 
 /// The terms that are minimised together. Owns none of them: they outlive the list.
-class PotentialTerms {
+class DensityTerms {
  public:
   static constexpr Int mostTerms = 8;
 
   /// False, and nothing changed, where the list is full.
-  bool append(const PotentialTerm& term) {
+  bool append(const DensityTerm& term) {
     if (count_ == mostTerms) return false;
     terms_[static_cast<std::size_t>(count_++)] = &term;
     return true;
@@ -50,12 +50,12 @@ class PotentialTerms {
   }
 
  private:
-  std::array<const PotentialTerm*, mostTerms> terms_{};
+  std::array<const DensityTerm*, mostTerms> terms_{};
   Int count_ = 0;
 };
 
 /// ½·W(ε̄)² of the logarithmic strains, per area of the part or of the blank.
-class PlasticWorkTerm : public PotentialTerm {
+class PlasticWorkTerm : public DensityTerm {
  public:
   /// CURVE: in, the flow curve with its weights of the equivalent strain; outlives the term.
   PlasticWorkTerm(const FlowCurve& CURVE, bool partReference)
@@ -69,7 +69,7 @@ class PlasticWorkTerm : public PotentialTerm {
 };
 
 /// E11² + E22² + E12² of the Green-Lagrange strains in the blank's axes, per area of the part or of the blank.
-class GeometricTerm : public PotentialTerm {
+class GeometricTerm : public DensityTerm {
  public:
   explicit GeometricTerm(bool partReference) : partReference_(partReference) {}
   void add(Order order, const TrianglePoint& at, MapSum& sum) const override;

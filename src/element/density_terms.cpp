@@ -1,5 +1,5 @@
 // The built-in terms, seen from the principal axes of the strain in the blank.
-#include "element/potential_terms.hpp"
+#include "element/density_terms.hpp"
 
 #include <cmath>
 
