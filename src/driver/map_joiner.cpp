@@ -3,28 +3,28 @@
 
 namespace tornwalzen {
 
-bool MapJoiner::prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                        Vector<const Int> FREE) {
+Joiner MapJoiner::prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                          Vector<const Int> FREE) {
   const Int64 nodes = FREE.length() / 2;
-  if (!load_.allocate(nodes) || !move_.allocate(nodes)) return false;
+  if (!load_.allocate(nodes) || !move_.allocate(nodes)) return Joiner::noMemory;
   shared_ = true;
   for (Int64 n = 1; n <= nodes; ++n) shared_ = shared_ && FREE(2 * n - 1) == FREE(2 * n);
   for (Int axis = 0; axis < (shared_ ? 1 : 2); ++axis)
-    if (!prepareOne(mesh, COLS, ROWI, FREE, axis)) return false;
-  return true;
+    if (const Joiner one = prepareOne(mesh, COLS, ROWI, FREE, axis); one != Joiner::ready) return one;
+  return Joiner::ready;
 }
 
-bool MapJoiner::prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                           Vector<const Int> FREE, Int axis) {
+Joiner MapJoiner::prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                             Vector<const Int> FREE, Int axis) {
   SparseSystem& system = system_[axis];
   const Int64 nodes = FREE.length() / 2;
-  if (!free_[axis].allocate(nodes) || !system.prepareNodes(COLS, ROWI)) return false;
+  if (!free_[axis].allocate(nodes) || !system.prepareNodes(COLS, ROWI)) return Joiner::noMemory;
   const Vector<Int> flags = free_[axis].vector();
   for (Int64 n = 1; n <= nodes; ++n) flags(n) = FREE(2 * n - 1 + axis);
   laplacian(mesh, system.COLS(), system.ROWI(), system.SYSM());
   system.hold(flags);
   ++factorizations_;
-  return system.factorize();
+  return system.factorize() ? Joiner::ready : Joiner::singular;
 }
 
 void MapJoiner::join(Vector<const double> LOADS, Vector<double> DX) {

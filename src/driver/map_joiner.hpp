@@ -7,15 +7,18 @@
 
 namespace tornwalzen {
 
+/// How the preparation of a joiner ended.
+enum class Joiner { ready, noMemory, singular };
+
 class MapJoiner {
  public:
   explicit MapJoiner(Analysis& run) : system_{SparseSystem(run), SparseSystem(run)} {}
 
   /// COLS, ROWI: in, the host's pattern of two equations per node. FREE: in, neq, 0 for unknowns that stand still;
   /// at least one along u and one along v. Where both directions hold the same nodes, as where the blank moves
-  /// freely, one factor serves both. False: no memory or a solver that failed.
-  bool prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-               Vector<const Int> FREE);
+  /// freely, one factor serves both. singular: a pivot is zero, as where a piece of the mesh holds nothing.
+  Joiner prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                 Vector<const Int> FREE);
 
   /// DX: out, neq (mm): the move that answers the LOADS of map_joining.hpp (mm), 0 for what stands still.
   void join(Vector<const double> LOADS, Vector<double> DX);
@@ -24,8 +27,8 @@ class MapJoiner {
   Int solves() const { return solves_; }
 
  private:
-  bool prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                  Vector<const Int> FREE, Int axis);
+  Joiner prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                    Vector<const Int> FREE, Int axis);
 
   SparseSystem system_[2];
   OwnArray<Int> free_[2]{OwnArray<Int>("FREE"), OwnArray<Int>("FREE")};

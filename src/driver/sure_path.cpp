@@ -76,6 +76,7 @@ class SurePath {
 
   /// Angles, areas, attitude and frames of the part; the target is the part itself.
   bool prepare() {
+    if (run_.nele == 0) return giveUp(" SICHERER WEG: KEIN ELEMENT");
     Int sharp;
     measureAngles(run_, a_, sharp);
     reportSharpElements(run_, sharp);
@@ -97,14 +98,15 @@ class SurePath {
   bool start() {
     const ProcessorTime time(run_.record.development);
     const StartOutcome seen = start_.rotate(mesh(), a_.KNG, a_.RX);
-    if (!seen.memory || !joinStart()) return noMemory();
+    if (!seen.memory) return noMemory();
+    if (!joinStart()) return false;
     if (!holds_.place(a_.KNG, a_.RX)) {
       holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
-      if (!joinStart()) return noMemory();
+      if (!joinStart()) return false;
     }
     if (holds_.free() && !overPart_.turnable()) {  // a turn afterwards would change the energy
       holds_.pin();
-      if (!prepareJoiner()) return noMemory();
+      if (!prepareJoiner()) return false;
     }
     for (Int n = 1; n <= run_.nkno; ++n)
       for (Int i = 1; i <= 2; ++i) a_.KNA(n, i) = a_.RX(2 * n - 2 + i);
@@ -133,7 +135,15 @@ class SurePath {
 
   bool prepareJoiner() {
     holds_.standingShift(a_.RX, free_.vector());
-    return joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector());
+    switch (joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector())) {
+      case Joiner::ready:
+        return true;
+      case Joiner::noMemory:
+        return noMemory();
+      case Joiner::singular:
+        break;
+    }
+    return giveUp(" SICHERER WEG: EIN TEIL DES NETZES HAENGT NICHT MIT DEM REST ZUSAMMEN");
   }
 
   /// Newton's method, over the part and then over the blank if that is the reference, and the place of the blank.
@@ -162,7 +172,7 @@ class SurePath {
       if (holds_.place(a_.KNG, a_.RX)) return RunEnd::converged;
       holds_.pin();
       holds_.place(a_.KNG, a_.RX);
-      if (!prepareJoiner()) return RunEnd::solverFailed;
+      if (!prepareJoiner()) return gaveUp_;
     }
   }
 
@@ -207,10 +217,7 @@ class SurePath {
 
   /// The element table and what else the arrays hold at the end.
   void keepResults() {
-    for (Int i = 1; i <= run_.neq; ++i) {
-      a_.TEMP(i) = 0.0;
-      a_.RXA(i) = a_.KNA((i + 1) / 2, (i + 1) % 2 + 1);
-    }
+    for (Int i = 1; i <= run_.neq; ++i) a_.RXA(i) = a_.KNA((i + 1) / 2, (i + 1) % 2 + 1);
     recordFactor(run_.record, run_.solver.protocol, a_.WORK, a_.RWORK);
     recordLargestStrain(run_, a_);
     if (run_.record.turnedElements != 0) return;
@@ -244,6 +251,8 @@ void surePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
   run.record.path = 1;
   run.record.end = RunEnd::running;
   run.record.end = SurePath(run, a, EVAL).follow();
+  if (run.record.end == RunEnd::converged) run.record.progress = 1.0;
+  for (Int i = 1; i <= run.neq; ++i) a.TEMP(i) = 0.0;
 }
 
 }  // namespace tornwalzen
