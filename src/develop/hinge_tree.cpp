@@ -31,12 +31,14 @@ double foldAngle(Table<const double> N, Int e, Int f) {
   return std::atan2(std::sqrt(x * x + y * y + z * z), dot);
 }
 
-/// Direction (radians) of the side from corner k to k + 1 in the triangle's own axes.
-double sideDirection(Int e, Int k, Table<const Int> INTA, Table<const double> KNG) {
+/// Direction (radians) of half edge h in its triangle's own axes.
+double sideDirection(const PartMesh& M, Int h) {
+  const Int e = halfEdgeTriangle(h), k = (h - 1) % 3 + 1;
   if (k == 1) return 0.0;
   double pp = 0.0, pq = 0.0, qq = 0.0;
   for (Int i = 1; i <= 3; ++i) {
-    const double P = KNG(INTA(e, 2), i) - KNG(INTA(e, 1), i), Q = KNG(INTA(e, 3), i) - KNG(INTA(e, 1), i);
+    const double P = M.KNG(M.INTA(e, 2), i) - M.KNG(M.INTA(e, 1), i);
+    const double Q = M.KNG(M.INTA(e, 3), i) - M.KNG(M.INTA(e, 1), i);
     pp += P * P;
     pq += P * Q;
     qq += Q * Q;
@@ -47,13 +49,12 @@ double sideDirection(Int e, Int k, Table<const Int> INTA, Table<const double> KN
 
 }  // namespace
 
-bool carryRotations(Table<const Int> INTA, Table<const double> KNG, Table<const double> NORMALS,
-                    Table<const Int> NEIGHBOUR, Table<const Int> SIDE, Vector<Int> KNOWN,
+bool carryRotations(const PartMesh& M, Vector<const Int> TWIN, Table<const double> NORMALS, Vector<Int> KNOWN,
                     Vector<double> ANGLE) {
-  const Int elements = static_cast<Int>(NORMALS.columns());
+  const Int elements = M.nele;
   OwnArray<Waiting> heap("HEAP");
   OwnArray<double> cost("COST");
-  OwnArray<Int> from("FROM");  // the side that a triangle hangs on, 0 where its angle is given
+  OwnArray<Int> from("FROM");  // the half edge that a triangle hangs on, 0 where its angle is given
   if (!heap.allocate(4 * Int64{elements}) || !cost.allocate(elements) || !from.allocate(elements))
     return false;
   Waiting* const first = heap.data();
@@ -73,18 +74,17 @@ bool carryRotations(Table<const Int> INTA, Table<const double> KNG, Table<const 
     const Int e = (--last)->e;
     if (KNOWN(e) != 0) continue;
     KNOWN(e) = 1;
-    if (const Int k = FROM(e); k != 0) {
-      const Int f = NEIGHBOUR(k, e);
+    if (const Int h = FROM(e); h != 0)
       ANGLE(e) =
-          ANGLE(f) + sideDirection(f, SIDE(k, e), INTA, KNG) + halfTurn - sideDirection(e, k, INTA, KNG);
-    }
-    for (Int k = 1; k <= 3; ++k) {
-      const Int f = NEIGHBOUR(k, e);
-      if (f == 0 || KNOWN(f) != 0) continue;
+          ANGLE(halfEdgeTriangle(TWIN(h))) + sideDirection(M, TWIN(h)) + halfTurn - sideDirection(M, h);
+    for (Int h = 3 * e - 2; h <= 3 * e; ++h) {
+      if (TWIN(h) == 0) continue;
+      const Int f = halfEdgeTriangle(TWIN(h));
+      if (KNOWN(f) != 0) continue;
       const double reached = COST(e) + foldAngle(NORMALS, e, f) + edgeCost;
       if (!(reached < COST(f))) continue;
       COST(f) = reached;
-      FROM(f) = SIDE(k, e);
+      FROM(f) = TWIN(h);
       *last++ = {reached, f};
       std::push_heap(first, last, later);
     }

@@ -2,7 +2,7 @@
 // carried over the edges, as if each were a hinge that is opened flat.
 #pragma once
 
-#include "ground/array_view.hpp"
+#include "develop/mesh_edges.hpp"
 
 namespace tornwalzen {
 
@@ -14,11 +14,10 @@ namespace tornwalzen {
 /// Dijkstra, A note on two problems in connexion with graphs, 1959); of two equal ways the one whose triangle has
 /// the lower number.
 ///
-/// INTA: in, NE × 3; KNG: in, NN × 3 (mm); NORMALS: in, 3 × NE of part_attitude.hpp; NEIGHBOUR, SIDE: in, 3 × NE of
-/// neighbours.hpp. ANGLE(e) turns the triangle's own axes, the first along its edge from corner 1 to 2, into the
-/// blank's. False: no memory for the queue; nothing was changed.
-bool carryRotations(Table<const Int> INTA, Table<const double> KNG, Table<const double> NORMALS,
-                    Table<const Int> NEIGHBOUR, Table<const Int> SIDE, Vector<Int> KNOWN,
+/// M: in; TWIN: in, 3·NE, the partners of the half edges (mesh_edges.hpp); NORMALS: in, 3 × NE, area normals (mm²).
+/// ANGLE(e) turns the triangle's own axes, the first along its edge from corner 1 to 2, into the blank's. False: no
+/// memory for the queue; nothing was changed.
+bool carryRotations(const PartMesh& M, Vector<const Int> TWIN, Table<const double> NORMALS, Vector<Int> KNOWN,
                     Vector<double> ANGLE);
 
 }  // namespace tornwalzen

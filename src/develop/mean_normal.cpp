@@ -10,19 +10,6 @@ namespace {
 constexpr double alreadyZ = 1e-12;   // sine of the angle to z below which nothing is turned
 constexpr double nearMinusZ = 1e-6;  // sine of the angle to −z below which half a turn about x comes first
 
-/// Area times unit normal of a triangle (mm²); zero where it has no finite area.
-void areaNormal(const PartMesh& M, Int e, double (&S)[3]) {
-  double P[3], Q[3];
-  for (int i = 0; i < 3; ++i) {
-    const double x1 = M.KNG(M.INTA(e, 1), i + 1);
-    P[i] = M.KNG(M.INTA(e, 2), i + 1) - x1;
-    Q[i] = M.KNG(M.INTA(e, 3), i + 1) - x1;
-  }
-  for (int i = 0; i < 3; ++i)
-    S[i] = 0.5 * (P[(i + 1) % 3] * Q[(i + 2) % 3] - P[(i + 2) % 3] * Q[(i + 1) % 3]);
-  if (!std::isfinite(S[0] * S[0] + S[1] * S[1] + S[2] * S[2])) S[0] = S[1] = S[2] = 0.0;
-}
-
 double norm(const double (&S)[3]) {
   return std::sqrt(S[0] * S[0] + S[1] * S[1] + S[2] * S[2]);
 }
@@ -65,32 +52,45 @@ void gatherPatch(Int seed, Vector<const double> NORMAL, Vector<const Int> TWIN, 
   }
 }
 
-/// The mean normal of the largest patch. False where there is no memory.
-bool normalOfLargestPatch(const PartMesh& M, MeanNormal& R) {
-  OwnArray<Int> twin("TWIN"), patch("PATCH"), queue("QUEUE");
+}  // namespace
+
+void areaNormal(const PartMesh& M, Int e, double (&S)[3]) {
+  double P[3], Q[3];
+  for (int i = 0; i < 3; ++i) {
+    const double x1 = M.KNG(M.INTA(e, 1), i + 1);
+    P[i] = M.KNG(M.INTA(e, 2), i + 1) - x1;
+    Q[i] = M.KNG(M.INTA(e, 3), i + 1) - x1;
+  }
+  for (int i = 0; i < 3; ++i)
+    S[i] = 0.5 * (P[(i + 1) % 3] * Q[(i + 2) % 3] - P[(i + 2) % 3] * Q[(i + 1) % 3]);
+  if (!std::isfinite(S[0] * S[0] + S[1] * S[1] + S[2] * S[2])) S[0] = S[1] = S[2] = 0.0;
+}
+
+bool findLargestPatch(const PartMesh& M, MeanNormal& R, OwnArray<Int>& PATCH, Int& first) {
+  OwnArray<Int> twin("TWIN"), queue("QUEUE");
   OwnArray<double> normals("NORMAL");
-  if (!pairHalfEdges(M, twin) || !patch.allocate(M.nele, 0) || !queue.allocate(M.nele) ||
+  if (!pairHalfEdges(M, twin) || !PATCH.allocate(M.nele, 0) || !queue.allocate(M.nele) ||
       !normals.allocate(3 * Int64{M.nele}))
     return false;
   const Vector<double> NORMAL = normals.vector();
   double S[3], area, largest = 0.0;
+  first = 0;
   for (Int e = 1; e <= M.nele; ++e) {
     areaNormal(M, e, S);
     for (int i = 0; i < 3; ++i) NORMAL(3 * Int64{e} - 2 + i) = S[i];
   }
   for (Int e = 1; e <= M.nele; ++e) {
     areaNormal(M, e, S);
-    if (patch.vector()(e) != 0 || norm(S) == 0.0) continue;
-    gatherPatch(e, NORMAL, twin.vector(), patch.vector(), queue.vector(), S, area);
+    if (PATCH.vector()(e) != 0 || norm(S) == 0.0) continue;
+    gatherPatch(e, NORMAL, twin.vector(), PATCH.vector(), queue.vector(), S, area);
     if (!(area > largest * (1.0 + largerPatchMargin))) continue;
     largest = area;
+    first = e;
     setNormal(S, R);
   }
   R.fromPatch = true;
   return true;
 }
-
-}  // namespace
 
 bool findMeanNormal(const PartMesh& M, MeanNormal& R) {
   R = {};
@@ -105,7 +105,9 @@ bool findMeanNormal(const PartMesh& M, MeanNormal& R) {
   found.area = area;
   found.share = norm(SUM) / area;
   if (found.share < vanishingShare) {
-    if (!normalOfLargestPatch(M, found)) return false;
+    OwnArray<Int> patch("PATCH");
+    Int first;
+    if (!findLargestPatch(M, found, patch, first)) return false;
   } else {
     setNormal(SUM, found);
   }

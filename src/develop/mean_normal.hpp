@@ -25,6 +25,14 @@ struct MeanNormal {
 /// nothing else has the normal z. False where there is no memory for the patches; R then holds the values above.
 bool findMeanNormal(const PartMesh& M, MeanNormal& R);
 
+/// The mean normal of the largest nearly flat patch alone: R.N with R.fromPatch; share and area are not touched, nor N
+/// where no triangle has area. PATCH: out, nele, for every triangle the first one of its patch, 0 without area. first:
+/// out, the first triangle of the largest patch, 0 without one. False where there is no memory.
+bool findLargestPatch(const PartMesh& M, MeanNormal& R, OwnArray<Int>& PATCH, Int& first);
+
+/// Area times unit normal of triangle e (mm²); zero where it has no finite area.
+void areaNormal(const PartMesh& M, Int e, double (&S)[3]);
+
 /// The smallest rotation that turns the unit vector N to z: rows of Q are the new axes. Where N is z to 1e-12, Q
 /// is the identity to the bit; where N is −z to 1e-6, where every axis in the plane gives a smallest rotation, it
 /// is half a turn about x first and the smallest rotation after it, so that rounding does not choose the axis.

@@ -11,12 +11,12 @@ namespace {
 constexpr double roundOff = 1e-9;  // by so much two nodes may lie too close, relative to their distance
 
 /// The node farthest from (u, v).
-Int farthestNode(Vector<const double> RX, double u, double v) {
+Int farthestNode(Vector<const double> RX, Vector<const Int> USED, double u, double v) {
   Int best = 1;
   double largest = -1.0;
   for (Int n = 1; n <= RX.length() / 2; ++n) {
     const double du = RX(2 * n - 1) - u, dv = RX(2 * n) - v, square = du * du + dv * dv;
-    if (!(square > largest)) continue;
+    if (USED(n) == 0 || !(square > largest)) continue;
     largest = square;
     best = n;
   }
@@ -24,18 +24,22 @@ Int farthestNode(Vector<const double> RX, double u, double v) {
 }
 
 /// The node nearest to the middle of all.
-Int middleNode(Vector<const double> RX) {
-  const Int nodes = static_cast<Int>(RX.length() / 2);
-  double u = 0.0, v = 0.0;
+Int middleNode(Vector<const double> RX, Vector<const Int> USED) {
+  const Int nodes = static_cast<Int>(USED.length());
+  double u = 0.0, v = 0.0, count = 0.0;
   for (Int n = 1; n <= nodes; ++n) {
-    u += RX(2 * n - 1) / nodes;
-    v += RX(2 * n) / nodes;
+    if (USED(n) == 0) continue;
+    u += RX(2 * n - 1);
+    v += RX(2 * n);
+    count += 1.0;
   }
+  u /= count;
+  v /= count;
   Int best = 1;
   double least = INFINITY;
   for (Int n = 1; n <= nodes; ++n) {
     const double du = RX(2 * n - 1) - u, dv = RX(2 * n) - v, square = du * du + dv * dv;
-    if (!(square < least)) continue;
+    if (USED(n) == 0 || !(square < least)) continue;
     least = square;
     best = n;
   }
@@ -50,9 +54,9 @@ void holdTurn(Vector<const double> RX, Int centre, Int node, Vector<Int> FREE) {
 
 }  // namespace
 
-BlankHolds::BlankHolds(Vector<const Int> ARFA) : ARFA_(ARFA) {
+BlankHolds::BlankHolds(Vector<const Int> ARFA, Vector<const Int> USED) : ARFA_(ARFA), USED_(USED) {
   for (Int i = 1; i <= ARFA.length(); ++i) {
-    if (ARFA(i) != 0) continue;
+    if (!held(i)) continue;
     const Int axis = (i + 1) % 2;  // 0 along u, 1 along v
     if (held_[axis] < 2) node_[axis][held_[axis]] = (i + 1) / 2;
     ++held_[axis];
@@ -62,8 +66,9 @@ BlankHolds::BlankHolds(Vector<const Int> ARFA) : ARFA_(ARFA) {
 
 /// Returns the node about which the blank could still turn.
 Int BlankHolds::holdShift(Vector<const double> RX, Vector<Int> FREE) const {
-  for (Int64 i = 1; i <= FREE.length(); ++i) FREE(i) = free_ || ARFA_(i) != 0 ? 1 : 0;
-  const Int centre = free_ ? middleNode(RX) : std::max({node_[0][0], node_[1][0], Int{1}});
+  for (Int i = 1; i <= FREE.length(); ++i) FREE(i) = USED_((i + 1) / 2) == 0 || (!free_ && held(i)) ? 0 : 1;
+  const Int first = std::max(node_[0][0], node_[1][0]);
+  const Int centre = free_ || first == 0 ? middleNode(RX, USED_) : first;
   for (Int axis = 0; axis < 2; ++axis)
     if (free_ || held_[axis] == 0) FREE(2 * centre - 1 + axis) = 0;
   return centre;
@@ -73,7 +78,7 @@ void BlankHolds::standing(Vector<const double> RX, Vector<Int> FREE) const {
   if (RX.length() == 0) return;
   const Int centre = holdShift(RX, FREE);
   if (free_ || (held_[0] < 2 && held_[1] < 2))
-    holdTurn(RX, centre, farthestNode(RX, RX(2 * centre - 1), RX(2 * centre)), FREE);
+    holdTurn(RX, centre, farthestNode(RX, USED_, RX(2 * centre - 1), RX(2 * centre)), FREE);
 }
 
 void BlankHolds::standingShift(Vector<const double> RX, Vector<Int> FREE) const {
@@ -121,7 +126,7 @@ bool BlankHolds::place(Table<const double> KNG, Vector<double> RX) const {
     }
   }
   for (Int i = 1; i <= RX.length(); ++i)
-    if (ARFA_(i) == 0) RX(i) = KNG((i + 1) / 2, (i + 1) % 2 + 1);
+    if (ARFA_(i) == 0 || USED_((i + 1) / 2) == 0) RX(i) = KNG((i + 1) / 2, (i + 1) % 2 + 1);
   return true;
 }
 

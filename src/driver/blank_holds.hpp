@@ -11,8 +11,9 @@ namespace tornwalzen {
 
 class BlankHolds {
  public:
-  /// ARFA: in, neq, the host's flags, 0 held.
-  explicit BlankHolds(Vector<const Int> ARFA);
+  /// ARFA: in, neq, the host's flags, 0 held. USED: in, NN, 0 for a node without a triangle: it stands still, at the
+  /// projection of the part, and its holds do not count.
+  BlankHolds(Vector<const Int> ARFA, Vector<const Int> USED);
 
   /// Does the blank move freely, to be placed afterwards?
   bool free() const { return free_; }
@@ -32,10 +33,11 @@ class BlankHolds {
   bool place(Table<const double> KNG, Vector<double> RX) const;
 
  private:
+  bool held(Int i) const { return ARFA_(i) == 0 && USED_((i + 1) / 2) != 0; }
   Int holdShift(Vector<const double> RX, Vector<Int> FREE) const;
   bool turnFor(Table<const double> KNG, Vector<const double> RX, double& turn) const;
 
-  Vector<const Int> ARFA_;
+  Vector<const Int> ARFA_, USED_;
   bool free_;
   Int held_[2] = {0, 0};               // held unknowns along u and v
   Int node_[2][2] = {{0, 0}, {0, 0}};  // the first two nodes held along u, along v

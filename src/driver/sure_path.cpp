@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "develop/part_shape.hpp"
+#include "develop/part_topology.hpp"
 #include "develop/unfold_geometry.hpp"
 #include "develop/unfold_report.hpp"
 #include "driver/blank_holds.hpp"
@@ -19,6 +20,7 @@
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
 #include "sparse/factor_statistics.hpp"
+#include "tornwalzen_ext.h"
 
 namespace tornwalzen {
 
@@ -44,8 +46,7 @@ class SurePath {
         partGeometric_(true),
         blankGeometric_(false),
         tangent_(run, a.COLS, a.ROWI, a.WORK, a.RWORK, a.SYSM, a.WRHS),
-        joiner_(run),
-        holds_(a.ARFA) {
+        joiner_(run) {
     const bool geometric = run.istat == 0;
     overPart_.append(geometric ? static_cast<const DensityTerm&>(partGeometric_) : partWork_);
     overBlank_.append(geometric ? static_cast<const DensityTerm&>(blankGeometric_) : blankWork_);
@@ -74,9 +75,25 @@ class SurePath {
     return false;
   }
 
+  /// Refuses what cannot have a blank, before anything is sized after it.
+  bool isSheet() {
+    PartTopology T;
+    if (!findPartTopology({a_.KNG, a_.INTA, run_.nkno, run_.nele}, T)) return noMemory();
+    if (T.code != TORNWALZEN_OK) {
+      reportSureTopology(run_, T.code, T.index, T.value);
+      return false;
+    }
+    if (!used_.allocate(run_.nkno, 0)) return noMemory();
+    const Vector<Int> USED = used_.vector();
+    for (Int e = 1; e <= run_.nele; ++e)
+      for (Int corner = 1; corner <= 3; ++corner) USED(a_.INTA(e, corner)) = 1;
+    holds_ = BlankHolds(a_.ARFA, USED);
+    return true;
+  }
+
   /// Angles, areas, attitude and frames of the part; the target is the part itself.
   bool prepare() {
-    if (run_.nele == 0) return giveUp(" SICHERER WEG: KEIN ELEMENT");
+    if (!isSheet()) return false;
     Int sharp;
     measureAngles(run_, a_, sharp);
     reportSharpElements(run_, sharp);
@@ -119,7 +136,7 @@ class SurePath {
     run_.record.hingedElements = seen.hinged;
     run_.record.startInverted = shape.inverted;
     run_.record.laplaceFactorizations = joiner_.factorizations();
-    reportSureStart(run_, seen.flatPatch, seen.seed, seen.hinged, shape.inverted, shape.smallest);
+    reportSureStart(run_, seen.flatPatch, seen.hinged, shape.inverted, shape.smallest);
     if (shape.inverted > mostInverted * run_.nele)
       return giveUp(" SICHERER WEG: ZU VIELE GEWENDETE ELEMENTE IM START", shape.inverted);
     return true;
@@ -238,9 +255,9 @@ class SurePath {
   SparseSystem tangent_;
   MapJoiner joiner_;
   SureStart start_;
-  BlankHolds holds_;
+  BlankHolds holds_{{}, {}};
   OwnArray<double> frames_{"FRAMES"};
-  OwnArray<Int> free_{"FREE"};
+  OwnArray<Int> free_{"FREE"}, used_{"USED"};
   SureCounts counts_;
   RunEnd gaveUp_ = RunEnd::gaveUp;
 };

@@ -5,6 +5,7 @@
 
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
+#include "tornwalzen_ext.h"
 
 namespace tornwalzen {
 
@@ -38,13 +39,9 @@ void openSureProgress(Analysis& run) {
   reportFraction(run.progress, 0.0);
 }
 
-void reportSureStart(Analysis& run, bool flatPatch, Int seed, Int hinged, Int inverted, double smallest) {
-  MessageLine line;
-  if (flatPatch)
-    line.text(" START AUS FLACHER STELLE, ELEMENT ").integer(seed, 9).text(" @");
-  else
-    line.text(" START AUS MITTLERER NORMALE @");
-  printMessage(run, line);
+void reportSureStart(Analysis& run, bool flatPatch, Int hinged, Int inverted, double smallest) {
+  printMessage(run, MessageLine().text(flatPatch ? " START AUS NORMALE EINER FLACHEN STELLE @"
+                                                 : " START AUS MITTLERER NORMALE @"));
   printMessage(run, MessageLine()
                         .text(" DREHUNGEN UEBER KANTEN, GEWENDET, S-MIN ")
                         .integer(hinged, 9)
@@ -102,6 +99,32 @@ void reportSureEnd(Analysis& run, bool converged, Int factorizations, Int solves
     reportProcessorTime(run.progress);
   }
   reportProcessorTime(run.progress);
+}
+
+void reportSureTopology(Analysis& run, Int code, Int index, double value) {
+  struct Fault {
+    Int code;
+    const char *before, *between, *after;  // around index and value, of which null leaves one out
+  };
+  static constexpr Fault faults[] = {
+      {TORNWALZEN_BAD_COUNT, " SICHERER WEG: KEIN ELEMENT", nullptr, nullptr},
+      {TORNWALZEN_REPEATED_NODE, " SICHERER WEG: ELEMENT", " HAT ZWEIMAL KNOTEN", ""},
+      {TORNWALZEN_EDGE_OF_THREE, " SICHERER WEG: KANTE", " -", " HAT MEHR ALS ZWEI ELEMENTE"},
+      {TORNWALZEN_MIXED_ORIENTATION, " SICHERER WEG: KANTE", " -", " MIT UNEINIGEM UMLAUFSINN"},
+      {TORNWALZEN_SEVERAL_PIECES, " SICHERER WEG: ELEMENT", " GEHOERT NICHT DAZU, TEILE:", ""},
+      {TORNWALZEN_PINCHED_NODE, " SICHERER WEG: KNOTEN", " HAELT DAS BLECH ALLEIN, SOLCHE:", ""},
+      {TORNWALZEN_CLOSED_SURFACE, " SICHERER WEG: DIE FLAECHE HAT KEINEN RAND", nullptr, nullptr},
+      {TORNWALZEN_HANDLE, " SICHERER WEG: DIE FLAECHE HAT EINEN HENKEL", nullptr, nullptr}};
+  for (const Fault& fault : faults) {
+    if (fault.code != code) continue;
+    MessageLine line;
+    line.text(fault.before);
+    if (fault.between != nullptr)
+      line.integer(index, 10).text(fault.between).integer(static_cast<Int>(value), 10).text(fault.after);
+    line.text(" @").nul();
+    noteFatalText(run.record, line.buffer());
+    printMessage(run, line);
+  }
 }
 
 void reportSureRefusal(Analysis& run, const char* text, double value) {

@@ -8,9 +8,9 @@ namespace tornwalzen {
 /// Opens the progress scale 0..1 and reports its beginning.
 void openSureProgress(Analysis& run);
 
-/// The start: from the mean normal, or from a flat patch (number of its first triangle); triangles whose rotation
+/// The start: seen along the mean normal, or along that of a flat patch; triangles whose rotation
 /// came over hinges; triangles turned over; smallest singular value (dimensionless).
-void reportSureStart(Analysis& run, bool flatPatch, Int seed, Int hinged, Int inverted, double smallest);
+void reportSureStart(Analysis& run, bool flatPatch, Int hinged, Int inverted, double smallest);
 
 /// One Newton iteration: how the tangent was softened (0 exact, 1 in full), way and length of the step, gradient
 /// (mm), smallest singular value, energy (mm²).
@@ -27,6 +27,10 @@ void reportSureReference(Analysis& run);
 /// The end of the path: the fraction 1 where it converged, then two time texts as at the end of the fixed path.
 void reportSureEnd(Analysis& run, bool converged, Int factorizations, Int solves, double gradient,
                    double smallest);
+
+/// Why a surface cannot be a sheet: code of tornwalzen_ext.h with index and value, as part_topology.hpp has them; kept
+/// for the report.
+void reportSureTopology(Analysis& run, Int code, Int index, double value);
 
 /// A sentence why the path gives up; kept for the report. value: in, put behind the text where it is finite.
 void reportSureRefusal(Analysis& run, const char* text, double value);

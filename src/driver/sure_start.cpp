@@ -6,8 +6,7 @@
 #include <utility>
 
 #include "develop/hinge_tree.hpp"
-#include "develop/neighbours.hpp"
-#include "develop/part_attitude.hpp"
+#include "develop/mean_normal.hpp"
 
 namespace tornwalzen {
 
@@ -16,44 +15,55 @@ constexpr double steep = 0.3;  // cosine of the slope, 72.5 degrees: beyond it t
 constexpr double levelNormal =
     1e-9;  // below it the part stands on its edge, and its mesh decides what is above
 constexpr Int rounds = 5;
+
+/// Is any triangle less than 72.5 degrees steep, seen along N? (Not so on a slender cone.)
+bool anySeen(const PartMesh& M, const double (&N)[3]) {
+  for (Int e = 1; e <= M.nele; ++e) {
+    double S[3];
+    areaNormal(M, e, S);
+    if (S[0] * N[0] + S[1] * N[1] + S[2] * N[2] > steep * std::sqrt(S[0] * S[0] + S[1] * S[1] + S[2] * S[2]))
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool SureStart::look(StartKind kind, Table<Int> INTA, Table<const double> KNG) {
-  const Int64 elements = INTA.rows(), nodes = KNG.rows();
-  OwnArray<Int> scratch("SCRATCH");
+  const Int elements = static_cast<Int>(INTA.rows());
+  const PartMesh M{KNG, INTA, static_cast<Int>(KNG.rows()), elements};
   kind_ = kind;
-  if (!neighbour_.allocate(3 * elements) || !side_.allocate(3 * elements) || !known_.allocate(2 * elements) ||
-      !normals_.allocate(3 * elements) || !angle_.allocate(elements) ||
-      !scratch.allocate(nodes + 1 + 3 * elements))
+  MeanNormal view;
+  if (!normals_.allocate(3 * Int64{elements}) || !angle_.allocate(elements) || !known_.allocate(elements, 0))
     return false;
-  for (;;) {
-    findNeighbours(static_cast<Int>(nodes), INTA, scratch.vector(), neighbour_.table(elements),
-                   side_.table(elements));
-    triangleNormals(INTA, KNG, normals_.table(elements));
-    const Direction view =
-        kind == StartKind::projection
-            ? viewDirection(normals_.table(elements), neighbour_.table(elements), known_.vector())
-            : largestPatch(normals_.table(elements), neighbour_.table(elements), known_.vector());
-    flatPatch_ = view.flatPatch;
-    seed_ = view.seed;
-    if (!(view.z < -levelNormal)) {
-      axesOf(view, axes_);
-      return true;
-    }
-    for (Int64 e = 1; e <= elements; ++e) std::swap(INTA(e, 2), INTA(e, 3));
+  if (!findMeanNormal(M, view)) return false;
+  if (kind == StartKind::flatPatch || !anySeen(M, view.N))
+    if (!findLargestPatch(M, view, known_, seed_)) return false;
+  flatPatch_ = view.fromPatch;
+  if (view.N[2] < -levelNormal) {
+    for (Int e = 1; e <= elements; ++e) std::swap(INTA(e, 2), INTA(e, 3));
+    for (double& n : view.N) n = -n;
   }
+  rotationToZ(view.N, axes_);
+  const Table<double> NORMALS = normals_.table(elements);
+  for (Int e = 1; e <= elements; ++e) {
+    double S[3];
+    areaNormal(M, e, S);
+    for (Int i = 0; i < 3; ++i) NORMALS(i + 1, e) = S[i];
+  }
+  return pairHalfEdges(M, twin_);
 }
 
 StartOutcome SureStart::rotate(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX) {
   const Int elements = static_cast<Int>(mesh.FRAMES.columns());
   const Table<double> NORMALS = normals_.table(elements);
-  const Vector<Int> KNOWN("KNOWN", known_.vector().data(), elements);
+  const Vector<Int> KNOWN = known_.vector();
   for (Int n = 1; n <= KNG.rows(); ++n)
     for (Int i = 0; i < 2; ++i)
       RX(2 * n - 1 + i) = axes_[i][0] * KNG(n, 1) + axes_[i][1] * KNG(n, 2) + axes_[i][2] * KNG(n, 3);
   closestRotations(mesh, RX, angle_.vector());
 
-  StartOutcome outcome{true, flatPatch_, seed_, elements};
+  StartOutcome outcome{true, flatPatch_, elements};
   for (Int e = 1; e <= elements; ++e) {
     const double x = NORMALS(1, e), y = NORMALS(2, e), z = NORMALS(3, e);
     const double height = axes_[2][0] * x + axes_[2][1] * y + axes_[2][2] * z;
@@ -63,8 +73,8 @@ StartOutcome SureStart::rotate(const PotentialMesh& mesh, Table<const double> KN
     KNOWN(e) = seen ? 1 : 0;
     if (seen) --outcome.hinged;
   }
-  outcome.memory = carryRotations(mesh.INTA, KNG, NORMALS, neighbour_.table(elements), side_.table(elements),
-                                  KNOWN, angle_.vector());
+  const PartMesh M{KNG, mesh.INTA, static_cast<Int>(KNG.rows()), elements};
+  outcome.memory = carryRotations(M, twin_.vector(), NORMALS, KNOWN, angle_.vector());
   return outcome;
 }
 

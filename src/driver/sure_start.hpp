@@ -14,14 +14,13 @@ enum class StartKind : Int {
 struct StartOutcome {
   bool memory;     // false: none could be had, and nothing else is told
   bool flatPatch;  // seen along the normal of a patch
-  Int seed;        // first triangle of the patch, else 0
   Int hinged;      // triangles whose rotation came over hinges
 };
 
 /// The sheet's attitude and the rotations of its triangles.
 class SureStart {
  public:
-  /// Neighbours, normals and attitude. INTA: inout, columns 2 and 3 are exchanged where the part is meshed clockwise
+  /// Neighbours, normals and attitude. kind: in. INTA: inout, columns 2 and 3 are exchanged where the part is meshed clockwise
   /// seen from +z. KNG: in (mm). False: no memory.
   bool look(StartKind kind, Table<Int> INTA, Table<const double> KNG);
 
@@ -37,7 +36,7 @@ class SureStart {
   double axes_[3][3] = {};
   bool flatPatch_ = false;
   Int seed_ = 0;
-  OwnArray<Int> neighbour_{"NEIGHBOUR"}, side_{"SIDE"}, known_{"KNOWN"};
+  OwnArray<Int> twin_{"TWIN"}, known_{"KNOWN"};
   OwnArray<double> normals_{"NORMALS"}, angle_{"ANGLE"};
 };
 

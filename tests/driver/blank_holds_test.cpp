@@ -20,7 +20,8 @@ struct Placed {
     }
   }
   void hold(Int node, Int axis) { part.ARFA[static_cast<std::size_t>(2 * node - 2 + axis)] = 0; }
-  BlankHolds holds() { return BlankHolds(part.arrays().ARFA); }
+  std::vector<Int> used = std::vector<Int>(35, 1);
+  BlankHolds holds() { return {part.arrays().ARFA, {"USED", used.data(), part.nkno}}; }
   bool place() { return holds().place(part.arrays().KNG, part.arrays().RX); }
   std::vector<Int> standing(bool shiftAlone = false, bool pinned = false) {
     std::vector<Int> FREE(part.ARFA.size(), 7);
@@ -131,6 +132,22 @@ TEST(BlankHolds, PinnedHoldsThatLeaveTheRigidMotionOpenAreCompleted) {
   const std::vector<Int> turn = placed.standing(false, true);
   EXPECT_EQ(count(turn, 0), 3);
   EXPECT_EQ(turn[69], 0);  // the opposite corner
+}
+
+TEST(BlankHolds, ANodeWithoutATriangleStandsApart) {
+  Placed placed;
+  placed.used[34] = 0;
+  placed.hold(35, 0), placed.hold(35, 1);
+  placed.hold(1, 0), placed.hold(1, 1), placed.hold(7, 1);
+  ASSERT_TRUE(placed.holds().free());  // five are held, three of them count
+  const std::vector<Int> FREE = placed.standing();
+  EXPECT_EQ(count(FREE, 0), 5);
+  EXPECT_EQ(FREE[68], 0);
+  EXPECT_EQ(FREE[69], 0);
+  EXPECT_EQ(placed.standing(true)[69], 0);
+  placed.part.RX[68] = 1e6;
+  ASSERT_TRUE(placed.place());
+  EXPECT_LT(placed.error(0.0, 0.0, 0.0), 1e-12);
 }
 
 }  // namespace
