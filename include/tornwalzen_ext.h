@@ -195,20 +195,50 @@ typedef struct TornwalzenReport {
   double time_line_search;  /* of the line search and the energy sums of the Newton iterations, */
   double time_analysis;     /* of OSMAIN as a whole */
   char fatal_text[160];     /* last fatal text of the library or its solver, zero-terminated; empty if none */
-  int32_t path;             /* 0 fixed, 1 sure; what follows is 0 on the fixed path */
+  /* The sure path; 0 on the fixed one. */
+  int32_t path;             /* 0 fixed, 1 sure */
   int32_t flat_patch_start; /* 1: the start was seen along the normal of a flat patch, not along the mean normal */
   int32_t solves;           /* with factors of the tangent */
   int32_t laplace_factorizations; /* of one equation per node, for the start and for curved steps */
   int32_t hinged_elements;        /* whose rotation in the start came over edges */
   int32_t start_inverted;         /* triangles turned over in the start */
   int32_t blank_inverted;         /* triangles turned over, or without area, in the blank */
-  int32_t minimum_certified;      /* 1: the exact tangent at the blank is positive definite */
+  int32_t minimum_certified;      /* 1: the exact tangent at the blank is positive definite; on the fixed path, the last
+                                     one that was factorized */
   double smallest_stretch;        /* smallest singular value of the maps from part to blank (dimensionless) */
   double energy;                  /* potential of the blank (mm^2) */
+  /* Both paths: what tells a right blank from a wrong one. Triangles and nodes from 1, 0: none. */
+  int32_t refusal;           /* code of a mesh that the sure path refused */
+  int32_t checked;           /* 1: what follows holds, and blank_inverted and smallest_stretch; 0: no memory for it */
+  int32_t topology;          /* 0: the part is a disc with holes; else one of the codes from -18 to -24 */
+  int32_t not_finite;        /* triangles with a blank position that is no number, */
+  int32_t first_not_finite;  /* the first of them */
+  int32_t first_inverted;    /* of the blank_inverted triangles */
+  int32_t smallest_stretch_triangle;
+  int32_t sheet_checked;      /* 1: open nodes, outline and overlap were looked at */
+  int32_t open_nodes;         /* inner nodes that their triangles do not close exactly once, */
+  int32_t first_open_node;    /* the first of them */
+  int32_t crossings_complete; /* 0: there may be more crossings than counted */
+  int32_t misplaced_loops;    /* loops of the outline that lie wrongly in or beside one another, */
+  int32_t first_misplaced_node;
+  int32_t first_beyond_curve; /* triangle */
+  int32_t first_beyond_one;
+  int32_t reserved2;            /* 0 */
+  int64_t crossings;            /* of the outline with itself */
+  double crossing_u;            /* place of the first (mm) */
+  double crossing_v;
+  double overlapped_area;       /* of the blank, covered more than once (mm^2) */
+  double part_area;             /* mm^2 */
+  double blank_area;            /* mm^2 */
+  double undercut_area;         /* of the part, seen along its mean normal (mm^2) */
+  double undercut_share;        /* of part_area */
+  double share_beyond_curve;    /* of part_area: strain beyond the data of the flow curve */
+  double share_beyond_one;      /* of part_area: equivalent strain above 1 */
+  double time_checks;           /* processor time (s) of these figures */
 } TornwalzenReport;
 
-/* Fills the report. A structure whose size field is smaller than that of this header is refused; of a larger one
-   only the front is written. */
+/* Fills the report. A structure whose size field is smaller than that of the first version, which ended with fatal_text,
+   is refused; of a shorter one than this header's only the front is filled, of a longer one only the front is written. */
 TORNWALZEN_API int32_t tornwalzen_get_report(TornwalzenReport* report);
 
 /* Strains of one element, logarithmic and dimensionless. */

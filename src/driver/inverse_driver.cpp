@@ -8,7 +8,6 @@
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
 #include "element/assembly.hpp"
-#include "element/element_strains.hpp"
 #include "ground/progress.hpp"
 #include "sparse/factor_statistics.hpp"
 
@@ -145,7 +144,6 @@ void inverseDriver(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
   }
   run.record.end = followPath(run, a, EVAL);
   recordFactor(run.record, run.solver.protocol, a.WORK, a.RWORK);
-  recordLargestStrain(run, a);
 }
 
 }  // namespace tornwalzen

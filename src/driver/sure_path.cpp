@@ -16,7 +16,6 @@
 #include "driver/sure_report.hpp"
 #include "driver/sure_start.hpp"
 #include "element/assembly.hpp"
-#include "element/element_strains.hpp"
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
 #include "sparse/factor_statistics.hpp"
@@ -236,7 +235,6 @@ class SurePath {
   void keepResults() {
     for (Int i = 1; i <= run_.neq; ++i) a_.RXA(i) = a_.KNA((i + 1) / 2, (i + 1) % 2 + 1);
     recordFactor(run_.record, run_.solver.protocol, a_.WORK, a_.RWORK);
-    recordLargestStrain(run_, a_);
     if (run_.record.turnedElements != 0) return;
     double EN;
     energySum(run_, EN, a_);

@@ -122,6 +122,7 @@ void reportSureTopology(Analysis& run, Int code, Int index, double value) {
     if (fault.between != nullptr)
       line.integer(index, 10).text(fault.between).integer(static_cast<Int>(value), 10).text(fault.after);
     line.text(" @").nul();
+    run.record.refusal = code;
     noteFatalText(run.record, line.buffer());
     printMessage(run, line);
   }

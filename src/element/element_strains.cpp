@@ -14,18 +14,31 @@ PrincipalStrains triangleStrains(const double (&X)[9], const double (&U)[6], con
   return principalStrains(P, Q, p, q, weights);
 }
 
-void recordLargestStrain(Analysis& run, const DriverArrays& a) {
+namespace {
+
+double equivalentStrain(const DriverArrays& a, Int e, const StrainWeights& weights) {
+  double X[9], U[6];
+  for (Int corner = 0; corner < 3; ++corner) {
+    const Int n = a.INTA(e, corner + 1);
+    for (Int i = 0; i < 3; ++i) X[3 * corner + i] = a.KNG(n, i + 1);
+    U[2 * corner] = a.RX(2 * n - 1);
+    U[2 * corner + 1] = a.RX(2 * n);
+  }
+  return triangleStrains(X, U, weights).equivalent;
+}
+
+}  // namespace
+
+void measureStrains(const Analysis& run, const DriverArrays& a, Vector<double> STRAIN) {
+  const StrainWeights weights(run.options.anisotropy);
+  for (Int e = 1; e <= run.nele; ++e) STRAIN(e) = equivalentStrain(a, e, weights);
+}
+
+void recordLargestStrain(Analysis& run, const DriverArrays& a, Vector<const double> STRAIN) {
   const StrainWeights weights(run.options.anisotropy);
   run.record.largestStrain = 0.0;
   for (Int e = 1; e <= run.nele; ++e) {
-    double X[9], U[6];
-    for (Int corner = 0; corner < 3; ++corner) {
-      const Int n = a.INTA(e, corner + 1);
-      for (Int i = 0; i < 3; ++i) X[3 * corner + i] = a.KNG(n, i + 1);
-      U[2 * corner] = a.RX(2 * n - 1);
-      U[2 * corner + 1] = a.RX(2 * n);
-    }
-    const double strain = triangleStrains(X, U, weights).equivalent;
+    const double strain = STRAIN.length() > 0 ? STRAIN(e) : equivalentStrain(a, e, weights);
     if (std::isfinite(strain) && strain > run.record.largestStrain) run.record.largestStrain = strain;
   }
   run.record.beyondCurve =

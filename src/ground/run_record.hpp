@@ -30,6 +30,27 @@ struct SetUpTimes {
   double structure = 0.0, ordering = 0.0, symbolic = 0.0;
 };
 
+/// What tells a right blank from a wrong one (develop/blank_checks.hpp). Triangles and nodes from 1; 0: none.
+struct BlankFigures {
+  Int topology = 0;                       // 0: the part is a disc with holes; else a code of tornwalzen_ext.h
+  Int notFinite = 0, firstNotFinite = 0;  // triangles with a position that is no number
+  Int inverted = 0, firstInverted = 0;    // triangles turned over, or without area
+  double smallestStretch = 0.0;  // smallest singular value of the maps from part to blank; below 0: inverted
+  Int smallestStretchTriangle = 0;
+  bool sheetChecked = false;             // were open nodes, outline and overlap looked at?
+  Int openNodes = 0, firstOpenNode = 0;  // inner nodes that their triangles do not close exactly once
+  Int64 crossings = 0;                   // of the outline with itself
+  bool crossingsComplete = true;         // false: there may be more
+  double crossingPlace[2] = {0.0, 0.0};  // u, v of the first (mm)
+  Int misplacedLoops = 0, firstMisplacedNode = 0;
+  double overlappedArea = 0.0;                     // mm², covered more than once
+  double partArea = 0.0, blankArea = 0.0;          // mm²
+  double undercutArea = 0.0, undercutShare = 0.0;  // mm²; of partArea
+  double shareBeyondCurve = 0.0,
+         shareBeyondOne = 0.0;  // of partArea: beyond the curve's data, beyond a strain of 1
+  Int firstBeyondCurve = 0, firstBeyondOne = 0;
+};
+
 struct RunRecord {
   RunEnd end = RunEnd::noRun;
   double progress = 0.0;       // end of the last increment that was accepted, 0..1
@@ -56,6 +77,10 @@ struct RunRecord {
   Int turnedElements = 0;         // turned over, or flat, in the blank found
   bool minimumCertified = false;  // is the exact tangent there positive definite?
   double energy = 0.0;            // potential of the blank found (mm²)
+  bool checked = false;           // do the figures of the blank hold?
+  BlankFigures blank;
+  Int refusal = 0;      // code of the mesh that the path refused
+  double checks = 0.0;  // processor seconds
   double development = 0.0, assembly = 0.0, factorization = 0.0, solve = 0.0, lineSearch = 0.0, total = 0.0;
   // processor seconds
   char fatalText[fatalTextLength] = {};  // last fatal text, zero-terminated

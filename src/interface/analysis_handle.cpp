@@ -2,8 +2,8 @@
 #include <cmath>
 #include <new>
 
+#include "ground/refusal_text.hpp"
 #include "interface/own_analysis.hpp"
-#include "interface/refusal_text.hpp"
 #include "interface/settings.hpp"
 #include "material/hardening_laws.hpp"
 #include "tornwalzen_analysis.h"
@@ -185,7 +185,8 @@ int32_t tornwalzen_analysis_run(TornwalzenAnalysis* analysis) {
   Refusal& refusal = analysis->own.run.refusal;
   if (!analysis->own.hasMesh()) return refuse(refusal, TORNWALZEN_NO_MESH, 0, 0.0);
   const Int code = analysis->own.analyse();
-  return code == TORNWALZEN_OK ? code : refuse(refusal, code, 0, 0.0);
+  if (code == TORNWALZEN_NO_MEMORY || code == TORNWALZEN_SETUP_FAILED) refuse(refusal, code, 0, 0.0);
+  return code;
 }
 
 int32_t tornwalzen_analysis_report(TornwalzenAnalysis* analysis, TornwalzenReport* report) {

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "ground/refusal_text.hpp"
 #include "interface/default_analysis.hpp"
-#include "interface/refusal_text.hpp"
 #include "interface/results.hpp"
 #include "tornwalzen_ext.h"
 

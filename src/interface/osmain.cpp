@@ -1,6 +1,5 @@
 // OSMAIN: the inverse analysis. Loads the material, checks the host's index arrays, runs the driver.
-#include "driver/inverse_driver.hpp"
-#include "driver/sure_path.hpp"
+#include "driver/run_analysis.hpp"
 #include "ground/host_pointers.hpp"
 #include "ground/subscript_check.hpp"
 #include "interface/default_analysis.hpp"
@@ -48,7 +47,7 @@ extern "C" void OSMAIN(int32_t* INTA, const int32_t* ARFA, const int32_t* COLS, 
                            a.KNZ, a.KNA, a.ELG, a.SYSM, a.RXA, a.WRHS, results});
   const bool usable = given && incidencesInside(run, a.INTA, run.nkno) &&
                       (run.neq == 0 || patternInside(run, a.COLS, a.ROWI, run.neq));
-  if (usable) run.options.surePath ? surePath(run, a, results) : inverseDriver(run, a, results);
+  if (usable) runAnalysis(run, a, results);
   if (usable && failed(run.ierrso)) run.record.end = RunEnd::solverFailed;
   *ISTAT = failed(run.ierrso) ? -1 : run.istat;
 }

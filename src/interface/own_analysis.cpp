@@ -3,8 +3,7 @@
 
 #include <limits>
 
-#include "driver/inverse_driver.hpp"
-#include "driver/sure_path.hpp"
+#include "driver/run_analysis.hpp"
 #include "ground/progress.hpp"
 #include "material/material_setup.hpp"
 #include "sparse/pattern.hpp"
@@ -145,6 +144,10 @@ Int OwnAnalysis::analyse() {
   const ProcessorTime time(run.record.total);
   run.ierrso = run.ierrel = 0;
   hasRun_ = false;
+  if (run.options.surePath) {
+    if (const Int code = refuseTopology(run, INTA_.table(3), KNG_.table(3)); code != TORNWALZEN_OK)
+      return code;
+  }
   if (!structureStands_ && !setUp()) {
     if (failed(run.ierrso)) return TORNWALZEN_SETUP_FAILED;
     if (!run.progress.stopAsked) return TORNWALZEN_NO_MEMORY;
@@ -153,8 +156,7 @@ Int OwnAnalysis::analyse() {
   }
   if (!supplyRunArrays()) return TORNWALZEN_NO_MEMORY;
   selectMaterial(run, selector);
-  run.options.surePath ? surePath(run, arrays(), EVAL_.vector())
-                       : inverseDriver(run, arrays(), EVAL_.vector());
+  runAnalysis(run, arrays(), EVAL_.vector());
   if (failed(run.ierrso)) run.record.end = RunEnd::solverFailed;
   publish();
   return TORNWALZEN_OK;

@@ -1,6 +1,8 @@
 // The report of the last run, and strains per element.
 #include "interface/results.hpp"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "element/element_strains.hpp"
@@ -9,6 +11,9 @@
 namespace tornwalzen {
 
 namespace {
+
+// Bytes of the report's first version, which ended with the fatal text.
+constexpr Int firstReportSize = offsetof(TornwalzenReport, fatal_text) + fatalTextLength;
 
 TornwalzenReport currentReport(const Analysis& run) {
   const RunRecord& record = run.record;
@@ -56,6 +61,37 @@ TornwalzenReport currentReport(const Analysis& run) {
   r.minimum_certified = record.minimumCertified ? 1 : 0;
   r.smallest_stretch = record.smallestSingular;
   r.energy = record.energy;
+  const BlankFigures& blank = record.blank;
+  r.refusal = record.refusal;
+  r.checked = record.checked ? 1 : 0;
+  r.topology = blank.topology;
+  r.not_finite = blank.notFinite;
+  r.first_not_finite = blank.firstNotFinite;
+  r.first_inverted = blank.firstInverted;
+  r.smallest_stretch_triangle = blank.smallestStretchTriangle;
+  r.sheet_checked = blank.sheetChecked ? 1 : 0;
+  r.open_nodes = blank.openNodes;
+  r.first_open_node = blank.firstOpenNode;
+  r.crossings = blank.crossings;
+  r.crossings_complete = blank.crossingsComplete ? 1 : 0;
+  r.crossing_u = blank.crossingPlace[0];
+  r.crossing_v = blank.crossingPlace[1];
+  r.misplaced_loops = blank.misplacedLoops;
+  r.first_misplaced_node = blank.firstMisplacedNode;
+  r.overlapped_area = blank.overlappedArea;
+  r.part_area = blank.partArea;
+  r.blank_area = blank.blankArea;
+  r.undercut_area = blank.undercutArea;
+  r.undercut_share = blank.undercutShare;
+  r.share_beyond_curve = blank.shareBeyondCurve;
+  r.share_beyond_one = blank.shareBeyondOne;
+  r.first_beyond_curve = blank.firstBeyondCurve;
+  r.first_beyond_one = blank.firstBeyondOne;
+  r.time_checks = record.checks;
+  if (record.checked) {
+    r.blank_inverted = blank.inverted;
+    r.smallest_stretch = blank.smallestStretch;
+  }
   return r;
 }
 
@@ -63,9 +99,10 @@ TornwalzenReport currentReport(const Analysis& run) {
 
 Int fillReport(Analysis& run, TornwalzenReport* report) {
   if (report == nullptr) return refuse(run.refusal, TORNWALZEN_NULL_POINTER, 1, 0.0);
-  if (report->size < static_cast<Int>(sizeof *report))
-    return refuse(run.refusal, TORNWALZEN_SHORT_REPORT, 0, report->size);
-  *report = currentReport(run);
+  if (report->size < firstReportSize) return refuse(run.refusal, TORNWALZEN_SHORT_REPORT, 0, report->size);
+  TornwalzenReport whole = currentReport(run);
+  whole.size = std::min(report->size, whole.size);  // a host of an earlier header gets what it knows
+  std::memcpy(report, &whole, static_cast<std::size_t>(whole.size));
   return TORNWALZEN_OK;
 }
 

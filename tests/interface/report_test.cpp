@@ -1,5 +1,6 @@
 // The report of a run: sizes, counts against what the messages tell, and every reason not to be converged.
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -49,15 +50,27 @@ Observed observe(const HostPart& part, int material) {
 TEST_F(Report, RefusesAShortStructureAndANullPointer) {
   TornwalzenReport report;
   std::memset(&report, 0x7f, sizeof report);
-  report.size = sizeof report - 1;
+  // the first version of the structure ended with the fatal text
+  report.size = offsetof(TornwalzenReport, fatal_text) + sizeof report.fatal_text - 1;
   const TornwalzenReport before = report;
-  const std::string size = std::to_string(sizeof report - 1);
+  const std::string size = std::to_string(report.size);
   expectRefused([&] { return tornwalzen_get_report(&report); }, TORNWALZEN_SHORT_REPORT,
                 "die Berichtsstruktur ist mit " + size + " Bytes zu kurz (Feld size)",
                 "the report structure is too short with " + size + " bytes (field size)");
   EXPECT_EQ(std::memcmp(&report, &before, sizeof report), 0);
   expectRefused([] { return tornwalzen_get_report(nullptr); }, TORNWALZEN_NULL_POINTER,
                 "Argument 1 ist ein Nullzeiger", "argument 1 is a null pointer");
+}
+
+TEST_F(Report, FillsWhatAHostOfTheFirstVersionKnows) {
+  TornwalzenReport report;
+  std::memset(&report, 0x7f, sizeof report);
+  const std::int32_t first = offsetof(TornwalzenReport, fatal_text) + sizeof report.fatal_text;
+  report.size = first;
+  ASSERT_EQ(tornwalzen_get_report(&report), 0);
+  EXPECT_EQ(report.size, first);
+  EXPECT_EQ(report.reason, TORNWALZEN_NO_RUN);
+  EXPECT_EQ(report.path, 0x7f7f7f7f) << "behind the structure that the host has";
 }
 
 TEST_F(Report, FillsTheFrontOfALargerStructureAndTellsHowMuch) {

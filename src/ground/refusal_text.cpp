@@ -1,8 +1,9 @@
 // The texts of the codes, in German and English. "#" stands for the refused index, "%" for the refused value.
+#include "ground/refusal_text.hpp"
+
 #include <cstddef>
 #include <cstdio>
 
-#include "interface/refusal_text.hpp"
 #include "tornwalzen_ext.h"
 
 namespace tornwalzen {

@@ -1,0 +1,28 @@
+// The choice of the path, topology before and figures after it.
+#include "driver/run_analysis.hpp"
+
+#include "develop/part_topology.hpp"
+#include "driver/inverse_driver.hpp"
+#include "driver/result_checks.hpp"
+#include "driver/sure_path.hpp"
+#include "tornwalzen_ext.h"
+
+namespace tornwalzen {
+
+Int refuseTopology(Analysis& run, Table<const Int> INTA, Table<const double> KNG) {
+  PartTopology topology;
+  if (!findPartTopology({KNG, INTA, run.nkno, run.nele}, topology))
+    return refuse(run.refusal, TORNWALZEN_NO_MEMORY, 0, 0.0);
+  if (topology.code == TORNWALZEN_OK) return TORNWALZEN_OK;
+  return refuse(run.refusal, topology.code, topology.index, topology.value);
+}
+
+void runAnalysis(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
+  if (run.options.surePath)
+    surePath(run, a, EVAL);
+  else
+    inverseDriver(run, a, EVAL);
+  checkResult(run, a);
+}
+
+}  // namespace tornwalzen
