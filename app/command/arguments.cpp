@@ -10,7 +10,8 @@ namespace host {
 namespace {
 
 constexpr const char* partDescription =
-    "mesh of the part: Wavefront OBJ or STL, triangles, drawn along z; or a mesh deck";
+    "the part, drawn along z: a mesh (OBJ, STL, Nastran, Abaqus, LS-DYNA, PLY, OFF, VTU, VTK, MSH, MED), a "
+    "mesh deck, or a CAD file (STEP, IGES, BREP)";
 
 void describeHold(CLI::App* command, std::string& hold) {
   command
@@ -24,6 +25,54 @@ void describeHold(CLI::App* command, std::string& hold) {
 
 void describeLargest(CLI::App* command, bool& largest) {
   command->add_flag("--largest", largest, "of several pieces take the one with the most triangles");
+}
+
+void describeReading(CLI::App* command, ReadOptions& reading) {
+  const char* group = "Reading the part";
+  const CLI::Range fraction(0.0, 1.0), positive(1e-9, 1e9);
+  command
+      ->add_option("--part", reading.parts,
+                   "of a finite-element file, the number or name of the part to take; several with commas")
+      ->delimiter(',')
+      ->type_name("ID")
+      ->group(group);
+  command->add_option("--skin", reading.skin, "of a thin solid, the skin that is taken")
+      ->check(CLI::IsMember({"outer", "inner", "auto"}))
+      ->capture_default_str()
+      ->group(group);
+  command
+      ->add_option(
+          "--fibre", reading.fibre,
+          "of a thin solid, where the neutral fibre lies, from the inside of a bend in thicknesses (the "
+          "K-factor)")
+      ->check(fraction)
+      ->capture_default_str()
+      ->group(group);
+  command
+      ->add_option("--mesh", reading.meshSize,
+                   "of a CAD file, the longest edges of the mesh, in the part's unit; default: from its area")
+      ->check(positive)
+      ->type_name("SIZE")
+      ->group(group);
+  command
+      ->add_option("--weld", reading.weld,
+                   "make one of border nodes that lie closer together, in the part's unit")
+      ->check(positive)
+      ->type_name("TOL")
+      ->group(group);
+  command
+      ->add_option("--remesh", reading.remesh,
+                   "mesh the part anew with edges of that length, in the part's unit")
+      ->check(positive)
+      ->type_name("SIZE")
+      ->group(group);
+  command
+      ->add_option("--import-limit", reading.importLimit,
+                   "seconds that reading a CAD or foreign file may take")
+      ->check(positive)
+      ->capture_default_str()
+      ->type_name("SECONDS")
+      ->group(group);
 }
 
 void describeMaterial(CLI::App* solve, SolveOptions& options) {
@@ -75,6 +124,7 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
       ->type_name("DIR");
   solve->add_flag("--force", options.force, "replace files in that folder that are not results of this part");
   describeLargest(solve, options.largest);
+  describeReading(solve, options.reading);
   solve->add_flag("--eben", options.eben,
                   "write the blank as eben.t51 too, in mm (up to 99999 nodes and triangles)");
   solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too, in mm");
@@ -89,6 +139,7 @@ CLI::App* describeDeck(CLI::App& app, DeckOptions& options) {
       ->type_name("FILE");
   describeHold(deck, options.hold);
   describeLargest(deck, options.largest);
+  describeReading(deck, options.reading);
   return deck;
 }
 
@@ -108,6 +159,7 @@ Arguments readArguments(int argc, const char* const* argv) {
   try {
     app.parse(argc, argv);
     if (deck->parsed()) arguments.command = Command::deck;
+    arguments.solve.reading.unit = arguments.solve.unit;
   } catch (const CLI::ParseError& outcome) {
     arguments.done = true;
     arguments.status = app.exit(outcome) == 0 ? exitConverged : exitRefused;

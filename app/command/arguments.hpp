@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "mesh/read_options.hpp"
+
 namespace host {
 
 struct SolveOptions {
@@ -17,6 +19,7 @@ struct SolveOptions {
   std::string hold;             // see hold.hpp
   std::string out;              // folder of the results; empty: <part without extension>_blank
   bool force = false;           // replace the results of another part
+  ReadOptions reading;          // of the part; its unit is that above
   bool largest = false;         // take the largest piece of several
   bool verbose = false;         // the library's messages on the screen too
   bool eben = false;            // write the blank as eben.t51 too
@@ -27,6 +30,7 @@ struct DeckOptions {
   std::string part;      // mesh file; empty: ask for a deck
   std::string out;       // deck to write; empty: none
   std::string hold;      // see hold.hpp
+  ReadOptions reading;   // of the part
   bool largest = false;  // take the largest piece of several
 };
 

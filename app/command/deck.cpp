@@ -5,7 +5,7 @@
 
 #include "mesh/deck_reader.hpp"
 #include "mesh/mesh_check.hpp"
-#include "mesh/mesh_file.hpp"
+#include "mesh/part_file.hpp"
 #include "result/deck_writer.hpp"
 #include "run/hold.hpp"
 #include "system/failure.hpp"
@@ -31,7 +31,10 @@ Mesh askForDeck() {
 
 int deck(const DeckOptions& options) {
   const Part part =
-      checkMesh(options.part.empty() ? askForDeck() : readMeshFile(options.part), options.largest);
+      options.part.empty()
+          ? checkMesh(askForDeck(), options.largest)
+          : readPart(options.part, options.reading, options.largest,
+                     [](const std::string& sentence) { std::fprintf(stderr, "%s\n", sentence.c_str()); });
   const Hold hold = holdUnknowns(part, holdRule(part, options.hold));
   checkOutputsSpareInputs({part.file, holdFile(options.hold)}, deckPlaces(options.out),
                           "choose another name with -o");

@@ -8,7 +8,7 @@
 
 #include "command/chosen_settings.hpp"
 #include "mesh/mesh_check.hpp"
-#include "mesh/mesh_file.hpp"
+#include "mesh/part_file.hpp"
 #include "result/deck_writer.hpp"
 #include "result/obj_writer.hpp"
 #include "result/result_files.hpp"
@@ -122,9 +122,9 @@ void writeResults(const RunReport& report, const SolveOptions& options) {
 int solve(const SolveOptions& options) {
   RunSettings settings = settingsOf(options);
   const Unit unit = unitOf(options.unit);
-  Mesh mesh = readMeshFile(options.part);
-  mesh.unit = unit.name;
-  const Part part = checkMesh(mesh, options.largest);
+  const Part part = readPart(options.part, options.reading, options.largest, [](const std::string& sentence) {
+    std::fprintf(stderr, "%s\n", sentence.c_str());
+  });
   tellAboutMesh(part);
   if (options.eben || options.ebenStart) checkFlatBlankFits(part);
   const std::string rule = holdRule(part, options.hold);

@@ -83,9 +83,9 @@ void refusePieces(const Mesh& mesh, const std::vector<std::int32_t>& corners,
     throw Failure(
         start + ", but " + nodeName(mesh, static_cast<std::size_t>(seam.node)) + " and " +
         nodeName(mesh, static_cast<std::size_t>(seam.other)) + " of two of them are " + decimal(seam.gap) +
-        " " + mesh.unit + " apart: the triangles are not joined. Merge the nodes along the seams in the " +
-        "mesher or on export, within a tolerance above that gap and below the shortest edge there, " +
-        decimal(seam.shortestBorder) + " " + mesh.unit);
+        " " + mesh.unit + " apart: the triangles are not joined. --weld TOL joins them, with a " +
+        "tolerance above that gap and below the shortest edge there, " + decimal(seam.shortestBorder) + " " +
+        mesh.unit);
   if (largest) return;
   std::string nearest;  // closed pieces have no border
   if (seam.node != 0)
@@ -116,6 +116,8 @@ void takePiece(const Mesh& mesh, bool largest, Part& part) {
   for (std::size_t e = 0; e < piece.size(); ++e) {
     if (piece[e] != biggest) continue;
     part.fileElement.push_back(static_cast<std::int32_t>(e) + 1);
+    if (!mesh.ids.element.empty()) part.ids.element.push_back(mesh.ids.element[e]);
+    if (!mesh.ids.part.empty()) part.ids.part.push_back(mesh.ids.part[e]);
     for (std::size_t k = 3 * e; k < 3 * e + 3; ++k) {
       part.corners.push_back(corners[k]);
       part.inTriangle[static_cast<std::size_t>(corners[k]) - 1] = true;
@@ -257,6 +259,8 @@ Part checkMesh(const Mesh& mesh, bool largest) {
   part.unit = mesh.unit;
   part.points = mesh.points;
   part.deckFlags = mesh.flags;
+  part.ids.node = mesh.ids.node;
+  part.thickness = mesh.thickness;
   takePiece(mesh, largest, part);
   checkAreas(part);
   const std::vector<Side> sides = sortedSides(part.corners);

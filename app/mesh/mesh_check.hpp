@@ -21,6 +21,8 @@ struct Part {
   std::vector<std::int32_t> corners;  // the three node numbers of element 1, of element 2, ...; 1..nodes()
   std::vector<std::int32_t> fileElement;  // number in the file of each element, from 1
   std::vector<std::int32_t> deckFlags;    // of a mesh deck: per unknown 1 free, 0 held; else empty
+  Identities ids;                         // the file's own numbers of the nodes and elements; may be empty
+  double thickness = 0.0;                 // file's unit: measured on a thin solid, else 0
   std::vector<bool> inTriangle;           // per node: belongs to a triangle of the part
   std::int64_t filePieces = 0;            // pieces in the file
   std::int64_t fileElements = 0;          // triangles in the file

@@ -5,12 +5,14 @@
 #include <string>
 
 #include "mesh/mesh.hpp"
+#include "mesh/read_options.hpp"
 
 namespace host {
 
-// The mesh in the file `path`: Wavefront OBJ, STL text, STL binary or a mesh deck. Throws Failure: not
-// readable, none of these formats, or what its reader refuses.
-Mesh readMeshFile(const std::string& path);
+// The mesh in the file `path`, of any format of the table (format_table.hpp). Where the name means another
+// format than the content is, a remark tells. Throws Failure: not readable, no format that is known, parts
+// wanted of a format that has none, or what its reader refuses.
+Mesh readMeshFile(const std::string& path, const ReadOptions& options = {});
 
 }  // namespace host
 

@@ -15,9 +15,11 @@ using Json = nlohmann::ordered_json;
 Json elementJson(const RunReport& report, std::int64_t element) {
   if (element == 0) return nullptr;
   const auto e = static_cast<std::size_t>(element) - 1;
-  return {{"element_number_in_file", report.part.fileElement[e]},
-          {"thickness_ratio_Ablank_by_Apart", report.results.thicknessRatio[e]},
-          {"thickness_strain_ln_Ablank_by_Apart", report.results.thicknessStrain[e]}};
+  Json json{{"element_number_in_file", report.part.fileElement[e]},
+            {"thickness_ratio_Ablank_by_Apart", report.results.thicknessRatio[e]},
+            {"thickness_strain_ln_Ablank_by_Apart", report.results.thicknessStrain[e]}};
+  if (!report.part.ids.element.empty()) json["element_id"] = report.part.ids.element[e];
+  return json;
 }
 
 Json timesJson(const PhaseTimes& times) {
@@ -31,7 +33,8 @@ Json timesJson(const PhaseTimes& times) {
 std::string elementText(const RunReport& report, std::int64_t element) {
   if (element == 0) return "none; all are folded over";
   const auto e = static_cast<std::size_t>(element) - 1;
-  return "element " + std::to_string(report.part.fileElement[e]) + ", t/t0 " +
+  const std::vector<std::int64_t>& ids = report.part.ids.element;
+  return "element " + std::to_string(ids.empty() ? report.part.fileElement[e] : ids[e]) + ", t/t0 " +
          fixedDecimal(report.results.thicknessRatio[e], 4) + ", thickness strain " +
          fixedDecimal(report.results.thicknessStrain[e], 4);
 }
@@ -102,6 +105,7 @@ std::string summaryJson(const RunReport& report) {
   json["triangles_turned"] = report.part.turned;
   json["matrix_entries"] = report.run.matrixEntries;
   const std::string& unit = report.unit.name;
+  json["measured_thickness_" + unit] = report.part.thickness > 0.0 ? Json(report.part.thickness) : Json(nullptr);
   json["part_area_" + unit + "2"] = results.partAreaTotal;
   const auto known = [&](const Json& value) { return results.developed ? value : Json(nullptr); };
   json["blank_area_" + unit + "2"] = known(results.blankAreaTotal);

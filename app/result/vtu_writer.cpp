@@ -109,6 +109,8 @@ void writeCellData(FileWriter& file, const RunReport& report, Shape shape) {
   writeArray(file, "blank_area_" + report.unit.name + "2", results.blankArea);
   writeStrains(file, report, shape);
   writeArray(file, "element_number_in_file", report.part.fileElement);
+  if (!report.part.ids.element.empty()) writeArray(file, "element_id", report.part.ids.element);
+  if (!report.part.ids.part.empty()) writeArray(file, "part_id", report.part.ids.part);
   file.write("</CellData>\n");
 }
 
@@ -133,6 +135,7 @@ void writePointData(FileWriter& file, const RunReport& report) {
   writeArray(file, "held_u", heldU);
   writeArray(file, "held_v", heldV);
   writeArray(file, "node_number_in_file", number);
+  if (!report.part.ids.node.empty()) writeArray(file, "node_id", report.part.ids.node);
   file.write("</PointData>\n");
 }
 

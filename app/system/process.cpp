@@ -25,6 +25,8 @@ std::array<UnfinishedFile, 16> unfinished;
 void removeUnfinishedAndEnd(int signal) {
   for (const UnfinishedFile& file : unfinished)
     if (file.used) ::unlink(file.path);
+  for (const UnfinishedFile& file : unfinished)
+    if (file.used) ::rmdir(file.path);  // a folder, now that the files in it are gone
   constexpr char message[] = "\ntornwalzen: interrupted; no result file was written\n";
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, message, sizeof message - 1);
   std::signal(signal, SIG_DFL);

@@ -12,7 +12,7 @@ namespace host {
 // and SIGHUP remove the unfinished files named below, say so, and then end the process as they would have.
 void prepareProcess();
 
-// An unfinished file that a signal shall remove. At most 16 at a time, paths shorter than 4096 bytes; returns
+// An unfinished file, or a folder of such files alone, that a signal shall remove. At most 16 at a time, paths shorter than 4096 bytes; returns
 // false (and does nothing) beyond that.
 bool removeOnSignal(const std::string& path);
 void keepOnSignal(const std::string& path);

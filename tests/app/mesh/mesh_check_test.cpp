@@ -116,10 +116,8 @@ TEST(MeshCheck, OfUnjoinedTrianglesNoneIsTakenForThePart) {
   mesh.unit = "inch";
   const std::string sentence =
       "part: the mesh has 2 pieces that no edge joins, but node 1 (0, 0, 0) and node 4 (1e-06, 0, 0) of two "
-      "of "
-      "them are 1e-06 inch apart: the triangles are not joined. Merge the nodes along the seams in the "
-      "mesher or on "
-      "export, within a tolerance above that gap and below the shortest edge there, 1 inch";
+      "of them are 1e-06 inch apart: the triangles are not joined. --weld TOL joins them, with a tolerance "
+      "above that gap and below the shortest edge there, 1 inch";
   EXPECT_EQ(refused(mesh), sentence);
   EXPECT_EQ(refused(mesh, true), sentence);
 }

@@ -6,9 +6,9 @@
 #include <bit>
 #include <cstdint>
 
-#include "mesh/mesh_file.hpp"
 #include "app/refusal.hpp"
 #include "app/scratch_folder.hpp"
+#include "mesh/mesh_file.hpp"
 
 using namespace host;
 using testing::ElementsAre;
@@ -123,8 +123,11 @@ TEST(MeshFile, TakesABinaryFileWhoseTitleBeginsWithSolid) {
 TEST(MeshFile, RefusesWhatItCannotRecognise) {
   const ScratchFolder folder;
   const std::string noise = folder.write("noise.obj", std::string("\x7f\0\x01v 0 0 0\n", 12));
-  EXPECT_EQ(refusal([&] { readMeshFile(noise); }),
-            noise + ": neither a Wavefront OBJ nor an STL file nor a mesh deck");
+  EXPECT_EQ(
+      refusal([&] { readMeshFile(noise); }),
+      noise +
+          ": the content is of no format that is read (STL, STEP, IGES, BREP, PLY, OFF, VTU, "
+          "VTK, Gmsh MSH, MED, LS-DYNA keyword, Abaqus input, Nastran bulk data, mesh deck, Wavefront OBJ)");
   const std::string empty = folder.write("empty.obj", "");
   EXPECT_EQ(refusal([&] { readMeshFile(empty); }), empty + ": the file is empty");
 }

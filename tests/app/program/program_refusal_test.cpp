@@ -42,22 +42,17 @@ const Damage damages[] = {
      "(--largest takes it alone); their nearest borders are 4 mm apart"},
     {"Unwelded", "v 0 0 0\nv 10 0 0\nv 0 10 0\nv 10 0 0.001\nv 10 10 0\nv 0 10 0.002\nf 1 2 3\nf 4 5 6\n",
      "part.obj: the mesh has 2 pieces that no edge joins, but node 2 (10, 0, 0) and node 4 (10, 0, 0.001) of "
-     "two "
-     "of them are 0.001 mm apart: the triangles are not joined. Merge the nodes along the seams in the "
-     "mesher or "
-     "on export, within a tolerance above that gap and below the shortest edge there, 10 mm"},
+     "two of them are 0.001 mm apart: the triangles are not joined. --weld TOL joins them, with a tolerance "
+     "above that gap and below the shortest edge there, 10 mm"},
     {"Rubbish", "these are\nno coordinates\n",
-     "part.obj: neither a Wavefront OBJ nor an STL file nor a mesh deck"},
+     "part.obj: the content is of no format that is read (STL, STEP, IGES, BREP, PLY, OFF, VTU, VTK, Gmsh "
+     "MSH, MED, LS-DYNA keyword, Abaqus input, Nastran bulk data, mesh deck, Wavefront OBJ)"},
     {"Empty", "", "part.obj: the file is empty"},
     {"NotANumber", "v 0 0 0\nv 1 o 0\n", "part.obj, line 2: node 2: \"o\" is not a number"},
-    {"Abaqus",
-     "*HEADING\nA tile\n*NODE\n1, 0., 0., 0.\n2, 1., 0., 0.\n3, 0., 1., 0.\n*ELEMENT, TYPE=S3\n1, 1, 2, 3\n",
-     "part.obj: this is an Abaqus input file, which is not read; write its shell elements, as triangles, "
-     "into "
-     "an OBJ or STL file"},
+    {"Abaqus", "*HEADING\nA block\n*NODE\n1, 0., 0., 0.\n*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4\n",
+     "part.obj, line 5: elements of type C3D4 are solids; only shells are read"},
     {"LsDyna", "*KEYWORD\n*NODE\n$ a comment\n       1             0.0             0.0             0.0\n",
-     "part.obj: this is an LS-DYNA keyword file, which is not read; write its shell elements, as triangles, "
-     "into an OBJ or STL file"},
+     "part.obj: no shell element in the file"},
     {"CutOffStl", "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0",
      "part.obj, line 5: a coordinate expected, found the end of the file"},
 };

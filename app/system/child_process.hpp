@@ -1,0 +1,43 @@
+// Runs another program, without a shell, for at most a given time.
+#ifndef TORNWALZEN_APP_CHILD_PROCESS_HPP
+#define TORNWALZEN_APP_CHILD_PROCESS_HPP
+
+#include <string>
+#include <vector>
+
+namespace host {
+
+struct ChildEnd {
+  bool overdue = false;  // ended because the time was up
+  int status = 0;        // exit status, if it ended by itself
+  int signal = 0;        // that ended it; 0: none
+};
+
+// words: path of the program and its arguments. Its standard input is empty, its output goes to the file
+// `output`. It and all that it starts are ended after `seconds`, and with this process, whatever ends that.
+// Throws Failure: the program cannot be started.
+ChildEnd runChild(const std::vector<std::string>& words, const std::string& output, double seconds);
+
+// The folder that this program lies in.
+std::string programFolder();
+
+// A folder of its own below the system's folder for such, removed with the files in it at the end of its life
+// and on a signal that ends the process. Throws Failure if it cannot be made.
+class WorkFolder {
+ public:
+  WorkFolder();
+  ~WorkFolder();
+  WorkFolder(const WorkFolder&) = delete;
+  WorkFolder& operator=(const WorkFolder&) = delete;
+  const std::string& path() const { return path_; }
+  // The path of a file in it, which the removal includes. At most ten files.
+  std::string file(const std::string& name);
+
+ private:
+  std::string path_;
+  std::vector<std::string> files_;
+};
+
+}  // namespace host
+
+#endif
