@@ -22,4 +22,5 @@ install(FILES ${CMAKE_BINARY_DIR}/tornwalzen.pc DESTINATION ${CMAKE_INSTALL_LIBD
 install(FILES LICENSE docs/licences.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 if(TARGET tornwalzen_host)
   install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(PROGRAMS app/import/tornwalzen-import DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

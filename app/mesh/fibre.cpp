@@ -15,7 +15,7 @@ namespace host {
 namespace {
 
 constexpr double leastTurn = 0.01;  // rad, root of the sum over a node's edges; below, the sheet is flat
-constexpr int sweeps = 200;         // of the smoothing over flat regions: it reaches that many edges
+constexpr int sweeps = 200;  // of the smoothing: a change of side spreads over about twice its root, 30 edges
 
 struct Edge {
   std::size_t a, b;  // nodes from 0
@@ -45,32 +45,58 @@ Turn turnAlong(const Edge& edge, const std::vector<double>& points, const std::v
   return {length, length > 0.0 ? change / length : 0.0};
 }
 
+using Neighbours = std::vector<std::vector<std::size_t>>;
+
+// Gives each flat node the value of the nearest bend, counted in edges; of several the one reached first from
+// the lowest node. Where there is no bend all stay 0.
+void spreadFromBends(const Neighbours& neighbours, const std::vector<bool>& flat, std::vector<double>& side) {
+  std::vector<std::size_t> reached;
+  std::vector<bool> known(side.size());
+  for (std::size_t node = 0; node < side.size(); ++node) {
+    known[node] = !flat[node];
+    if (known[node]) reached.push_back(node);
+  }
+  for (std::size_t next = 0; next < reached.size(); ++next)
+    for (const std::size_t other : neighbours[reached[next]]) {
+      if (known[other]) continue;
+      known[other] = true;
+      side[other] = side[reached[next]];
+      reached.push_back(other);
+    }
+}
+
+// Between bends of different sides the flat sheet passes over smoothly.
+void smoothFlats(const Neighbours& neighbours, const std::vector<bool>& flat, std::vector<double>& side) {
+  for (int sweep = 0; sweep < sweeps; ++sweep)
+    for (std::size_t node = 0; node < side.size(); ++node) {
+      if (!flat[node] || neighbours[node].empty()) continue;
+      double sum = 0.0;
+      for (const std::size_t other : neighbours[node]) sum += side[other];
+      side[node] = sum / static_cast<double>(neighbours[node].size());
+    }
+}
+
 // Per node 1 on the outside of a bend, -1 on the inside, between on saddles and in flat regions.
 std::vector<double> sidesOfBends(const std::vector<Edge>& edges, const std::vector<double>& normals,
                                  const Mesh& mesh) {
   std::vector<double> side(mesh.nodes(), 0.0), weight(mesh.nodes(), 0.0);
+  Neighbours neighbours(mesh.nodes());
   for (const Edge& edge : edges) {
     const double angle = turnAlong(edge, mesh.points, normals).angle;
     for (const std::size_t node : {edge.a, edge.b}) {
       side[node] += angle * std::fabs(angle);
       weight[node] += angle * angle;
     }
-  }
-  std::vector<std::vector<std::size_t>> neighbours(mesh.nodes());
-  for (const Edge& edge : edges) {
     neighbours[edge.a].push_back(edge.b);
     neighbours[edge.b].push_back(edge.a);
   }
-  const auto isFlat = [&](std::size_t node) { return weight[node] < leastTurn * leastTurn; };
-  for (std::size_t node = 0; node < side.size(); ++node)
-    side[node] = isFlat(node) ? 0.0 : side[node] / weight[node];
-  for (int sweep = 0; sweep < sweeps; ++sweep)
-    for (std::size_t node = 0; node < side.size(); ++node) {
-      if (!isFlat(node) || neighbours[node].empty()) continue;
-      double sum = 0.0;
-      for (const std::size_t other : neighbours[node]) sum += side[other];
-      side[node] = sum / static_cast<double>(neighbours[node].size());
-    }
+  std::vector<bool> flat(mesh.nodes());
+  for (std::size_t node = 0; node < side.size(); ++node) {
+    flat[node] = weight[node] < leastTurn * leastTurn;
+    side[node] = flat[node] ? 0.0 : side[node] / weight[node];
+  }
+  spreadFromBends(neighbours, flat, side);
+  smoothFlats(neighbours, flat, side);
   return side;
 }
 
