@@ -79,6 +79,16 @@ Json readReport(const std::string& path, const std::string& file, const std::str
   return report;
 }
 
+// An entry of the report; empty or 0 where it is not there.
+template <class Value>
+Value reported(const Json& report, const char* name, const std::string& file) {
+  try {
+    return report.value(name, Value{});
+  } catch (const Json::exception&) {
+    throw Failure(file + ": " + helperName + " left no usable report");
+  }
+}
+
 // words: what the helper is to do, with its options.
 Import runHelper(const std::string& content, const std::string& file, const std::string& extension,
                  std::vector<std::string> words, const ReadOptions& options) {
@@ -98,7 +108,7 @@ Import runHelper(const std::string& content, const std::string& file, const std:
   if (end.status != 0) throw Failure(file + ": " + helperName + " failed on this file; " + lastLine(output));
   import.mesh = readObj(readInputFile(meshFile), file);
   if (!isSound(import.mesh)) throw Failure(file + ": " + helperName + " left no usable mesh");
-  import.mesh.remarks = import.report.value("remarks", std::vector<std::string>{});
+  import.mesh.remarks = reported<std::vector<std::string>>(import.report, "remarks", file);
   return import;
 }
 
@@ -109,9 +119,9 @@ Mesh importCad(const std::string& content, const std::string& file, const std::s
   Import import = runHelper(
       content, file, extension,
       {"cad", "--unit", options.unit, "--skin", options.skin, "--mesh", decimal(options.meshSize)}, options);
-  import.mesh.thickness = import.report.value("thickness", 0.0);
+  import.mesh.thickness = reported<double>(import.report, "thickness", file);
   if (import.mesh.thickness > 0.0) {
-    const auto normals = import.report.value("normals", std::vector<double>{});
+    const auto normals = reported<std::vector<double>>(import.report, "normals", file);
     if (normals.size() != import.mesh.points.size())
       throw Failure(file + ": " + helperName + " left no usable report");
     moveToFibre(normals, options.fibre, true, import.mesh);
@@ -134,6 +144,8 @@ Mesh importAnew(const Mesh& mesh, const ReadOptions& options) {
                std::to_string(mesh.corners[k + 2]) + "\n";
   Mesh anew =
       runHelper(content, mesh.file, "obj", {"remesh", "--mesh", decimal(options.remesh)}, options).mesh;
+  anew.identity = mesh.identity;
+  anew.unit = mesh.unit;
   anew.thickness = mesh.thickness;
   return anew;
 }

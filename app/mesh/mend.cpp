@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <unordered_map>
 
 #include "mesh/edges.hpp"
@@ -183,6 +184,13 @@ std::string roundedUp(double value) {
   return decimal(std::stod(decimal(std::ceil(value / power)) + "e" + decimal(std::log10(power))));
 }
 
+// Three digits are enough for the eye.
+std::string shortText(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.3g", value);
+  return text;
+}
+
 void proposeWeld(const Mesh& mesh, std::vector<std::string>& remarks) {
   const Border border = borderOf(mesh);
   if (border.nodes.empty()) return;
@@ -206,7 +214,7 @@ void proposeWeld(const Mesh& mesh, std::vector<std::string>& remarks) {
   remarks.push_back(
       counted(pairs, "pair") + " of border nodes lie closer together than a thousandth of their edges " +
       "(first nodes " + nodeNumber(mesh, firstPair[0]) + " and " + nodeNumber(mesh, firstPair[1]) + ", " +
-      decimal(distanceOf(mesh, firstPair[0], firstPair[1])) + " apart); --weld " + roundedUp(tolerance) +
+      shortText(distanceOf(mesh, firstPair[0], firstPair[1])) + " apart); --weld " + roundedUp(tolerance) +
       " joins such seams");
 }
 
@@ -229,13 +237,25 @@ double smallestAngle(const Mesh& mesh, std::size_t element) {
   return smallest;
 }
 
+// Of an equilateral triangle with the mean area.
+double meanEdge(const Mesh& mesh) {
+  double sum = 0.0;
+  for (std::size_t e = 0; e < mesh.elements(); ++e) {
+    const auto node = [&](std::size_t c) { return static_cast<std::size_t>(mesh.corners[3 * e + c]) - 1; };
+    const double a = distanceOf(mesh, node(0), node(1)), b = distanceOf(mesh, node(1), node(2)),
+                 c = distanceOf(mesh, node(2), node(0)), s = (a + b + c) / 2.0;
+    sum += std::sqrt(std::max(s * (s - a) * (s - b) * (s - c), 0.0));
+  }
+  return std::sqrt(sum / static_cast<double>(mesh.elements()) * 4.0 / std::sqrt(3.0));
+}
+
 void proposeRemesh(const Mesh& mesh, std::vector<std::string>& remarks) {
   std::vector<std::size_t> needles;
   for (std::size_t e = 0; e < mesh.elements(); ++e)
     if (const double angle = smallestAngle(mesh, e); angle < needleAngle && angle > noAngle)
       needles.push_back(e);
   if (needles.empty()) return;
-  const double size = medianEdge(mesh);
+  const double size = meanEdge(mesh);
   remarks.push_back(counted(static_cast<std::int64_t>(needles.size()), "triangle") +
                     (needles.size() == 1 ? " has" : " have") + " a corner below " + decimal(needleAngle) +
                     " degrees (" + firstElements(mesh, needles) + ")" +

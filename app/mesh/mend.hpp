@@ -14,7 +14,7 @@ namespace host {
 void mendMesh(const ReadOptions& options, Mesh& mesh);
 
 // Adds remarks: --weld with its value, where border nodes of seams lie closer than 1e-3 of the edges around
-// them; --remesh with the median edge, where triangles have a corner below 5 degrees. mesh: inout, sound.
+// them; --remesh with the edge of a mean triangle, where triangles have a corner below 5 degrees. mesh: inout, sound.
 void proposeMending(const ReadOptions& options, Mesh& mesh);
 
 }  // namespace host

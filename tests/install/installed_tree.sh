@@ -30,4 +30,5 @@ echo "$byPkgConfig"
 
 [ "$byCmake" = "$byPkgConfig" ] || { echo 'the two hosts differ'; exit 1; }
 [ -e "$prefix/share/doc/tornwalzen/LICENSE" ] && [ -e "$prefix/share/doc/tornwalzen/licences.md" ]
+[ ! -e "$prefix/bin/tornwalzen" ] || [ -x "$prefix/bin/tornwalzen-import" ] || { echo 'the import helper is not beside the program'; exit 1; }
 [ -e "$libdir/libtornwalzen.so" ] && [ -e "$prefix/include/tornwalzen.h" ]

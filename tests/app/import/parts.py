@@ -66,9 +66,8 @@ def strip(path, flats, bends, radius, t, width, attitude=0.0):
         occ.remove(occ.getEntities(1) + occ.getEntities(0))  # centres of the arcs
 
 
-def tray(path, sizes=(200.0, 100.0, 40.0), t=1.0, corner=20.0, foot=8.0, hole=15.0, draft=0.0, sheet=False):
-    """A tray: a block with rounded edges, hollowed to the thickness t, open at the top, with a hole in its floor.
-    sheet: its outer skin alone, as a surface."""
+def tray(path, sizes=(200.0, 100.0, 40.0), t=1.0, corner=20.0, foot=8.0, hole=15.0):
+    """A tray: a block with rounded edges, hollowed to the thickness t, open at the top, with a hole in its floor."""
     with Model(path) as occ:
         length, breadth, height = sizes
         block = occ.addBox(-length / 2, -breadth / 2, 0, length, breadth, height)
@@ -81,12 +80,43 @@ def tray(path, sizes=(200.0, 100.0, 40.0), t=1.0, corner=20.0, foot=8.0, hole=15
         occ.synchronize()
         top = max((f for _, f in gmsh.model.getEntities(2)), key=lambda f: gmsh.model.occ.getCenterOfMass(2, f)[2])
         body = occ.addThickSolid(block, [top], -t)
+        occ.remove([(3, block)], recursive=True)
         drill = occ.addCylinder(0, 0, -height, 0, 0, 2 * height, hole)
         body = occ.cut(body, [(3, drill)])[0]
-        if sheet:
-            occ.synchronize()
-            occ.remove(body)
 
 
 def centre_z(curve):
     return gmsh.model.occ.getCenterOfMass(1, curve)[2]
+
+
+def patches_as_iges(path, patches):
+    """An IGES file of bilinear patches (entity 128, each with corners 00, 10, 01, 11), none joined to another: gmsh
+    writes no IGES."""
+    def lines(section, text):
+        return ['%-72s%s%7d' % (text[k:k + 72], section, k // 72 + 1) for k in range(0, len(text), 72)]
+
+    start = lines('S', 'patches')
+    header = ("1H,,1H;,7Hpatches,%dH%s,4Htest,4Htest,32,38,6,308,15,7Hpatches,1.,2,2HMM,1,0.01,15H20240101.000000,"
+              "1E-06,1000.,4Htest,4Htest,11,0,15H20240101.000000;" % (5, 'a.igs'))
+    entries, data = [], []
+    for corners in patches:
+        number = len(entries)
+        values = [128, 1, 1, 1, 1, 0, 0, 1, 0, 0, 0., 0., 1., 1., 0., 0., 1., 1., 1., 1., 1., 1.]
+        values += [float(x) for corner in corners for x in corner] + [0., 1., 0., 1.]
+        text = ','.join(repr(v) for v in values) + ';'
+        words, rows = text.split(','), ['']
+        for k, word in enumerate(words):
+            word += ',' if k + 1 < len(words) else ''
+            if len(rows[-1]) + len(word) > 64:
+                rows.append('')
+            rows[-1] += word
+        first, directory = len(data) + 1, 2 * number + 1
+        data += ['%-64s%8dP%7d' % (row, directory, first + k) for k, row in enumerate(rows)]
+        entries.append(('%8d%8d%8d%8d%8d%8d%8d%8d%8s' % (128, first, 0, 0, 0, 0, 0, 0, '00000000'),
+                        '%8d%8d%8d%8d%8d%8s%8s%8s%8d' % (128, 0, 0, len(rows), 0, '', '', 'PATCH', 0)))
+    directory = [row for entry in entries for row in entry]
+    directory = ['%-72sD%7d' % (row, k + 1) for k, row in enumerate(directory)]
+    header = lines('G', header)
+    end = '%-72sT%7d' % ('S%7dG%7dD%7dP%7d' % (len(start), len(header), len(directory), len(data)), 1)
+    with open(path, 'w') as file:
+        file.write('\n'.join(start + header + directory + data + [end]) + '\n')
