@@ -3,10 +3,12 @@
 
 #include <tiny_obj_loader.h>
 
+#include <array>
 #include <istream>
 #include <limits>
 #include <streambuf>
 
+#include "mesh/shell_mesh.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
 
@@ -49,8 +51,9 @@ bool readCorner(std::string_view word, std::int64_t& number) {
   return false;
 }
 
-// Every node number of a face line must be one that tinyobjloader's 32 bits hold.
-void checkFaceLine(const Mesh& mesh, std::string_view line, std::size_t lineNumber, std::size_t element) {
+// Every node number of a face line must be one that tinyobjloader's 32 bits hold. Returns the number of corners.
+std::size_t checkFaceLine(const Mesh& mesh, std::string_view line, std::size_t lineNumber,
+                          std::size_t element) {
   std::size_t position = 1, corners = 0;  // behind the "f"
   for (std::string_view word = nextWord(line, position); !word.empty(); word = nextWord(line, position)) {
     std::int64_t number = 0;
@@ -64,24 +67,31 @@ void checkFaceLine(const Mesh& mesh, std::string_view line, std::size_t lineNumb
                  " is out of range");
     ++corners;
   }
-  if (corners != 3)
+  if (corners != 3 && corners != 4)
     refuse(mesh.file, lineNumber,
            "element " + std::to_string(element) + " has " +
-               counted(static_cast<std::int64_t>(corners), "corner") + "; only triangles are taken");
+               counted(static_cast<std::int64_t>(corners), "corner") +
+               "; only triangles and quads are taken");
+  return corners;
 }
 
-// Returns the number of elements.
-std::size_t readVerticesAndCheckFaces(Mesh& mesh, std::string_view content) {
-  std::size_t position = 0, lineNumber = 0, element = 0;
+struct FaceCounts {
+  std::size_t faces = 0, corners = 0;
+  bool operator==(const FaceCounts&) const = default;
+};
+
+FaceCounts readVerticesAndCheckFaces(Mesh& mesh, std::string_view content) {
+  std::size_t position = 0, lineNumber = 0;
+  FaceCounts counts;
   std::string_view line;
   while (nextLine(content, position, line)) {
     ++lineNumber;
     line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
     if (line.size() < 2 || (line[1] != ' ' && line[1] != '\t')) continue;
     if (line[0] == 'v') readVertexLine(mesh, line, lineNumber);
-    if (line[0] == 'f') checkFaceLine(mesh, line, lineNumber, ++element);
+    if (line[0] == 'f') counts.corners += checkFaceLine(mesh, line, lineNumber, ++counts.faces);
   }
-  return element;
+  return counts;
 }
 
 // Lets a stream read the bytes where they stand; a string stream would copy them.
@@ -95,31 +105,66 @@ class ContentBuffer : public std::streambuf {
 
 // What the callbacks of the loader are given: a relative number counts back from the vertices read so far.
 struct FaceCollector {
-  std::vector<std::int64_t>& corners;
+  std::vector<std::int64_t> corners;  // of all faces
+  std::vector<std::size_t> cornersOfFace;
   std::int64_t verticesSoFar = 0;
-  bool triangles = true;  // every face so far had three corners
 
   static void vertex(void* self, tinyobj::real_t, tinyobj::real_t, tinyobj::real_t, tinyobj::real_t) {
     ++static_cast<FaceCollector*>(self)->verticesSoFar;
   }
   static void face(void* self, tinyobj::index_t* indices, int count) {
     auto& collector = *static_cast<FaceCollector*>(self);
-    collector.triangles = collector.triangles && count == 3;
     for (int corner = 0; corner < count; ++corner) {
       const std::int64_t number = indices[corner].vertex_index;
       collector.corners.push_back(number < 0 ? collector.verticesSoFar + 1 + number : number);
     }
+    collector.cornersOfFace.push_back(static_cast<std::size_t>(count));
   }
 };
+
+// Whether the quad with these nodes is split from its first corner; nodes that are not there the check of the mesh
+// names.
+bool splitQuadFromFirst(const Mesh& mesh, const std::int64_t* nodes) {
+  std::array<std::array<double, 3>, 4> points{};
+  for (std::size_t k = 0; k < 4; ++k) {
+    if (nodes[k] < 1 || static_cast<std::size_t>(nodes[k]) > mesh.nodes()) return true;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      points[k][axis] = mesh.points[3 * static_cast<std::size_t>(nodes[k]) - 3 + axis];
+  }
+  return splitFromFirst(points);
+}
+
+// The triangles of the faces. Where quads were split, the elements bear the numbers of their faces.
+void addTriangles(const FaceCollector& faces, Mesh& mesh) {
+  std::int64_t quads = 0, face = 0;
+  const std::int64_t* node = faces.corners.data();
+  std::vector<std::int64_t> numbers;
+  for (const std::size_t corners : faces.cornersOfFace) {
+    numbers.push_back(++face);
+    if (corners == 3) {
+      mesh.corners.insert(mesh.corners.end(), node, node + 3);
+    } else {
+      ++quads;
+      numbers.push_back(face);
+      const bool first = splitQuadFromFirst(mesh, node);
+      mesh.corners.insert(mesh.corners.end(), {node[0], node[1], first ? node[2] : node[3]});
+      mesh.corners.insert(mesh.corners.end(), {first ? node[0] : node[1], node[2], node[3]});
+    }
+    node += corners;
+  }
+  if (quads == 0) return;
+  mesh.ids.element = numbers;
+  mesh.remarks.push_back("split " + counted(quads, "quad") + " over the shorter diagonal");
+}
 
 }  // namespace
 
 Mesh readObj(const std::string& content, const std::string& file) {
   Mesh mesh;
   mesh.file = file;
-  const std::size_t elements = readVerticesAndCheckFaces(mesh, content);
+  const FaceCounts counts = readVerticesAndCheckFaces(mesh, content);
 
-  FaceCollector collector{mesh.corners};
+  FaceCollector collector;
   tinyobj::callback_t callbacks;
   callbacks.vertex_cb = FaceCollector::vertex;
   callbacks.index_cb = FaceCollector::face;
@@ -129,9 +174,10 @@ Mesh readObj(const std::string& content, const std::string& file) {
   if (!tinyobj::LoadObjWithCallback(stream, callbacks, &collector, nullptr, nullptr, &problem))
     throw Failure(file + ": " + problem);
   // A carriage return alone ends a line for the loader, but not for the check above.
-  if (!collector.triangles || mesh.elements() != elements)
+  if (counts != FaceCounts{collector.cornersOfFace.size(), collector.corners.size()})
     throw Failure(file + ": a face hides behind a carriage return; end the lines with a line feed");
-  if (mesh.elements() == 0) throw Failure(file + ": no face (f line) in the file");
+  if (counts.faces == 0) throw Failure(file + ": no face (f line) in the file");
+  addTriangles(collector, mesh);
   return mesh;
 }
 

@@ -1,4 +1,4 @@
-// Reads the triangles of a Wavefront OBJ file: `v` and `f` lines; everything else in the file is skipped.
+// Reads the triangles and quads of a Wavefront OBJ file: `v` and `f` lines; everything else in the file is skipped.
 //
 // Nodes keep the file's order, whether a face uses them or not, because users map the results back node by
 // node. Faces are read by tinyobjloader. It takes an unreadable number for zero without a word and rounds the
@@ -13,9 +13,10 @@
 
 namespace host {
 
-// content: the file's bytes; file: its name for messages. Negative (relative) node numbers are resolved.
+// content: the file's bytes; file: its name for messages. Negative (relative) node numbers are resolved. A quad
+// is split over its shorter diagonal; the elements then bear the numbers of their faces, and a remark tells.
 // Throws Failure, naming line, node or element: a word that is not a number, fewer than three coordinates, a
-// face that is not a triangle, no face at all.
+// face that is neither triangle nor quad, no face at all.
 Mesh readObj(const std::string& content, const std::string& file);
 
 }  // namespace host

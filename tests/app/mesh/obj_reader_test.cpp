@@ -55,14 +55,26 @@ TEST(ObjReader, LeavesNumbersOutOfRangeToTheMeshCheck) {
   EXPECT_THAT(mesh.corners, ElementsAre(1, 2, 4, 0, -5, 1));
 }
 
-TEST(ObjReader, RefusesAQuadrilateralByElement) {
-  EXPECT_EQ(refused(threeNodes + "v 1 1 0\nf 1 2 3\nf 1 2 4 3\n"),
-            "part.obj, line 6: element 2 has 4 corners; only triangles are taken");
+TEST(ObjReader, SplitsAQuadOverItsShorterDiagonalAndTells) {
+  const Mesh mesh = readObj(threeNodes + "v 2 2 0\nv 1 1 0\nf 1 2 3\nf 1 2 4 3\nf 1 2 5 -3\n", "part.obj");
+  EXPECT_THAT(mesh.corners, ElementsAre(1, 2, 3, 1, 2, 3, 2, 4, 3, 1, 2, 5, 1, 5, 3));
+  EXPECT_THAT(mesh.ids.element, ElementsAre(1, 2, 2, 3, 3));
+  EXPECT_THAT(mesh.remarks, ElementsAre("split 2 quads over the shorter diagonal"));
+  EXPECT_TRUE(readObj(threeNodes + "f 1 2 3\n", "part.obj").ids.element.empty());
+}
+
+TEST(ObjReader, LeavesAQuadWithoutItsNodesToTheMeshCheck) {
+  EXPECT_THAT(readObj(threeNodes + "f 1 2 9 3\n", "part.obj").corners, ElementsAre(1, 2, 9, 1, 9, 3));
+}
+
+TEST(ObjReader, RefusesAFaceOfFiveCornersByElement) {
+  EXPECT_EQ(refused(threeNodes + "v 1 1 0\nf 1 2 3\nf 1 2 4 3 1\n"),
+            "part.obj, line 6: element 2 has 5 corners; only triangles and quads are taken");
 }
 
 TEST(ObjReader, RefusesAFaceOfTwoCorners) {
   EXPECT_EQ(refused(threeNodes + "f 1 2\n"),
-            "part.obj, line 4: element 1 has 2 corners; only triangles are taken");
+            "part.obj, line 4: element 1 has 2 corners; only triangles and quads are taken");
 }
 
 TEST(ObjReader, RefusesACoordinateThatIsNoNumber) {
@@ -93,6 +105,11 @@ TEST(ObjReader, RefusesAFaceBehindALoneCarriageReturn) {
   for (const std::string hidden : {"f 1 2 3 1", "f 1 2", "f 1 2 3"})
     EXPECT_EQ(refused(threeNodes + "f 1 2 3\n# old\r" + hidden + "\n"),
               "part.obj: a face hides behind a carriage return; end the lines with a line feed");
+}
+
+TEST(ObjReader, RefusesACornerBehindALoneCarriageReturn) {
+  EXPECT_EQ(refused(threeNodes + "f 1 2 3\r1\n"),
+            "part.obj: a face hides behind a carriage return; end the lines with a line feed");
 }
 
 TEST(ObjReader, RefusesANodeNumberThatWouldWrapInto32Bits) {

@@ -21,8 +21,8 @@ void PrintTo(const Damage& damage, std::ostream* stream) {
 }
 
 const Damage damages[] = {
-    {"Quadrilateral", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\n",
-     "part.obj, line 5: element 1 has 4 corners; only triangles are taken"},
+    {"Pentagon", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 0 2 0\nf 1 2 3 5 4\n",
+     "part.obj, line 6: element 1 has 5 corners; only triangles and quads are taken"},
     {"IndexOutOfRange", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\nf 1 3 4\n",
      "part.obj: element 2 names node 4, but the nodes run from 1 to 3"},
     {"IndexZero", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 0 2 3\n",
