@@ -53,7 +53,7 @@ TEST(Mend, ProposesAWeldWithItsValueWhereSeamsLieClose) {
       mesh.remarks[0],
       testing::StartsWith("2 pairs of border nodes lie closer together than a thousandth of their edges "
                           "(first nodes 2 and 5, 0.0003 apart); --weld 3e-04 joins such seams"));
-  Mesh apart = squaresWithGap(2e-3);
+  Mesh apart = squaresWithGap(1.5e-3);
   proposeMending({}, apart);
   EXPECT_TRUE(apart.remarks.empty());
 }
