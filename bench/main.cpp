@@ -1,5 +1,5 @@
 // The benchmarks' program: solver phases against peers, the other phases per element and node, whole runs.
-// usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs]
+// usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] [sure]
 #include <cstdio>
 #include <cstring>
 #include <set>
@@ -11,6 +11,7 @@
 #include "race.hpp"
 #include "report.hpp"
 #include "runs.hpp"
+#include "sure_runs.hpp"
 
 namespace {
 
@@ -30,13 +31,14 @@ Options readOptions(int argc, char** argv) {
       o.huge = true;
     else if (word == "--csv" && k + 1 < argc)
       o.csv = argv[++k];
-    else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs")
+    else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs" || word == "sure")
       o.parts.insert(word);
     else
       throw std::invalid_argument(
-          "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs]");
+          "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] "
+          "[sure]");
   }
-  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs"};
+  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs", "sure"};
   return o;
 }
 
@@ -76,6 +78,15 @@ void runPhases(const Options& o, bench::Report& report) {
   bench::timePattern(1000000, report);
 }
 
+void runSure(const Options& o, bench::Report& report) {
+  bench::sureRun({"square_cup", 50000, 0.0, true, false}, report);
+  bench::sureRun({"square_cup", 200000, 0.0, true, !o.quick}, report);
+  if (o.quick) return;
+  bench::sureRun({"s_rail", 200000, 0.0, false, true}, report);
+  bench::sureRun({"box", 200000, 0.0, false, true}, report);
+  bench::sureRun({"l_bend", 200000, 80.0, false, true}, report);
+}
+
 void runSamples(const Options& o, const bench::Machine& machine, bench::Report& report) {
   bench::wholeRun({"square_cup", 50000, true, false}, machine, report);
   bench::wholeRun({"box", 50000, false, true}, machine, report);
@@ -97,6 +108,7 @@ int main(int argc, char** argv) try {
   if (options.parts.count("solver")) runSolver(options, machine, report);
   if (options.parts.count("phases")) runPhases(options, report);
   if (options.parts.count("runs")) runSamples(options, machine, report);
+  if (options.parts.count("sure")) runSure(options, report);
   std::printf("\n");
   report.printRatios();
   return 0;

@@ -37,20 +37,27 @@ void SampleRun::setUp(std::int32_t mode, const shapes::Sheet& sheet) {
 }
 
 void SampleRun::hold(const shapes::Sheet& sheet) {
-  ARFA_.assign(NEQ_, 1);
+  ARFA_ = heldRigidMotion(sheet);
+  for (std::int32_t& flag : ARFA_) flag = 1 - flag;
+}
+
+std::vector<std::int32_t> heldRigidMotion(const shapes::Sheet& sheet) {
+  const std::int32_t NN = sheet.nodes();
+  std::vector<std::int32_t> held(2 * static_cast<std::size_t>(NN), 0);
   const auto x = [&](std::int32_t n) { return sheet.knots[3 * n]; };
   const auto y = [&](std::int32_t n) { return sheet.knots[3 * n + 1]; };
   double mx = 0.0, my = 0.0;
-  for (std::int32_t n = 0; n < NN_; ++n) {
-    mx += x(n) / NN_;
-    my += y(n) / NN_;
+  for (std::int32_t n = 0; n < NN; ++n) {
+    mx += x(n) / NN;
+    my += y(n) / NN;
   }
   std::int32_t middle = 0, far = 0;
-  for (std::int32_t n = 1; n < NN_; ++n)
+  for (std::int32_t n = 1; n < NN; ++n)
     if (std::hypot(x(n) - mx, y(n) - my) < std::hypot(x(middle) - mx, y(middle) - my)) middle = n;
-  for (std::int32_t n = 1; n < NN_; ++n)
+  for (std::int32_t n = 1; n < NN; ++n)
     if (std::abs(x(n) - x(middle)) > std::abs(x(far) - x(middle))) far = n;
-  ARFA_[2 * middle] = ARFA_[2 * middle + 1] = ARFA_[2 * far + 1] = 0;
+  held[2 * middle] = held[2 * middle + 1] = held[2 * far + 1] = 1;
+  return held;
 }
 
 tornwalzen::DriverArrays SampleRun::arrays() {

@@ -9,6 +9,10 @@
 
 namespace bench {
 
+/// Flags of three held unknowns that take out the rigid motion, 1 held: u and v of the node nearest the middle seen from
+/// +z, v of the node farthest from it in x.
+std::vector<std::int32_t> heldRigidMotion(const shapes::Sheet& sheet);
+
 /// The host's arrays for one mesh, with the structure set up (OSINIT modes 1 to 3) and three unknowns held
 /// that take out the rigid motion: u and v of the node nearest the middle seen from +z, v of the node
 /// farthest from it in x.
