@@ -21,10 +21,10 @@
 #include "result/vtu_writer.hpp"
 #include "run/hold.hpp"
 #include "run/library_run.hpp"
-#include "run/output_capture.hpp"
 #include "run/progress_view.hpp"
 #include "run/run_log.hpp"
 #include "system/failure.hpp"
+#include "system/process.hpp"
 #include "system/same_file.hpp"
 #include "system/text.hpp"
 
@@ -68,28 +68,34 @@ void tellAboutMesh(const Part& part) {
                  counted(part.turned, "triangle").c_str());
 }
 
-// The run, with the library's messages in the log and its progress on the screen.
-RunOutput runWithMessages(const Part& part, const Hold& hold, const RunSettings& settings, bool verbose,
-                          RunLog& log) {
+// A run, with the library's messages in the log and its progress on the screen. A signal ends it in order and is then
+// thrown.
+RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool verbose, RunLog& log) {
   const bool terminal = ::isatty(STDERR_FILENO) == 1 && !verbose;  // messages would tear the bar
+  const int screen = verbose ? STDOUT_FILENO : -1;
   ProgressView view(terminal);
-  const int screen = verbose ? ::dup(STDOUT_FILENO) : -1;
+  const ProgressRecord* last = nullptr;
+  const RunListener listener{[&](const ProgressRecord& record) { view.update(*(last = &record)); },
+                             [&](std::string_view line) { log.take(line, screen); },
+                             [] { return notedSignal() != 0; }};
   RunOutput run;
   {
-    const OutputCapture capture([&](std::string_view line) { log.take(line, screen); });
-    run = runLibrary(part, hold, settings, [&](const ProgressRecord& record) { view.update(record); });
+    const OrderlyStop orderly;
+    run = library.run(settings, listener);
   }
+  if (run.report.converged == 1 && last != nullptr) view.reached(*last);
   view.finish();
-  if (screen >= 0) ::close(screen);
+  if (notedSignal() != 0) throw StoppedBySignal{notedSignal()};
   return run;
 }
 
 // The run, and where it does not converge and the user left the tolerance to the program, the same with the
-// intermediate increments brought closer to equilibrium. settings: in and out, those of the last run; runs:
-// out, their number.
-RunOutput runUntilConverged(const Part& part, const Hold& hold, const SolveOptions& options, RunLog& log,
+// intermediate increments brought closer to equilibrium. part, hold: in mm. settings: in and out, those of the last
+// run; runs: out, their number.
+RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, RunLog& log,
                             RunSettings& settings, int& runs) {
-  RunOutput run = runWithMessages(part, hold, settings, options.verbose, log);
+  LibraryRun library(part, hold);
+  RunOutput run = runWithMessages(library, settings, verbose, log);
   runs = 1;
   for (const double factor : {0.1, 0.01}) {
     if (!settings.mayRepeat || !tighterPathMayHelp(part, run)) break;
@@ -97,7 +103,7 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, const SolveOptio
     std::fprintf(stderr,
                  "not converged: %s\nrepeating with the tolerance of the increments on the way times %s\n",
                  judge(part, run).reason.c_str(), decimal(factor).c_str());
-    run = runWithMessages(part, hold, settings, options.verbose, log);
+    run = runWithMessages(library, settings, verbose, log);
     ++runs;
   }
   return run;
@@ -137,7 +143,8 @@ int solve(const SolveOptions& options) {
   makeFolder(folder);
   RunLog log((fs::path(folder) / logName).string());
   int runs;
-  const RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options, log, settings, runs);
+  const RunOutput run =
+      runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, settings, runs);
   Verdict verdict = judge(part, run);
   if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
     verdict.reason = whyNotDeveloped(part, hold, run, unit.millimetres);

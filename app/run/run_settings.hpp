@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tornwalzen_analysis.h"
+
 namespace host {
 
 struct FlowCurve {
@@ -23,9 +25,11 @@ struct RunSettings {
   bool mayRepeat = true;  // repeat a run that does not converge with a smaller pathFactor
 };
 
-// Brings the library to the state after loading and sets what was chosen. Throws Failure with the library's
-// own words where it refuses.
-void applySettings(const RunSettings& settings);
+// Sets what was chosen. Throws Failure with the library's own words where it refuses.
+void applySettings(const RunSettings& settings, TornwalzenAnalysis* analysis);
+
+// Throws Failure as applySettings would; nothing else happens.
+void checkSettings(const RunSettings& settings);
 
 }  // namespace host
 

@@ -2,13 +2,13 @@
 #ifndef TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
 #define TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
 
-#include "run/run_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
 #include "result/run_report.hpp"
 #include "result/unit.hpp"
 #include "run/hold.hpp"
 #include "run/library_run.hpp"
+#include "run/run_settings.hpp"
 
 struct SampleRun {
   host::Part part;
@@ -33,8 +33,6 @@ struct SampleRun {
     run.EVAL = {0.1, 0.2, 45, 0.01, 0.5, 0.3, 0.4, 30, 0.02, 0.9};
     run.matrixEntries = 35;
     run.times = {0.25, 0.5, 0.75, 1.0, 1.25};
-    run.progress.take({1.0, 0, nullptr});
-    run.progress.take({0.0, 1, " Tornwalzen - Inverse Projektion :    "});
     run.report.converged = 1;
     run.report.reason = TORNWALZEN_CONVERGED;
     run.report.increments = 15;
