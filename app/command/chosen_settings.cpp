@@ -2,6 +2,7 @@
 #include "command/chosen_settings.hpp"
 
 #include "command/flow_curve.hpp"
+#include "run/run_settings.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
 

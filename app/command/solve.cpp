@@ -9,24 +9,28 @@
 #include "command/chosen_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "mesh/part_file.hpp"
+#include "mesh/part_unit.hpp"
 #include "result/deck_writer.hpp"
 #include "result/obj_writer.hpp"
 #include "result/result_files.hpp"
 #include "result/result_folder.hpp"
 #include "result/results.hpp"
+#include "result/run_data.hpp"
 #include "result/run_report.hpp"
 #include "result/summary.hpp"
-#include "result/undeveloped.hpp"
-#include "result/verdict.hpp"
 #include "result/vtu_writer.hpp"
 #include "run/hold.hpp"
 #include "run/library_run.hpp"
+#include "run/part_data.hpp"
 #include "run/progress_view.hpp"
 #include "run/run_log.hpp"
+#include "run/undeveloped.hpp"
+#include "run/verdict.hpp"
 #include "system/failure.hpp"
 #include "system/process.hpp"
 #include "system/same_file.hpp"
 #include "system/text.hpp"
+#include "system/unit.hpp"
 
 namespace host {
 
@@ -132,7 +136,7 @@ int solve(const SolveOptions& options) {
     std::fprintf(stderr, "%s\n", sentence.c_str());
   });
   tellAboutMesh(part);
-  if (options.eben || options.ebenStart) checkFlatBlankFits(part);
+  if (options.eben || options.ebenStart) checkFlatBlankFits(part.file, part.nodes(), part.elements());
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);
 
@@ -152,8 +156,9 @@ int solve(const SolveOptions& options) {
     throw Failure("the run gave no usable blank: " + verdict.reason + "; no result file was written",
                   exitRunFailed);
 
-  const Results results = computeResults(part, run, unit);
-  const RunReport report{part, hold, run, results, verdict, settings, runs, unit, rule, folder};
+  const PartData data = partData(part);
+  const Results results = computeResults(data, run, unit);
+  const RunReport report{data, hold, run, results, verdict, settings, runs, unit, rule, folder};
   checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
   writeResults(report, options);
   std::fputs(summaryTable(report).c_str(), stdout);

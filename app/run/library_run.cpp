@@ -1,10 +1,14 @@
 // Runs of the library on one part; see the header.
 #include "run/library_run.hpp"
 
+#include <cstdint>
 #include <new>
+#include <vector>
 
 #include "run/library_failure.hpp"
+#include "run/run_settings.hpp"
 #include "system/text.hpp"
+#include "tornwalzen_analysis.h"
 
 namespace host {
 

@@ -5,18 +5,10 @@
 #include <array>
 #include <chrono>
 
+#include "result/run_data.hpp"
 #include "tornwalzen_analysis.h"
 
 namespace host {
-
-// Seconds of wall time.
-struct PhaseTimes {
-  double structure = 0.0;    // pattern of the global matrix
-  double ordering = 0.0;     // fill-reducing order of the equations
-  double symbolic = 0.0;     // layout of the factor
-  double development = 0.0;  // starting blank
-  double increments = 0.0;   // Newton iterations of all increments
-};
 
 class ProgressRecord {
  public:

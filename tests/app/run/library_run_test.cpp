@@ -10,6 +10,7 @@
 #include "app/mesh/sample_meshes.hpp"
 #include "app/refusal.hpp"
 #include "mesh/obj_reader.hpp"
+#include "run/hold.hpp"
 
 using namespace host;
 using testing::AllOf;

@@ -4,11 +4,11 @@
 
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
+#include "result/run_data.hpp"
 #include "result/run_report.hpp"
-#include "result/unit.hpp"
 #include "run/hold.hpp"
-#include "run/library_run.hpp"
-#include "run/run_settings.hpp"
+#include "run/part_data.hpp"
+#include "system/unit.hpp"
 
 struct SampleRun {
   host::Part part;
@@ -19,6 +19,7 @@ struct SampleRun {
   int runs = 1;
   host::Verdict verdict{true, "", host::exitConverged};
   host::Results results;
+  host::PartData data;  // of the part, as compute() saw it
 
   SampleRun() {
     host::Mesh mesh;
@@ -46,9 +47,12 @@ struct SampleRun {
                    {0.2, 0, {0, 1}, {0, 0, 1}, -0.2, 0.25, 500}};
     compute();
   }
-  void compute() { results = host::computeResults(part, run, unit); }
+  void compute() {
+    data = host::partData(part);
+    results = host::computeResults(data, run, unit);
+  }
   host::RunReport report() const {
-    return {part, hold, run, results, verdict, settings, runs, unit, "auto", "out"};
+    return {data, hold, run, results, verdict, settings, runs, unit, "auto", "out"};
   }
 };
 

@@ -1,5 +1,5 @@
 // Whether a run converged, and if not, why; see the header.
-#include "result/verdict.hpp"
+#include "run/verdict.hpp"
 
 #include "run/library_failure.hpp"
 #include "system/text.hpp"
