@@ -64,7 +64,7 @@ struct PhaseTimes {
   double ordering = 0.0;     // fill-reducing order of the equations
   double symbolic = 0.0;     // layout of the factor
   double development = 0.0;  // starting blank
-  double increments = 0.0;   // Newton iterations of all increments
+  double increments = 0.0;   // Newton iterations, of all increments
 };
 
 struct RunOutput {

@@ -4,6 +4,8 @@
 namespace host {
 
 void ProgressRecord::beginRun() {
+  for (std::size_t phase = TORNWALZEN_PHASE_DEVELOPMENT; phase < seconds_.size(); ++phase)
+    seconds_[phase] = 0.0;
   step_ = {};
   steps_ = 0;
 }
@@ -30,8 +32,9 @@ void ProgressRecord::closePhase() {
 
 PhaseTimes ProgressRecord::times() const {
   return {seconds_[TORNWALZEN_PHASE_STRUCTURE], seconds_[TORNWALZEN_PHASE_ORDERING],
-          seconds_[TORNWALZEN_PHASE_SYMBOLIC], seconds_[TORNWALZEN_PHASE_DEVELOPMENT],
-          seconds_[TORNWALZEN_PHASE_INCREMENTS]};
+          seconds_[TORNWALZEN_PHASE_SYMBOLIC],
+          seconds_[TORNWALZEN_PHASE_DEVELOPMENT] + seconds_[TORNWALZEN_PHASE_START],
+          seconds_[TORNWALZEN_PHASE_INCREMENTS] + seconds_[TORNWALZEN_PHASE_NEWTON]};
 }
 
 }  // namespace host

@@ -12,7 +12,7 @@ namespace host {
 
 class ProgressRecord {
  public:
-  // A run begins: what lies before stays in the times of the phases that are not gone through again.
+  // A run begins. The times of the structure's phases stay: it may stand already.
   void beginRun();
   // One step of the library's handler. A phase lasts until another begins.
   void take(const TornwalzenStep& step);
@@ -32,8 +32,8 @@ class ProgressRecord {
 
   TornwalzenStep step_{};
   int steps_ = 0;
-  Clock::time_point since_{};                                      // begin of the phase
-  std::array<double, TORNWALZEN_PHASE_INCREMENTS + 1> seconds_{};  // by phase; 0: none of these
+  Clock::time_point since_{};                                  // begin of the phase
+  std::array<double, TORNWALZEN_PHASE_NEWTON + 1> seconds_{};  // by phase; 0: none of these
 };
 
 }  // namespace host

@@ -14,14 +14,24 @@ constexpr int barWidth = 16;
 constexpr std::size_t textWidth = 58;
 constexpr int plainStep = 10;  // percent between two plain lines of a phase without increments
 
+std::string gradientText(const ProgressRecord& record) {
+  char text[32];
+  std::snprintf(text, sizeof text, ", gradient %.1e mm", record.residual());
+  return text;
+}
+
 std::string incrementText(const ProgressRecord& record, int percent, bool terminal) {
   const std::string start =
       "increment " + std::to_string(record.steps()) + ", " + std::to_string(percent) + " %";
   if (!terminal) return start + " of the part";
   if (!(record.residual() >= 0.0)) return start;
-  char gradient[32];
-  std::snprintf(gradient, sizeof gradient, "%.1e mm", record.residual());
-  return start + ", iteration " + std::to_string(record.iteration()) + ", gradient " + gradient;
+  return start + ", iteration " + std::to_string(record.iteration()) + gradientText(record);
+}
+
+std::string newtonText(const ProgressRecord& record, int percent, bool terminal) {
+  const std::string start = "finding the blank " + std::to_string(percent) + " %";
+  if (!terminal || !(record.residual() >= 0.0)) return start;
+  return start + ", iteration " + std::to_string(record.iteration()) + gradientText(record);
 }
 
 std::string phaseText(const ProgressRecord& record, int percent, bool terminal) {
@@ -36,6 +46,10 @@ std::string phaseText(const ProgressRecord& record, int percent, bool terminal) 
       return "developing the part " + std::to_string(percent) + " %";
     case TORNWALZEN_PHASE_INCREMENTS:
       return incrementText(record, percent, terminal);
+    case TORNWALZEN_PHASE_START:
+      return "laying out the starting blank";
+    case TORNWALZEN_PHASE_NEWTON:
+      return newtonText(record, percent, terminal);
     default:
       return "running " + std::to_string(percent) + " %";
   }
@@ -51,7 +65,9 @@ std::string progressBar(int percent, int width) {
 
 bool ProgressView::isNews(const ProgressRecord& record, int percent) const {
   if (record.phase() != shownPhase_ || record.steps() != shownSteps_) return true;
-  if (terminal_) return percent > shownPercent_ || record.phase() == TORNWALZEN_PHASE_INCREMENTS;
+  if (terminal_)
+    return percent > shownPercent_ || record.phase() == TORNWALZEN_PHASE_INCREMENTS ||
+           record.phase() == TORNWALZEN_PHASE_NEWTON;
   return record.phase() != TORNWALZEN_PHASE_INCREMENTS && percent / plainStep > shownPercent_ / plainStep;
 }
 

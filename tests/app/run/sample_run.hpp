@@ -1,6 +1,6 @@
 // A finished run made by hand: a roof of two triangles that unrolls into the unit square.
-#ifndef TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
-#define TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
+#ifndef TORNWALZEN_TESTS_APP_SAMPLE_RUN_HPP
+#define TORNWALZEN_TESTS_APP_SAMPLE_RUN_HPP
 
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
