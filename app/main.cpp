@@ -7,9 +7,9 @@
 
 #include "command/arguments.hpp"
 #include "command/deck.hpp"
+#include "command/solve.hpp"
 #include "system/failure.hpp"
 #include "system/process.hpp"
-#include "command/solve.hpp"
 
 namespace {
 
@@ -25,6 +25,8 @@ int runCommand(const host::Arguments& arguments) {
                                                     : host::solve(arguments.solve);
   } catch (const host::Failure& failure) {
     return complain(failure.what(), failure.status());
+  } catch (const host::StoppedBySignal& stopped) {
+    host::endBySignal(stopped.signal);
   } catch (const std::bad_alloc&) {
     return complain("not enough memory", host::exitRefused);
   } catch (const std::exception& problem) {

@@ -4,10 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
+#include "host_kit/fixed_host.hpp"
 #include "quiet.hpp"
 #include "surface_mesh.hpp"  // shapes::Random
-#include "tornwalzen.h"
 
 namespace bench {
 
@@ -17,24 +18,17 @@ constexpr double poisson = 0.3;
 constexpr double shift = 1e-3;  // of the mean diagonal entry
 
 void buildPattern(const PlaneMesh& mesh, SymmetricMatrix& a) {
-  const std::int32_t mode = 1, nn = mesh.nodes(), ne = mesh.triangles(), neq = 2 * nn;
-  std::int32_t mnsysm = 4 * (nn + 3 * ne) - nn, niwor = 0, nrk = 0, istat = 0;
-  std::vector<double> knots(3 * std::size_t(nn), 0.0), kng(knots.size());
-  std::vector<std::int32_t> inta(mesh.corners.size());
-  for (std::int32_t n = 0; n < nn; ++n) {
-    knots[3 * n] = mesh.xy[2 * n];
-    knots[3 * n + 1] = mesh.xy[2 * n + 1];
-  }
-  a.n = neq;
-  a.COLS.resize(neq + 1);
-  a.ROWI.resize(mnsysm);
+  std::vector<double> knots;
+  for (std::int32_t n = 0; n < mesh.nodes(); ++n)
+    knots.insert(knots.end(), {mesh.xy[2 * n], mesh.xy[2 * n + 1], 0.0});
+  host_kit::FixedHost<> host;
+  host.open(knots, mesh.corners);
   const Quiet quiet;
-  OSINIT(&mode, &nn, &ne, &neq, &mnsysm, &niwor, &nrk, knots.data(), mesh.corners.data(), inta.data(),
-         nullptr, a.COLS.data(), a.ROWI.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-         kng.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &istat);
-  if (istat != 0) throw std::runtime_error("the pattern could not be built");
-  a.ROWI.resize(mnsysm);
-  a.ROWI.shrink_to_fit();
+  if (host.init(1) != 0) throw std::runtime_error("the pattern could not be built");
+  host_kit::ExactMemory::resize(host.ROWI, host.MNSYSM[0]);
+  a.n = host.NEQ[0];
+  a.COLS = std::move(host.COLS);
+  a.ROWI = std::move(host.ROWI);
   a.start.resize(a.COLS.size());
   a.row.resize(a.ROWI.size());
   std::transform(a.COLS.begin(), a.COLS.end(), a.start.begin(), [](std::int32_t i) { return i - 1; });

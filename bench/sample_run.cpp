@@ -1,4 +1,4 @@
-// The call protocol of tornwalzen.h.
+// The call protocol of tornwalzen.h, and the probes of what it calls.
 #include "sample_run.hpp"
 
 #include <cmath>
@@ -10,35 +10,12 @@
 
 namespace bench {
 
-SampleRun::SampleRun(const shapes::Sheet& sheet)
-    : NN_(sheet.nodes()), NE_(sheet.triangles()), NEQ_(2 * NN_), MNSYSM_(4 * (NN_ + 3 * NE_) - NN_) {
-  const std::size_t nn = NN_, ne = NE_, neq = NEQ_;
-  INTA_.resize(3 * ne);
-  COLS_.resize(neq + 1);
-  ROWI_.resize(MNSYSM_);
-  for (auto* v : {&KNG_, &KNZ_, &KNA_}) v->resize(3 * nn);
-  for (auto* v : {&ELG_, &EVAL_}) v->resize(5 * ne);
-  for (auto* v : {&RR_, &RB_, &RX_, &TEMP_, &RXA_, &WRHS_}) v->resize(neq);
+SampleRun::SampleRun(const shapes::Sheet& sheet) {
+  host_.open(sheet.knots, sheet.inzi);
+  const std::vector<std::int32_t> held = heldRigidMotion(sheet);
+  for (std::size_t i = 0; i < held.size(); ++i) host_.ARFA[i] = 1 - held[i];
   const Quiet quiet;
-  for (std::int32_t mode : {1, 2, 3}) setUp(mode, sheet);
-  SYSM_.resize(MNSYSM_);
-  hold(sheet);
-}
-
-void SampleRun::setUp(std::int32_t mode, const shapes::Sheet& sheet) {
-  std::int32_t ISTAT = 0;
-  OSINIT(&mode, &NN_, &NE_, &NEQ_, &MNSYSM_, &NIWOR_, &NRK_, sheet.knots.data(), sheet.inzi.data(),
-         INTA_.data(), nullptr, COLS_.data(), ROWI_.data(), WORK_.data(), RWORK_.data(), nullptr, nullptr,
-         nullptr, nullptr, KNG_.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &ISTAT);
-  if (ISTAT != 0) throw std::runtime_error("the structure could not be set up");
-  ROWI_.resize(MNSYSM_);
-  WORK_.resize(NIWOR_);
-  if (mode > 1) RWORK_.resize(NRK_);
-}
-
-void SampleRun::hold(const shapes::Sheet& sheet) {
-  ARFA_ = heldRigidMotion(sheet);
-  for (std::int32_t& flag : ARFA_) flag = 1 - flag;
+  if (!host_.setUp()) throw std::runtime_error("the structure could not be set up");
 }
 
 std::vector<std::int32_t> heldRigidMotion(const shapes::Sheet& sheet) {
@@ -61,13 +38,25 @@ std::vector<std::int32_t> heldRigidMotion(const shapes::Sheet& sheet) {
 }
 
 tornwalzen::DriverArrays SampleRun::arrays() {
-  const tornwalzen::Int64 nn = NN_, ne = NE_, neq = NEQ_, entries = MNSYSM_;
-  return {{"INTA", INTA_.data(), ne, 3},   {"ARFA", ARFA_.data(), neq},    {"COLS", COLS_.data(), neq + 1},
-          {"ROWI", ROWI_.data(), entries}, {"WORK", WORK_.data(), NIWOR_}, {"RWORK", RWORK_.data(), NRK_},
-          {"RR", RR_.data(), neq},         {"RB", RB_.data(), neq},        {"RX", RX_.data(), neq},
-          {"TEMP", TEMP_.data(), neq},     {"KNG", KNG_.data(), nn, 3},    {"KNZ", KNZ_.data(), nn, 3},
-          {"KNA", KNA_.data(), nn, 3},     {"ELG", ELG_.data(), ne, 5},    {"SYSM", SYSM_.data(), entries},
-          {"RXA", RXA_.data(), neq},       {"WRHS", WRHS_.data(), neq}};
+  const tornwalzen::Int64 nn = nodes(), ne = triangles(), neq = 2 * nn, entries = host_.MNSYSM[0];
+  host_kit::FixedHost<>& h = host_;
+  return {{"INTA", h.INTA.data(), ne, 3},
+          {"ARFA", h.ARFA.data(), neq},
+          {"COLS", h.COLS.data(), neq + 1},
+          {"ROWI", h.ROWI.data(), entries},
+          {"WORK", h.WORK.data(), h.NIWOR[0]},
+          {"RWORK", h.RWORK.data(), h.NRK[0]},
+          {"RR", h.RR.data(), neq},
+          {"RB", h.RB.data(), neq},
+          {"RX", h.RX.data(), neq},
+          {"TEMP", h.TEMP.data(), neq},
+          {"KNG", h.KNG.data(), nn, 3},
+          {"KNZ", h.KNZ.data(), nn, 3},
+          {"KNA", h.KNA.data(), nn, 3},
+          {"ELG", h.ELG.data(), ne, 5},
+          {"SYSM", h.SYSM.data(), entries},
+          {"RXA", h.RXA.data(), neq},
+          {"WRHS", h.WRHS.data(), neq}};
 }
 
 void SampleRun::analyse(std::int32_t material) {
@@ -81,15 +70,12 @@ void SampleRun::analyse(std::int32_t material) {
       },
       &lastFraction);
   tornwalzen::run.ierrel = 0;  // a run that was given up must not end the next one
-  std::int32_t ISTAT = 0;
   {
     const Quiet quiet;
-    OSMAIN(INTA_.data(), ARFA_.data(), COLS_.data(), ROWI_.data(), WORK_.data(), RWORK_.data(), RR_.data(),
-           RB_.data(), RX_.data(), TEMP_.data(), KNG_.data(), KNZ_.data(), KNA_.data(), ELG_.data(),
-           SYSM_.data(), RXA_.data(), WRHS_.data(), &material, EVAL_.data(), &ISTAT);
+    host_.analyse(material);
   }
   PlivaneSetProgressHdlr(nullptr, nullptr);
-  converged_ = ISTAT != -1 && lastFraction == 1.0 && !tornwalzen::failed(tornwalzen::run.ierrel);
+  converged_ = host_.ISTAT[0] != -1 && lastFraction == 1.0 && !tornwalzen::failed(tornwalzen::run.ierrel);
   const long seen[] = {probes.development.calls, probes.unfoldIterations, probes.unfoldEvaluations,
                        probes.increments,        probes.newton.calls,     probes.tangent.calls,
                        probes.residual.calls,    probes.energy.calls,     probes.factorize.calls,

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ground/driver_arrays.hpp"
+#include "host_kit/fixed_host.hpp"
 #include "probes.hpp"
 #include "shapes.hpp"
 
@@ -28,17 +29,13 @@ class SampleRun {
   /// The arrays as the library's procedures take them.
   tornwalzen::DriverArrays arrays();
 
-  std::int32_t nodes() const { return NN_; }
-  std::int32_t triangles() const { return NE_; }
-  const std::vector<double>& blank() const { return RX_; }
+  std::int32_t nodes() const { return host_.nodes(); }
+  std::int32_t triangles() const { return host_.triangles(); }
+  const std::vector<double>& blank() const { return host_.RX; }
 
  private:
-  void setUp(std::int32_t mode, const shapes::Sheet& sheet);
-  void hold(const shapes::Sheet& sheet);
 
-  std::int32_t NN_, NE_, NEQ_, MNSYSM_, NIWOR_ = 0, NRK_ = 0;
-  std::vector<std::int32_t> INTA_, ARFA_, COLS_, ROWI_, WORK_;
-  std::vector<double> RWORK_, RR_, RB_, RX_, TEMP_, KNG_, KNZ_, KNA_, ELG_, SYSM_, RXA_, WRHS_, EVAL_;
+  host_kit::FixedHost<> host_;
   bool converged_ = false;
 };
 

@@ -16,12 +16,12 @@
 #include "blank_error.hpp"
 #include "folded_sheets.hpp"
 #include "host_kit/default_run.hpp"
-#include "interface/parts.hpp"
+#include "host_kit/parts.hpp"
 #include "tornwalzen_ext.h"
 
 namespace {
 
-using extension::HostPart;
+using host_kit::HostPart;
 using Turn = std::array<std::array<double, 3>, 3>;
 
 /// A turn at random, uniform over all (K. Shoemake, Uniform random rotations, 1992).
@@ -41,7 +41,7 @@ HostPart turned(const HostPart& part, const Turn& T) {
     for (std::size_t i = 0; i < 3; ++i)
       result.knots[n + i] =
           T[i][0] * part.knots[n] + T[i][1] * part.knots[n + 1] + T[i][2] * part.knots[n + 2];
-  extension::holdRigidMotion(result);
+  host_kit::holdRigidMotion(result);
   return result;
 }
 
@@ -65,15 +65,15 @@ double sizeOf(const HostPart& part) {
 int turns = 4, curve = 1, wrong = 0, runs = 0;
 FILE* out;
 
-void lineOf(const std::string& name, const extension::WholeRun& run, double seconds, double error) {
+void lineOf(const std::string& name, const host_kit::WholeRun& run, double seconds, double error) {
   const auto& r = tornwalzen::run.record;
   std::fprintf(out,
                "%-26s %7d %s fac %2d sol %3d lap %d it %2d hinged %5d inv %3d->%d s %.3f cert %d g %.1e E "
                "%.6g  err %.1e  %.2fs %s\n",
-               name.c_str(), run.NE, r.end == tornwalzen::RunEnd::converged ? "ok " : "NO ", r.factorizations,
-               r.solves, r.laplaceFactorizations, r.newtonSteps, r.hingedElements, r.startInverted,
-               r.turnedElements, r.smallestSingular, r.minimumCertified ? 1 : 0, r.lastGradient, r.energy,
-               error, seconds, r.fatalText);
+               name.c_str(), run.triangles(), r.end == tornwalzen::RunEnd::converged ? "ok " : "NO ",
+               r.factorizations, r.solves, r.laplaceFactorizations, r.newtonSteps, r.hingedElements,
+               r.startInverted, r.turnedElements, r.smallestSingular, r.minimumCertified ? 1 : 0,
+               r.lastGradient, r.energy, error, seconds, r.fatalText);
   if (std::getenv("SURE_TIMES") != nullptr)
     std::fprintf(out, "    start %.3f assembly %.3f factorization %.3f solve %.3f search %.3f total %.3f\n",
                  r.development, r.assembly, r.factorization, r.solve, r.lineSearch, r.total);
@@ -83,7 +83,7 @@ void lineOf(const std::string& name, const extension::WholeRun& run, double seco
 std::vector<double> runOne(const std::string& name, const HostPart& part, const std::vector<double>& exact,
                            bool relative, double size) {
   const auto begin = std::chrono::steady_clock::now();
-  const extension::WholeRun run(part, curve);
+  const host_kit::WholeRun run(part, curve);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
   const double error = exact.empty() ? 0.0 : fitError(run.RX, exact);
   ++runs;
@@ -126,23 +126,23 @@ int main(int argc, char** argv) {
     shapes::MeshChoice choice;
     choice.triangles = triangles;
     const shapes::Sheet sheet = shapes::makeShape(shape.name, choice);
-    study(shape.name, extension::fromSheet(sheet), sheet.blank);
+    study(shape.name, host_kit::fromSheet(sheet), sheet.blank);
   }
   for (const auto& folded : verification::foldedSheets(std::sqrt(2.0 * 60.0 * 100.0 / triangles)))
-    if (wanted(folded.name)) study(folded.name, extension::fromSheet(folded.sheet), folded.sheet.blank);
+    if (wanted(folded.name)) study(folded.name, host_kit::fromSheet(folded.sheet), folded.sheet.blank);
   for (const double angle : {60.0, 90.0, 110.0, 130.0, 150.0, 160.0, 165.0, 170.0, 175.0}) {
     const std::string name = "sphere " + std::to_string(static_cast<int>(angle));
     if (!wanted(name)) continue;
     study(name,
-          extension::fromSheet(verification::sphereCap(angle, static_cast<int>(std::sqrt(triangles / 6.0)))),
+          host_kit::fromSheet(verification::sphereCap(angle, static_cast<int>(std::sqrt(triangles / 6.0)))),
           {});
   }
   if (!folder.empty())
     for (const auto& name : {"scan_tray", "sheet_panel_13holes", "sheet_rail_channel", "car_hood_outer",
                              "dfg_cup_quarter", "round_cup_18", "dome_15"}) {
       if (!wanted(name)) continue;
-      HostPart part = extension::readObj(folder + "/" + name + ".obj");
-      extension::holdRigidMotion(part);
+      HostPart part = host_kit::readObj(folder + "/" + name + ".obj");
+      host_kit::holdRigidMotion(part);
       study(name, part, {});
     }
   std::fprintf(out, "%d runs, %d wrong\n", runs, wrong);

@@ -3,7 +3,7 @@
 #define TORNWALZEN_APP_CHOSEN_SETTINGS_HPP
 
 #include "command/arguments.hpp"
-#include "run/run_settings.hpp"
+#include "result/run_data.hpp"
 
 namespace host {
 

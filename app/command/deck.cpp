@@ -38,7 +38,7 @@ int deck(const DeckOptions& options) {
   const Hold hold = holdUnknowns(part, holdRule(part, options.hold));
   checkOutputsSpareInputs({part.file, holdFile(options.hold)}, deckPlaces(options.out),
                           "choose another name with -o");
-  if (!options.out.empty()) writeDeck(options.out, part, hold);
+  if (!options.out.empty()) writeDeck(options.out, part.points, part.corners, hold.ARFA);
   // Not on standard output when the deck goes there.
   std::fprintf(options.out.empty() ? stdout : stderr, "%s: %s, %s, %s\n", part.file.c_str(),
                counted(part.nodes(), "node").c_str(), counted(part.elements(), "triangle").c_str(),

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "run/run_settings.hpp"
+#include "result/run_data.hpp"
 
 namespace host {
 

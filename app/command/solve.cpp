@@ -9,24 +9,28 @@
 #include "command/chosen_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "mesh/part_file.hpp"
+#include "mesh/part_unit.hpp"
 #include "result/deck_writer.hpp"
 #include "result/obj_writer.hpp"
 #include "result/result_files.hpp"
 #include "result/result_folder.hpp"
 #include "result/results.hpp"
+#include "result/run_data.hpp"
 #include "result/run_report.hpp"
 #include "result/summary.hpp"
-#include "result/undeveloped.hpp"
-#include "result/verdict.hpp"
 #include "result/vtu_writer.hpp"
 #include "run/hold.hpp"
 #include "run/library_run.hpp"
-#include "run/output_capture.hpp"
+#include "run/part_data.hpp"
 #include "run/progress_view.hpp"
 #include "run/run_log.hpp"
+#include "run/undeveloped.hpp"
+#include "run/verdict.hpp"
 #include "system/failure.hpp"
+#include "system/process.hpp"
 #include "system/same_file.hpp"
 #include "system/text.hpp"
+#include "system/unit.hpp"
 
 namespace host {
 
@@ -68,28 +72,34 @@ void tellAboutMesh(const Part& part) {
                  counted(part.turned, "triangle").c_str());
 }
 
-// The run, with the library's messages in the log and its progress on the screen.
-RunOutput runWithMessages(const Part& part, const Hold& hold, const RunSettings& settings, bool verbose,
-                          RunLog& log) {
+// A run, with the library's messages in the log and its progress on the screen. A signal ends it in order and is then
+// thrown.
+RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool verbose, RunLog& log) {
   const bool terminal = ::isatty(STDERR_FILENO) == 1 && !verbose;  // messages would tear the bar
+  const int screen = verbose ? STDOUT_FILENO : -1;
   ProgressView view(terminal);
-  const int screen = verbose ? ::dup(STDOUT_FILENO) : -1;
+  const ProgressRecord* last = nullptr;
+  const RunListener listener{[&](const ProgressRecord& record) { view.update(*(last = &record)); },
+                             [&](std::string_view line) { log.take(line, screen); },
+                             [] { return notedSignal() != 0; }};
   RunOutput run;
   {
-    const OutputCapture capture([&](std::string_view line) { log.take(line, screen); });
-    run = runLibrary(part, hold, settings, [&](const ProgressRecord& record) { view.update(record); });
+    const OrderlyStop orderly;
+    run = library.run(settings, listener);
   }
+  if (run.report.converged == 1 && last != nullptr) view.reached(*last);
   view.finish();
-  if (screen >= 0) ::close(screen);
+  if (notedSignal() != 0) throw StoppedBySignal{notedSignal()};
   return run;
 }
 
 // The run, and where it does not converge and the user left the tolerance to the program, the same with the
-// intermediate increments brought closer to equilibrium. settings: in and out, those of the last run; runs:
-// out, their number.
-RunOutput runUntilConverged(const Part& part, const Hold& hold, const SolveOptions& options, RunLog& log,
+// intermediate increments brought closer to equilibrium. part, hold: in mm. settings: in and out, those of the last
+// run; runs: out, their number.
+RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, RunLog& log,
                             RunSettings& settings, int& runs) {
-  RunOutput run = runWithMessages(part, hold, settings, options.verbose, log);
+  LibraryRun library(part, hold);
+  RunOutput run = runWithMessages(library, settings, verbose, log);
   runs = 1;
   for (const double factor : {0.1, 0.01}) {
     if (!settings.mayRepeat || !tighterPathMayHelp(part, run)) break;
@@ -97,7 +107,7 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, const SolveOptio
     std::fprintf(stderr,
                  "not converged: %s\nrepeating with the tolerance of the increments on the way times %s\n",
                  judge(part, run).reason.c_str(), decimal(factor).c_str());
-    run = runWithMessages(part, hold, settings, options.verbose, log);
+    run = runWithMessages(library, settings, verbose, log);
     ++runs;
   }
   return run;
@@ -126,7 +136,7 @@ int solve(const SolveOptions& options) {
     std::fprintf(stderr, "%s\n", sentence.c_str());
   });
   tellAboutMesh(part);
-  if (options.eben || options.ebenStart) checkFlatBlankFits(part);
+  if (options.eben || options.ebenStart) checkFlatBlankFits(part.file, part.nodes(), part.elements());
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);
 
@@ -137,7 +147,8 @@ int solve(const SolveOptions& options) {
   makeFolder(folder);
   RunLog log((fs::path(folder) / logName).string());
   int runs;
-  const RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options, log, settings, runs);
+  const RunOutput run =
+      runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, settings, runs);
   Verdict verdict = judge(part, run);
   if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
     verdict.reason = whyNotDeveloped(part, hold, run, unit.millimetres);
@@ -145,8 +156,9 @@ int solve(const SolveOptions& options) {
     throw Failure("the run gave no usable blank: " + verdict.reason + "; no result file was written",
                   exitRunFailed);
 
-  const Results results = computeResults(part, run, unit);
-  const RunReport report{part, hold, run, results, verdict, settings, runs, unit, rule, folder};
+  const PartData data = partData(part);
+  const Results results = computeResults(data, run, unit);
+  const RunReport report{data, hold, run, results, verdict, settings, runs, unit, rule, folder};
   checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
   writeResults(report, options);
   std::fputs(summaryTable(report).c_str(), stdout);

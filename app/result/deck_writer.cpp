@@ -52,24 +52,24 @@ std::vector<std::string> deckPlaces(const std::string& path) {
   return {path + ".part", path};  // the library lets the deck grow beside its place
 }
 
-void writeDeck(const std::string& path, const Part& part, const Hold& hold) {
-  const std::vector<double> KNG = byColumns(part.points);
-  const std::vector<std::int32_t> INTA = byColumns(part.corners);
+void writeDeck(const std::string& path, const std::vector<double>& points,
+               const std::vector<std::int32_t>& corners, const std::vector<std::int32_t>& ARFA) {
+  const std::vector<double> KNG = byColumns(points);
+  const std::vector<std::int32_t> INTA = byColumns(corners);
   const std::string unfinished = deckPlaces(path).front();
   removeOnSignal(unfinished);
   TornwalzenDeckError error;
-  const std::int32_t kind = tornwalzenDeckWrite(path.c_str(), static_cast<std::int32_t>(part.nodes()),
-                                                static_cast<std::int32_t>(part.elements()), INTA.data(),
-                                                hold.ARFA.data(), KNG.data(), &error);
+  const std::int32_t kind = tornwalzenDeckWrite(path.c_str(), static_cast<std::int32_t>(points.size() / 3),
+                                                static_cast<std::int32_t>(corners.size() / 3), INTA.data(),
+                                                ARFA.data(), KNG.data(), &error);
   keepOnSignal(unfinished);
   if (kind != TORNWALZEN_DECK_OK) refuse(error);
 }
 
-void checkFlatBlankFits(const Part& part) {
-  const auto nodes = static_cast<std::int32_t>(part.nodes());
-  const auto elements = static_cast<std::int32_t>(part.elements());
-  if (tornwalzenFlatBlankFits(nodes, elements) == 1) return;
-  throw Failure(part.file + ": " + std::to_string(nodes) + " nodes and " + std::to_string(elements) +
+void checkFlatBlankFits(const std::string& part, std::int64_t nodes, std::int64_t elements) {
+  if (tornwalzenFlatBlankFits(static_cast<std::int32_t>(nodes), static_cast<std::int32_t>(elements)) == 1)
+    return;
+  throw Failure(part + ": " + std::to_string(nodes) + " nodes and " + std::to_string(elements) +
                 " triangles do not fit the fields of eben.t51, which hold " +
                 std::to_string(TORNWALZEN_FLAT_BLANK_LIMIT) + " of each");
 }

@@ -60,7 +60,7 @@ void findExtremes(Results& results) {
   }
 }
 
-void computeNodes(const Part& part, const RunOutput& run, Results& results) {
+void computeNodes(const PartData& part, const RunOutput& run, Results& results) {
   const auto nodes = static_cast<std::size_t>(part.nodes());
   std::vector<double> weight(nodes, 0.0);
   results.nodeThicknessStrain.assign(nodes, 0.0);
@@ -77,7 +77,7 @@ void computeNodes(const Part& part, const RunOutput& run, Results& results) {
     results.displacement.push_back(part.points[k] - results.blankPoints[k]);
 }
 
-double boxSide(const Part& part, const std::vector<double>& points, std::size_t axis) {
+double boxSide(const PartData& part, const std::vector<double>& points, std::size_t axis) {
   double low = std::numeric_limits<double>::infinity(), high = -low;
   for (std::size_t n = 0; n < part.inTriangle.size(); ++n) {
     if (!part.inTriangle[n]) continue;
@@ -87,7 +87,7 @@ double boxSide(const Part& part, const std::vector<double>& points, std::size_t 
   return high - low;
 }
 
-Rectangle rectangleAround(const Part& part, const std::vector<double>& points) {
+Rectangle rectangleAround(const PartData& part, const std::vector<double>& points) {
   std::vector<PlanePoint> plane;
   for (std::size_t n = 0; n < part.inTriangle.size(); ++n)
     if (part.inTriangle[n]) plane.push_back({points[3 * n], points[3 * n + 1]});
@@ -106,7 +106,7 @@ bool blankIsFinite(const RunOutput& run) {
   return std::all_of(run.RX.begin(), run.RX.end(), [](double position) { return std::isfinite(position); });
 }
 
-Results computeResults(const Part& part, const RunOutput& run, const Unit& unit) {
+Results computeResults(const PartData& part, const RunOutput& run, const Unit& unit) {
   Results results;
   results.developed = hasBlank(run.report.reason);
   for (std::size_t n = 0; n < run.RX.size(); n += 2)

@@ -10,10 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "mesh/mesh_check.hpp"
+#include "result/run_data.hpp"
 #include "result/smallest_rectangle.hpp"
-#include "result/unit.hpp"
-#include "run/library_run.hpp"
+#include "system/unit.hpp"
 
 namespace host {
 
@@ -42,7 +41,7 @@ struct Results {
 };
 
 // part: in the user's unit. run: in mm.
-Results computeResults(const Part& part, const RunOutput& run, const Unit& unit);
+Results computeResults(const PartData& part, const RunOutput& run, const Unit& unit);
 
 // Whether every blank position is a finite number.
 bool blankIsFinite(const RunOutput& run);

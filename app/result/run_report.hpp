@@ -4,18 +4,14 @@
 
 #include <string>
 
-#include "run/hold.hpp"
-#include "run/library_run.hpp"
-#include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
-#include "run/run_settings.hpp"
-#include "result/unit.hpp"
-#include "result/verdict.hpp"
+#include "result/run_data.hpp"
+#include "system/unit.hpp"
 
 namespace host {
 
 struct RunReport {
-  const Part& part;
+  const PartData& part;
   const Hold& hold;
   const RunOutput& run;
   const Results& results;

@@ -1,8 +1,10 @@
 // Which unknowns of the blank are held; see the header.
 #include "run/hold.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string_view>
 

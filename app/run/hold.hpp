@@ -3,18 +3,12 @@
 #ifndef TORNWALZEN_APP_HOLD_HPP
 #define TORNWALZEN_APP_HOLD_HPP
 
-#include <cstdint>
 #include <string>
-#include <vector>
 
 #include "mesh/mesh_check.hpp"
+#include "result/run_data.hpp"
 
 namespace host {
-
-struct Hold {
-  std::vector<std::int32_t> ARFA;  // per unknown: 1 free, 0 held; unknowns of nodes in no triangle are held
-  std::int64_t held = 0;           // held unknowns of nodes in triangles
-};
 
 // rule:
 //   auto    u and v of the node nearest the part's centroid (seen from +z) and, against rotation, v of the

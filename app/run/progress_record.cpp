@@ -1,22 +1,40 @@
-// What the progress handler was told; see the header.
+// What the library told of a run's progress; see the header.
 #include "run/progress_record.hpp"
-
-#include <string_view>
 
 namespace host {
 
-void ProgressRecord::take(const TornwalzenProgress& record) {
-  if (record.kind == 0) {
-    fraction_ = record.value;
-    return;
+void ProgressRecord::beginRun() {
+  for (std::size_t phase = TORNWALZEN_PHASE_DEVELOPMENT; phase < seconds_.size(); ++phase)
+    seconds_[phase] = 0.0;
+  step_ = {};
+  steps_ = 0;
+}
+
+void ProgressRecord::take(const TornwalzenStep& step) {
+  if (step.phase != step_.phase) {
+    closePhase();
+    since_ = Clock::now();
   }
-  const std::string_view text = record.text;
-  // each increment announces itself by this information line, directly behind its fraction
-  if (text.find("Inverse Projektion") != std::string_view::npos) {
-    if (phase_ == RunPhase::development) developed_ = std::chrono::steady_clock::now();
-    phase_ = RunPhase::increments;
-    ++steps_;
-  }
+  // an increment announces itself before its first iteration
+  if (step.phase == TORNWALZEN_PHASE_INCREMENTS && step.iteration == 0) ++steps_;
+  step_ = step;
+}
+
+void ProgressRecord::endRun() {
+  closePhase();
+}
+
+void ProgressRecord::closePhase() {
+  const auto phase = static_cast<std::size_t>(step_.phase);
+  if (phase > 0 && phase < seconds_.size())
+    seconds_[phase] = std::chrono::duration<double>(Clock::now() - since_).count();
+}
+
+PhaseTimes ProgressRecord::times() const {
+  return {seconds_[TORNWALZEN_PHASE_STRUCTURE], seconds_[TORNWALZEN_PHASE_ORDERING],
+          seconds_[TORNWALZEN_PHASE_SYMBOLIC],
+          seconds_[TORNWALZEN_PHASE_DEVELOPMENT] + seconds_[TORNWALZEN_PHASE_START],
+          seconds_[TORNWALZEN_PHASE_INCREMENTS] + seconds_[TORNWALZEN_PHASE_NEWTON]};
 }
 
 }  // namespace host

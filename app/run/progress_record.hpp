@@ -1,31 +1,39 @@
-// What the progress handler was told, and what follows from it.
+// What the library told of a run's progress, and what follows from it.
 #ifndef TORNWALZEN_APP_PROGRESS_RECORD_HPP
 #define TORNWALZEN_APP_PROGRESS_RECORD_HPP
 
+#include <array>
 #include <chrono>
 
-#include "tornwalzen.h"
+#include "result/run_data.hpp"
+#include "tornwalzen_analysis.h"
 
 namespace host {
 
-enum class RunPhase { development, increments };
-
 class ProgressRecord {
  public:
-  // One record of the library's handler.
-  void take(const TornwalzenProgress& record);
+  // A run begins. The times of the structure's phases stay: it may stand already.
+  void beginRun();
+  // One step of the library's handler. A phase lasts until another begins.
+  void take(const TornwalzenStep& step);
+  // The run is over, and with it its last phase.
+  void endRun();
 
-  RunPhase phase() const { return phase_; }
-  double fraction() const { return fraction_; }  // 0..1 of the phase, as last told
-  int steps() const { return steps_; }           // increments announced, repeats included
-  // When the development was over, if it was.
-  std::chrono::steady_clock::time_point developed() const { return developed_; }
+  std::int32_t phase() const { return step_.phase; }  // 0 before the first step
+  double fraction() const { return step_.fraction; }  // 0..1 of the phase, as last told
+  std::int32_t iteration() const { return step_.iteration; }
+  double residual() const { return step_.residual; }  // mm; negative where there is none
+  int steps() const { return steps_; }                // increments begun, repeats included
+  PhaseTimes times() const;
 
  private:
-  RunPhase phase_ = RunPhase::development;
-  double fraction_ = 0.0;
+  using Clock = std::chrono::steady_clock;
+  void closePhase();
+
+  TornwalzenStep step_{};
   int steps_ = 0;
-  std::chrono::steady_clock::time_point developed_{};
+  Clock::time_point since_{};                                  // begin of the phase
+  std::array<double, TORNWALZEN_PHASE_NEWTON + 1> seconds_{};  // by phase; 0: none of these
 };
 
 }  // namespace host

@@ -8,8 +8,53 @@
 namespace host {
 
 namespace {
-constexpr int barWidth = 40;
-constexpr int plainStep = 10;  // percent between two plain lines of the development
+
+// Bar, brackets, a blank and the text are narrower than a terminal of 80 columns: a longer line would not be redrawn.
+constexpr int barWidth = 16;
+constexpr std::size_t textWidth = 58;
+constexpr int plainStep = 10;  // percent between two plain lines of a phase without increments
+
+std::string gradientText(const ProgressRecord& record) {
+  char text[32];
+  std::snprintf(text, sizeof text, ", gradient %.1e mm", record.residual());
+  return text;
+}
+
+std::string incrementText(const ProgressRecord& record, int percent, bool terminal) {
+  const std::string start =
+      "increment " + std::to_string(record.steps()) + ", " + std::to_string(percent) + " %";
+  if (!terminal) return start + " of the part";
+  if (!(record.residual() >= 0.0)) return start;
+  return start + ", iteration " + std::to_string(record.iteration()) + gradientText(record);
+}
+
+std::string newtonText(const ProgressRecord& record, int percent, bool terminal) {
+  const std::string start = "finding the blank " + std::to_string(percent) + " %";
+  if (!terminal || !(record.residual() >= 0.0)) return start;
+  return start + ", iteration " + std::to_string(record.iteration()) + gradientText(record);
+}
+
+std::string phaseText(const ProgressRecord& record, int percent, bool terminal) {
+  switch (record.phase()) {
+    case TORNWALZEN_PHASE_STRUCTURE:
+      return "building the structure of the equations";
+    case TORNWALZEN_PHASE_ORDERING:
+      return "ordering the equations";
+    case TORNWALZEN_PHASE_SYMBOLIC:
+      return "laying out the factor";
+    case TORNWALZEN_PHASE_DEVELOPMENT:
+      return "developing the part " + std::to_string(percent) + " %";
+    case TORNWALZEN_PHASE_INCREMENTS:
+      return incrementText(record, percent, terminal);
+    case TORNWALZEN_PHASE_START:
+      return "laying out the starting blank";
+    case TORNWALZEN_PHASE_NEWTON:
+      return newtonText(record, percent, terminal);
+    default:
+      return "running " + std::to_string(percent) + " %";
+  }
+}
+
 }  // namespace
 
 std::string progressBar(int percent, int width) {
@@ -18,31 +63,36 @@ std::string progressBar(int percent, int width) {
          std::string(static_cast<std::size_t>(width - filled), '.') + "]";
 }
 
-void ProgressView::update(const ProgressRecord& record) {
-  // the development's measure may rise for a while: its fraction is then negative
-  const double fraction = std::isfinite(record.fraction()) ? std::clamp(record.fraction(), 0.0, 1.0) : 0.0;
-  int percent = static_cast<int>(100.0 * fraction);
-  if (record.phase() == RunPhase::increments) {
-    if (record.steps() == shownSteps_) return;
-    if (shownSteps_ == 0) shownPercent_ = 0;
-    percent = std::max(percent, shownPercent_);  // an increment that is repeated goes back
-  } else {
-    const int step = terminal_ ? 1 : plainStep;
-    if (shownPercent_ >= 0 && percent / step <= shownPercent_ / step) return;
-  }
-  shownPercent_ = percent;
-  shownSteps_ = record.steps();
-  print(record, percent);
+bool ProgressView::isNews(const ProgressRecord& record, int percent) const {
+  if (record.phase() != shownPhase_ || record.steps() != shownSteps_) return true;
+  if (terminal_)
+    return percent > shownPercent_ || record.phase() == TORNWALZEN_PHASE_INCREMENTS ||
+           record.phase() == TORNWALZEN_PHASE_NEWTON;
+  return record.phase() != TORNWALZEN_PHASE_INCREMENTS && percent / plainStep > shownPercent_ / plainStep;
 }
 
-void ProgressView::print(const ProgressRecord& record, int percent) {
-  std::string line =
-      record.phase() == RunPhase::development
-          ? "developing the part " + std::to_string(percent) + " %"
-          : "increment " + std::to_string(record.steps()) + ", " + std::to_string(percent) + " % of the part";
+void ProgressView::update(const ProgressRecord& record) {
+  const double fraction = std::isfinite(record.fraction()) ? std::clamp(record.fraction(), 0.0, 1.0) : 0.0;
+  int percent = static_cast<int>(100.0 * fraction);
+  if (record.phase() == shownPhase_) percent = std::max(percent, shownPercent_);
+  if (!isNews(record, percent)) return;
+  shownPhase_ = record.phase();
+  shownPercent_ = percent;
+  shownSteps_ = record.steps();
+  print(phaseText(record, percent, terminal_), percent);
+}
+
+void ProgressView::reached(const ProgressRecord& record) {
+  const std::string increment =
+      record.steps() > 0 ? "increment " + std::to_string(record.steps()) + ", " : "";
+  print(increment + "100 % of the part", 100);
+}
+
+void ProgressView::print(const std::string& line, int percent) {
   if (terminal_) {
-    line.resize(std::max(line.size(), std::size_t{36}), ' ');  // covers what stood there
-    std::fprintf(stderr, "\r%s %s", progressBar(percent, barWidth).c_str(), line.c_str());
+    std::string covering = line;  // what stood there
+    covering.resize(textWidth, ' ');
+    std::fprintf(stderr, "\r%s %s", progressBar(percent, barWidth).c_str(), covering.c_str());
     lineOpen_ = true;
   } else {
     std::fprintf(stderr, "%s\n", line.c_str());

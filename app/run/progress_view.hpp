@@ -16,18 +16,21 @@ class ProgressView {
   ProgressView(const ProgressView&) = delete;
   ProgressView& operator=(const ProgressView&) = delete;
 
-  // To be called after each record. Prints only when there is news: a new increment, or in the development
-  // another tenth (terminal: another hundredth). The percentage is the
-  // best of the phase so far: it never runs backwards.
+  // To be called after each step. A bar is redrawn at every step that changes it; plain lines come with a new phase,
+  // a new increment, or in the development another tenth. The percentage is the best of the phase so far: it never
+  // runs backwards.
   void update(const ProgressRecord& record);
+  // The part is reached: shows it.
+  void reached(const ProgressRecord& record);
   // Ends the line of the bar.
   void finish();
 
  private:
-  void print(const ProgressRecord& record, int percent);
+  bool isNews(const ProgressRecord& record, int percent) const;
+  void print(const std::string& line, int percent);
   bool terminal_;
   bool lineOpen_ = false;
-  int shownPercent_ = -1, shownSteps_ = 0;
+  int shownPhase_ = 0, shownPercent_ = 0, shownSteps_ = 0;
 };
 
 // "[####......]" with `width` places; percent 0..100.

@@ -1,29 +1,33 @@
 // What a run of the library is made with; see the header.
 #include "run/run_settings.hpp"
 
+#include "run/analysis_handle.hpp"
 #include "system/failure.hpp"
-#include "tornwalzen_ext.h"
 
 namespace host {
 
-namespace {
-
-void expectAccepted(int code, const std::string& option) {
-  if (code != TORNWALZEN_OK) throw Failure(option + ": " + tornwalzen_error_text(code, 1));
-}
-
-}  // namespace
-
-void applySettings(const RunSettings& settings) {
-  expectAccepted(tornwalzen_reset(), "reset");
+void applySettings(const RunSettings& settings, TornwalzenAnalysis* analysis) {
+  const auto expectAccepted = [analysis](std::int32_t code, const std::string& option) {
+    if (code != TORNWALZEN_OK)
+      throw Failure(option + ": " + tornwalzen_analysis_error_text(analysis, code, 1));
+  };
+  expectAccepted(tornwalzen_analysis_set_material(analysis, settings.material), "--material");
   const FlowCurve& curve = settings.curve;
   if (!curve.strain.empty())
-    expectAccepted(tornwalzen_set_flow_curve(settings.material, static_cast<int>(curve.strain.size()),
-                                             curve.strain.data(), curve.stress.data()),
-                   curve.source);
-  expectAccepted(tornwalzen_set_normal_anisotropy(settings.r), "--r");
-  expectAccepted(tornwalzen_set_energy_reference(settings.partReference ? 1 : 0), "--energy");
-  expectAccepted(tornwalzen_set_tolerance_factors(settings.finalFactor, settings.pathFactor), "--tolerance");
+    expectAccepted(
+        tornwalzen_analysis_set_flow_curve(analysis, static_cast<std::int32_t>(curve.strain.size()),
+                                           curve.strain.data(), curve.stress.data()),
+        curve.source);
+  expectAccepted(tornwalzen_analysis_set_normal_anisotropy(analysis, settings.r), "--r");
+  expectAccepted(tornwalzen_analysis_set_energy_reference(analysis, settings.partReference ? 1 : 0),
+                 "--energy");
+  expectAccepted(
+      tornwalzen_analysis_set_tolerance_factors(analysis, settings.finalFactor, settings.pathFactor),
+      "--tolerance");
+}
+
+void checkSettings(const RunSettings& settings) {
+  applySettings(settings, newAnalysis().get());
 }
 
 }  // namespace host

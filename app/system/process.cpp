@@ -22,21 +22,31 @@ struct UnfinishedFile {
 };
 std::array<UnfinishedFile, 16> unfinished;
 
-void removeUnfinishedAndEnd(int signal) {
-  for (const UnfinishedFile& file : unfinished)
-    if (file.used) ::unlink(file.path);
-  for (const UnfinishedFile& file : unfinished)
-    if (file.used) ::rmdir(file.path);  // a folder, now that the files in it are gone
-  constexpr char message[] = "\ntornwalzen: interrupted; no result file was written\n";
-  [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, message, sizeof message - 1);
-  std::signal(signal, SIG_DFL);
-  ::raise(signal);
+volatile std::sig_atomic_t orderly = 0;  // whether an OrderlyStop lives
+volatile std::sig_atomic_t noted = 0;
+
+const char* nameOf(int signal) {
+  return signal == SIGINT ? "SIGINT" : signal == SIGTERM ? "SIGTERM" : "SIGHUP";
+}
+
+void say(const char* text) {
+  [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text, std::strlen(text));
+}
+
+void onEndingSignal(int signal) {
+  if (orderly != 0 && noted == 0)
+    noted = signal;
+  else {
+    say("\n");  // the cursor may stand behind a bar
+    endBySignal(signal);
+  }
 }
 
 void setHandler(int signal, void (*handler)(int)) {
   struct sigaction action {};
   action.sa_handler = handler;
   sigemptyset(&action.sa_mask);
+  action.sa_flags = SA_RESTART;  // what is being written when a signal is noted goes on
   for (const int other : endingSignals) sigaddset(&action.sa_mask, other);
   sigaction(signal, &action, nullptr);
 }
@@ -64,7 +74,36 @@ void prepareProcess() {
   setHandler(SIGPIPE, SIG_IGN);
   setHandler(SIGXFSZ, SIG_IGN);
   for (const int signal : endingSignals)
-    if (!isIgnored(signal)) setHandler(signal, removeUnfinishedAndEnd);  // nohup and the like stay in force
+    if (!isIgnored(signal)) setHandler(signal, onEndingSignal);  // nohup and the like stay in force
+}
+
+void endBySignal(int signal) {
+  for (const UnfinishedFile& file : unfinished)
+    if (file.used) ::unlink(file.path);
+  for (const UnfinishedFile& file : unfinished)
+    if (file.used) ::rmdir(file.path);  // a folder, now that the files in it are gone
+  say("tornwalzen: stopped by ");
+  say(nameOf(signal));
+  say("; no result file was written\n");
+  std::signal(signal, SIG_DFL);
+  sigset_t set;  // in a handler it waits for the handler's end
+  sigemptyset(&set);
+  sigaddset(&set, signal);
+  pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+  ::raise(signal);
+  std::_Exit(128 + signal);
+}
+
+OrderlyStop::OrderlyStop() {
+  orderly = 1;
+}
+
+OrderlyStop::~OrderlyStop() {
+  orderly = 0;
+}
+
+int notedSignal() {
+  return noted;
 }
 
 bool removeOnSignal(const std::string& path) {

@@ -28,6 +28,7 @@ void keepBlank(Analysis& run, const DriverArrays& a) {
 
 void unfoldBlank(Analysis& run, const DriverArrays& a) {
   openScale(run.progress, targetMeasure);
+  if (!hostContinues(run.progress, {RunPhase::development, 0.0})) return;
   projectOntoPlane(run, a);
   Int sharp;
   measureAngles(run, a, sharp);

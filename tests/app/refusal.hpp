@@ -1,6 +1,6 @@
 // The sentence with which something is refused.
-#ifndef TORNWALZEN_TESTS_CLI_REFUSAL_HPP
-#define TORNWALZEN_TESTS_CLI_REFUSAL_HPP
+#ifndef TORNWALZEN_TESTS_APP_REFUSAL_HPP
+#define TORNWALZEN_TESTS_APP_REFUSAL_HPP
 
 #include <string>
 

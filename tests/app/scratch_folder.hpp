@@ -1,6 +1,6 @@
 // A folder of its own for each test, removed at its end.
-#ifndef TORNWALZEN_TESTS_CLI_SCRATCH_FOLDER_HPP
-#define TORNWALZEN_TESTS_CLI_SCRATCH_FOLDER_HPP
+#ifndef TORNWALZEN_TESTS_APP_SCRATCH_FOLDER_HPP
+#define TORNWALZEN_TESTS_APP_SCRATCH_FOLDER_HPP
 
 #include <stdlib.h>
 

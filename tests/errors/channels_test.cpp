@@ -79,7 +79,7 @@ HOSTILE_CASE(HostileChannels, NoHandlerAtAll) {
   PlivaneSetProgressHdlr(nullptr, &host);
   host.setUp();
   EXPECT_EQ(host.analyse(), 1);
-  EXPECT_TRUE(host.progress.empty());
+  EXPECT_TRUE(host.progress.events.empty());
 }
 
 HOSTILE_CASE(HostileChannels, AHandlerThatPrintsAndUnregistersItself) {

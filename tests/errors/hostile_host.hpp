@@ -4,36 +4,29 @@
 
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "errors/guarded_array.hpp"
 #include "errors/meshes.hpp"
-#include "tornwalzen.h"
+#include "host_kit/fixed_host.hpp"
+#include "host_kit/guarded_array.hpp"
 
 namespace hostile {
 
+using host_kit::Flush;
+using host_kit::GuardedArray;
+using host_kit::GuardedMemory;
 using Ints = GuardedArray<std::int32_t>;
 using Reals = GuardedArray<double>;
 
-struct ProgressEvent {
-  double value;
-  std::int32_t kind;
-  std::string text;
-};
-
-class Host {
+class Host : public host_kit::FixedHost<GuardedMemory> {
  public:
   Host(const Mesh& mesh, Flush flush);
 
-  /// OSINIT; all guards are checked after the call. Returns ISTAT.
+  /// As those of FixedHost; all guards are checked after the call.
   std::int32_t init(std::int32_t mode);
-  /// Gives the arrays the lengths that the last `init` reported.
-  void supply();
+  std::int32_t analyse(std::int32_t material = 1);
   /// The three modes, each expected to succeed.
   void setUp();
-  /// OSMAIN; all guards are checked after the call. Returns ISTAT.
-  std::int32_t analyse(std::int32_t material = 1);
   /// Puts another mesh in place of the first, as a host does that opens the next part.
   void open(const Mesh& mesh);
   /// Every array to another address, as a host may do between any two calls.
@@ -41,25 +34,17 @@ class Host {
   /// Makes the argument of that name NULL in the calls to come. False if there is no such argument.
   bool drop(const std::string& name);
 
-  /// As the header says: the last fraction is 1.0, two time texts follow it, ISTAT is not -1.
-  bool converged() const;
+  bool converged() const { return progress.converged(ISTAT[0]); }
   /// Expects of a run that says it converged that it did: finite blank and results, residual below the
   /// tolerance. Expects of any other run that the blank is no less finite than the part.
   void expectTruth() const;
 
-  Ints MODE, NKNO, NELE, NEQ, MNSYSM, NIWOR, NRK, INZI, INTA, COLS, ROWI, WORK, ARFA, ICTRL, ISTAT;
-  Reals KNOTS, KNG, RWORK, RR, RB, RX, TEMP, KNZ, KNA, ELG, SYSM, RXA, WRHS, EVAL;
-  std::vector<ProgressEvent> progress;
+  host_kit::ProgressTold progress;  // of the last analysis
 
  private:
   std::vector<Ints*> ints();
   std::vector<Reals*> reals();
   void expectGuards();
-  void supplyResults();
-  template <class T>
-  T* given(const GuardedArray<T>& array) const;
-  static void onProgress(void* host, const TornwalzenProgress* record);
-  std::vector<std::string> dropped_;
 };
 
 }  // namespace hostile

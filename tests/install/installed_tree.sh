@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Installs the build to a temporary prefix, moves that tree elsewhere, and builds and runs the C host against it:
-# through find_package and through pkg-config.
+# Installs the build to a temporary prefix, moves that tree elsewhere, and builds and runs the C hosts against it,
+# that of the fixed interface and that of the handle: through find_package and through pkg-config.
 # usage: installed_tree.sh CMAKE BUILD_FOLDER C_COMPILER C_HOST_FOLDER [SANITIZERS]
 set -euo pipefail
+shopt -s inherit_errexit   # a host that fails in $(...) is a failure
 cmake=$1 build=$2 cc=$3 source=$4 sanitizers=${5:-}
 
 scratch=$(mktemp -d)
@@ -16,7 +17,7 @@ echo '--- find_package'
 "$cmake" -S "$source/host_project" -B "$scratch/by-cmake" -DCMAKE_C_COMPILER="$cc" -DCMAKE_C_FLAGS="$flags" \
   -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/configure.log"
 "$cmake" --build "$scratch/by-cmake" >"$scratch/build.log" || { cat "$scratch/build.log"; exit 1; }
-byCmake=$("$scratch/by-cmake/c_host" | tail -n 1)
+byCmake=$(for host in c_host handle_host; do "$scratch/by-cmake/$host" | tail -n 1; done)
 echo "$byCmake"
 
 echo '--- pkg-config'
@@ -24,8 +25,10 @@ pc=$(find "$prefix" -name tornwalzen.pc)
 libdir=$(dirname "$(dirname "$pc")")
 export PKG_CONFIG_PATH=$(dirname "$pc")
 eval "options=($(pkg-config --cflags --libs tornwalzen))"
-"$cc" -std=c11 -Wall -Wextra -Wpedantic -Werror $flags -o "$scratch/c_host" "$source/c_host.c" "${options[@]}" -lm
-byPkgConfig=$(LD_LIBRARY_PATH=$libdir "$scratch/c_host" | tail -n 1)
+byPkgConfig=$(for host in c_host handle_host; do
+  "$cc" -std=c11 -Wall -Wextra -Wpedantic -Werror $flags -o "$scratch/$host" "$source/$host.c" "${options[@]}" -lm
+  LD_LIBRARY_PATH=$libdir "$scratch/$host" | tail -n 1
+done)
 echo "$byPkgConfig"
 
 [ "$byCmake" = "$byPkgConfig" ] || { echo 'the two hosts differ'; exit 1; }

@@ -18,7 +18,7 @@ std::vector<double> throughTheFixedInterface(const HostPart& part, std::int32_t 
   const WholeRun run(part, material);
   testing::internal::GetCapturedStdout();
   std::vector<double> all = run.RX;
-  const std::size_t nn = static_cast<std::size_t>(run.NN);
+  const std::size_t nn = static_cast<std::size_t>(run.nodes());
   for (std::size_t n = 0; n < nn; ++n) all.insert(all.end(), {run.KNA[n], run.KNA[nn + n]});
   all.insert(all.end(), run.EVAL.begin(), run.EVAL.end());
   return all;

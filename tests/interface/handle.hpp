@@ -6,10 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "parts.hpp"
+#include "host_kit/parts.hpp"
 #include "tornwalzen_analysis.h"
 
 namespace extension {
+
+using namespace host_kit;
 
 struct DestroyAnalysis {
   void operator()(TornwalzenAnalysis* analysis) const { tornwalzen_analysis_destroy(analysis); }

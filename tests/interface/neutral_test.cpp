@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "parts.hpp"
+#include "host_kit/parts.hpp"
 #include "tornwalzen_ext.h"
 
 namespace extension {
+
+using namespace host_kit;
 namespace {
 
 struct Result {

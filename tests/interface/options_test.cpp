@@ -6,11 +6,13 @@
 
 #include "driver/load_path.hpp"
 #include "ground/refusal.hpp"
+#include "host_kit/parts.hpp"
 #include "material/equivalent_strain.hpp"
-#include "parts.hpp"
 #include "refusals.hpp"
 
 namespace extension {
+
+using namespace host_kit;
 namespace {
 
 using tornwalzen::run;
@@ -85,12 +87,12 @@ TEST_F(Options, ResetClearsALeftoverElementErrorWord) {
   tornwalzen::run.ierrel = tornwalzen::errorSet;
   testing::internal::CaptureStdout();
   const WholeRun blocked(part, 1);
-  EXPECT_NE(blocked.fractions.back(), 1.0)
+  EXPECT_NE(blocked.progress.fractions.back(), 1.0)
       << "the word of an earlier run ends every run after its development";
   ASSERT_EQ(tornwalzen_reset(), 0);
   const WholeRun free(part, 1);
   testing::internal::GetCapturedStdout();
-  EXPECT_EQ(free.fractions.back(), 1.0);
+  EXPECT_EQ(free.progress.fractions.back(), 1.0);
 }
 
 TEST_F(Options, ResetReturnsToTheStateAfterLoading) {
@@ -135,10 +137,7 @@ TEST_F(Options, NothingIsSetWhileAnAnalysisRuns) {
   const std::vector<double> blank = first.RX;
   Intruder intruder;
   PlivaneSetProgressHdlr(&Intruder::call, &intruder);
-  OSMAIN(first.INTA.data(), part.arfa.data(), first.COLS.data(), first.ROWI.data(), first.WORK.data(),
-         first.RWORK.data(), first.RR.data(), first.RB.data(), first.RX.data(), first.TEMP.data(),
-         first.KNG.data(), first.KNZ.data(), first.KNA.data(), first.ELG.data(), first.SYSM.data(),
-         first.RXA.data(), first.WRHS.data(), &first.ICTRL, first.EVAL.data(), &first.ISTAT);
+  first.analyse();
   testing::internal::GetCapturedStdout();
   for (const int code : intruder.set) EXPECT_EQ(code, TORNWALZEN_BUSY);
   EXPECT_EQ(intruder.report, 0);

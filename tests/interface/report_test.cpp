@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "parts.hpp"
+#include "host_kit/parts.hpp"
 #include "refusals.hpp"
 
 namespace extension {
+
+using namespace host_kit;
 namespace {
 
 using Report = ExtensionTest;
@@ -105,7 +107,7 @@ TEST_F(Report, CountsWhatTheMessagesTellOfAConvergedRun) {
   EXPECT_LE(r.largest_measure, 0.8);
   EXPECT_EQ(r.negative_pivots, 0);
   EXPECT_GT(r.smallest_pivot, 0.0);
-  EXPECT_GE(r.factor_entries, o.run.MNSYSM);
+  EXPECT_GE(r.factor_entries, o.run.MNSYSM[0]);
   EXPECT_GT(r.factor_flops, static_cast<double>(r.factor_entries));
   const double parts =
       r.time_development + r.time_assembly + r.time_factorization + r.time_solve + r.time_line_search;
@@ -205,12 +207,9 @@ TEST_F(Report, RefusedIndexArrays) {
   Observed o = observe(part, 1);
   o.run.INTA[3] = 99999;
   testing::internal::CaptureStderr();
-  OSMAIN(o.run.INTA.data(), part.arfa.data(), o.run.COLS.data(), o.run.ROWI.data(), o.run.WORK.data(),
-         o.run.RWORK.data(), o.run.RR.data(), o.run.RB.data(), o.run.RX.data(), o.run.TEMP.data(),
-         o.run.KNG.data(), o.run.KNZ.data(), o.run.KNA.data(), o.run.ELG.data(), o.run.SYSM.data(),
-         o.run.RXA.data(), o.run.WRHS.data(), &o.run.ICTRL, o.run.EVAL.data(), &o.run.ISTAT);
+  o.run.analyse();
   const std::string line = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(o.run.ISTAT, -1);
+  EXPECT_EQ(o.run.ISTAT[0], -1);
   EXPECT_EQ(currentReport().reason, TORNWALZEN_REFUSED);
   EXPECT_EQ(currentReport().fatal_text + std::string("\n"), line);
   EXPECT_EQ(line.substr(0, 51), "fort: (2): Subscript #1 of the array KNG has value ");
@@ -264,7 +263,7 @@ TEST_F(Report, SolverThatFailed) {
   const HostPart part =
       smallPart({0, 0, 0, 10, 0, 0, 10, 10, 4, 0, 10, 0, 50, 50, 0}, {1, 2, 3, 1, 3, 4}, {1, 2, 4});
   const Observed o = observe(part, 1);
-  EXPECT_EQ(o.run.ISTAT, -1);
+  EXPECT_EQ(o.run.ISTAT[0], -1);
   const TornwalzenReport r = currentReport();
   EXPECT_EQ(r.converged, 0);
   EXPECT_EQ(r.reason, TORNWALZEN_SOLVER_FAILED);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "blank_error.hpp"
-#include "interface/parts.hpp"
+#include "host_kit/parts.hpp"
 #include "tornwalzen_ext.h"
 
 namespace verification {
@@ -42,7 +42,7 @@ inline Developed develop(const shapes::Sheet& sheet, int curve, bool partReferen
   tornwalzen_reset();
   tornwalzen_set_energy_reference(partReference ? 1 : 0);
   tornwalzen_set_tolerance_factors(tolerance.final, tolerance.path);
-  const extension::WholeRun run(extension::fromSheet(sheet), curve);
+  const host_kit::WholeRun run(host_kit::fromSheet(sheet), curve);
   Developed result{largestError(run.RX, sheet.blank), {}, 1};
   result.report.size = sizeof result.report;
   tornwalzen_get_report(&result.report);

@@ -13,22 +13,22 @@
 #include <utility>
 #include <vector>
 
-#include "interface/parts.hpp"
+#include "host_kit/parts.hpp"
 
 namespace verification {
 
 constexpr double sheetThickness = 0.95;  // mm
 
 struct DrawnCup {
-  extension::HostPart part;
+  host_kit::HostPart part;
   std::vector<double> blank;      // u v per node (mm)
   std::vector<double> thickness;  // per triangle (mm), at the end of the stroke
 };
 
 /// Empty where the folder does not hold the cup.
 inline DrawnCup readDrawnCup(const std::string& folder) {
-  DrawnCup cup{extension::realPart(folder, "dfg_cup_quarter"), {}, {}};
-  const extension::HostPart blank = extension::readObj(folder + "/dfg_cup_quarter.flat_blank.obj");
+  DrawnCup cup{host_kit::realPart(folder, "dfg_cup_quarter"), {}, {}};
+  const host_kit::HostPart blank = host_kit::readObj(folder + "/dfg_cup_quarter.flat_blank.obj");
   for (std::size_t n = 0; n < blank.knots.size() / 3; ++n)
     cup.blank.insert(cup.blank.end(), {blank.knots[3 * n], blank.knots[3 * n + 1]});
   std::ifstream file(folder + "/dfg_cup_quarter.thickness.tsv");
@@ -44,7 +44,7 @@ inline DrawnCup readDrawnCup(const std::string& folder) {
 
 /// Edges of the sheet's outer edge: those with one triangle that do not lie in a plane of symmetry, as node
 /// indices from 0.
-inline std::vector<std::pair<std::size_t, std::size_t>> outerEdge(const extension::HostPart& part) {
+inline std::vector<std::pair<std::size_t, std::size_t>> outerEdge(const host_kit::HostPart& part) {
   std::map<std::pair<std::int32_t, std::int32_t>, int> triangles;
   for (std::size_t e = 0; e < part.inzi.size(); e += 3)
     for (std::size_t c = 0; c < 3; ++c)

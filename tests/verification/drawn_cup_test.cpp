@@ -25,7 +25,7 @@ class DrawnCupTest : public ::testing::Test {
     EXPECT_EQ(tornwalzen_set_normal_anisotropy(r), 0);
     EXPECT_EQ(tornwalzen_set_energy_reference(reference), 0);
     testing::internal::CaptureStdout();
-    const extension::WholeRun run(cup.part, 1);
+    const host_kit::WholeRun run(cup.part, 1);
     testing::internal::GetCapturedStdout();
     TornwalzenReport report;
     report.size = sizeof report;

@@ -40,7 +40,10 @@ Rotation attitude(int k, std::mt19937& random) {
                      tilts[k] * degree);
   std::normal_distribution<double> normal;
   double q[4], length = 0.0;  // a unit quaternion, uniform on its sphere
-  for (double& value : q) length += (value = normal(random)) * value;
+  for (double& value : q) {
+    value = normal(random);
+    length += value * value;
+  }
   for (double& value : q) value /= std::sqrt(length);
   const double angle = 2.0 * std::acos(q[0]), s = std::sqrt(1.0 - q[0] * q[0]);
   return turnAbout({q[1] / s, q[2] / s, q[3] / s}, angle);

@@ -10,7 +10,7 @@
 #include "blank_error.hpp"
 #include "developments.hpp"
 #include "folded_sheets.hpp"
-#include "interface/parts.hpp"
+#include "host_kit/parts.hpp"
 #include "tornwalzen_ext.h"
 
 namespace verification {

@@ -12,8 +12,8 @@
 
 namespace {
 
-using extension::HostPart;
-using extension::WholeRun;
+using host_kit::HostPart;
+using host_kit::WholeRun;
 using namespace verification;
 
 class Table {
@@ -169,8 +169,8 @@ void verifySquareCup(const std::string& out) {
     shapes::MeshChoice choice;
     choice.triangles = 10000;
     choice.quarter = true;
-    HostPart part = extension::fromSheet(shapes::makeShape("square_cup", choice, {{"edge_on_axis", edge}}));
-    extension::holdSymmetryPlanes(part);
+    HostPart part = host_kit::fromSheet(shapes::makeShape("square_cup", choice, {{"edge_on_axis", edge}}));
+    host_kit::holdSymmetryPlanes(part);
     const EdgeNodes nodes = edgeNodes(part);
     for (const char* material : {"0", "1", "2", "aluminium"})
       for (const int reference : {0, 1}) {

@@ -6,7 +6,7 @@
 
 using namespace host;
 
-TEST(RunSettings, DefaultIsTheTightEndOverThePartWithRepeats) {
+TEST(ChosenSettings, DefaultIsTheTightEndOverThePartWithRepeats) {
   const RunSettings settings = settingsOf({});
   EXPECT_EQ(settings.material, 1);
   EXPECT_TRUE(settings.curve.strain.empty());
@@ -17,7 +17,7 @@ TEST(RunSettings, DefaultIsTheTightEndOverThePartWithRepeats) {
   EXPECT_TRUE(settings.mayRepeat);
 }
 
-TEST(RunSettings, ToleranceOfTheUserIsNotRepeated) {
+TEST(ChosenSettings, ToleranceOfTheUserIsNotRepeated) {
   SolveOptions options;
   options.tolerance = "0.5";
   EXPECT_EQ(settingsOf(options).finalFactor, 0.5);
@@ -29,7 +29,7 @@ TEST(RunSettings, ToleranceOfTheUserIsNotRepeated) {
   EXPECT_FALSE(settingsOf(options).partReference);
 }
 
-TEST(RunSettings, RefusalsNameTheirOption) {
+TEST(ChosenSettings, RefusalsNameTheirOption) {
   const auto refusalOf = [](auto change) {
     SolveOptions options;
     change(options);

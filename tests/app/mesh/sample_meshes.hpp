@@ -1,6 +1,6 @@
 // Meshes for whole runs, as OBJ texts.
-#ifndef TORNWALZEN_TESTS_CLI_SAMPLE_MESHES_HPP
-#define TORNWALZEN_TESTS_CLI_SAMPLE_MESHES_HPP
+#ifndef TORNWALZEN_TESTS_APP_SAMPLE_MESHES_HPP
+#define TORNWALZEN_TESTS_APP_SAMPLE_MESHES_HPP
 
 #include <cmath>
 #include <functional>

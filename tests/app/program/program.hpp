@@ -1,6 +1,6 @@
 // Runs the built program through the shell and collects what it prints and returns.
-#ifndef TORNWALZEN_TESTS_CLI_PROGRAM_HPP
-#define TORNWALZEN_TESTS_CLI_PROGRAM_HPP
+#ifndef TORNWALZEN_TESTS_APP_PROGRAM_HPP
+#define TORNWALZEN_TESTS_APP_PROGRAM_HPP
 
 #include <sys/wait.h>
 

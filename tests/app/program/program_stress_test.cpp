@@ -6,7 +6,9 @@
 #include "app/program/program.hpp"
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 namespace {
@@ -14,13 +16,12 @@ namespace {
 const std::set<std::string> allResults{"blank.obj", "blank.vtu", "part.vtu", "summary.json",
                                        "tornwalzen.log"};
 
-// A run that is long enough to be interrupted: the signal is sent when the first increment is announced. The
+// A run that is long enough to be stopped: the signal is sent when a line of the progress tells of `phase`. The
 // shell lets background jobs ignore SIGINT; env sets that right.
-std::string interrupted(const std::string& signal) {
-  return "env --default-signal=INT \"$TORNWALZEN\" solve pipe.obj --force --out results 2>progress & run=$!\n"
-         "until grep -q increment progress; do kill -0 $run || exit 99; sleep 0.01; done\n"
-         "kill -" +
-         signal + " $run; wait $run";
+std::string stopped(const std::string& signal, const std::string& phase, const std::string& options = "") {
+  return "env --default-signal=INT \"$TORNWALZEN\" solve pipe.obj --force --out results " + options +
+         " 2>progress & run=$!\nuntil grep -q " + phase +
+         " progress; do kill -0 $run || exit 99; sleep 0.01; done\nkill -" + signal + " $run; wait $run";
 }
 
 class Signal : public testing::TestWithParam<std::pair<const char*, int>> {};
@@ -32,11 +33,47 @@ TEST_P(Signal, LeavesNoHalfWrittenResultsAndTheOldOnesWhole) {
   folder.write("pipe.obj", halfPipeObj(120, 120));
   std::filesystem::create_directory(folder.file("results"));
   folder.write("results/blank.obj", "of an earlier run");
-  const Outcome outcome = shell(folder, interrupted(GetParam().first));
+  const std::string name = GetParam().first;
+  const Outcome outcome = shell(folder, stopped(name, "increment"));
   EXPECT_EQ(outcome.status, 128 + GetParam().second);
-  EXPECT_THAT(folder.read("progress"), HasSubstr("\ntornwalzen: interrupted; no result file was written\n"));
+  EXPECT_THAT(folder.read("progress"),
+              EndsWith("\ntornwalzen: stopped by SIG" + name + "; no result file was written\n"));
   EXPECT_THAT(folder.names("results"), ElementsAre("blank.obj", "tornwalzen.log"));
   EXPECT_EQ(folder.read("results/blank.obj"), "of an earlier run");
+}
+
+TEST_P(Signal, EndsTheSetUpAndTheDevelopmentToo) {
+  for (const char* phase : {"ordering", "developing"}) {
+    const ScratchFolder folder;
+    folder.write("pipe.obj", halfPipeObj(240, 240));
+    const Outcome outcome = shell(folder, stopped(GetParam().first, phase));
+    EXPECT_EQ(outcome.status, 128 + GetParam().second) << phase;
+    EXPECT_THAT(folder.read("progress"), Not(HasSubstr("increment"))) << phase;
+    EXPECT_THAT(folder.names("results"), ElementsAre("tornwalzen.log")) << phase;
+  }
+}
+
+// The log of a run that ends in order is whole: its last line is one of the library's and ends.
+TEST(Stress, ARunThatIsStoppedLeavesWholeLinesInItsLog) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(120, 120));
+  const Outcome outcome = shell(folder, stopped("INT", "increment", "--verbose"));
+  EXPECT_EQ(outcome.status, 130);
+  const std::string log = folder.read("results/tornwalzen.log");
+  EXPECT_THAT(log, EndsWith("\n"));
+  EXPECT_EQ(outcome.out, log) << "what was shown is what was kept, and no table follows";
+}
+
+TEST(Stress, ASignalThatIsIgnoredStopsNothing) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(24, 8));
+  const Outcome outcome =
+      shell(folder,
+            "env --ignore-signal=HUP \"$TORNWALZEN\" solve pipe.obj --out results & run=$!\n"
+            "until [ -e results/tornwalzen.log ]; do kill -0 $run || exit 99; done\n"
+            "kill -HUP $run; wait $run");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(folder.names("results"), allResults);
 }
 
 INSTANTIATE_TEST_SUITE_P(Stress, Signal,

@@ -46,6 +46,7 @@ TEST(SummaryJson, StandsFileNamesThatAreNotUtf8) {
   sample.part.file =
       "bl\xe4"
       "ch.obj";
+  sample.compute();
   EXPECT_NO_THROW(nlohmann::json::parse(summaryJson(sample.report())));
 }
 

@@ -79,6 +79,7 @@ TEST(BlankObj, AnUnconvergedRunIsMarkedAndAFileNameStaysOnItsLine) {
   SampleRun sample;
   sample.verdict = {false, "the reason", exitUnconverged};
   sample.part.file = "a\nv 1 2 3";
+  sample.compute();
   const std::string text = written([&](FileWriter& file) { writeBlankObj(file, sample.report()); });
   EXPECT_THAT(text, testing::StartsWith("# flat blank of a?v 1 2 3\n"));
   EXPECT_THAT(text, HasSubstr("# NOT CONVERGED: the reason\n"));

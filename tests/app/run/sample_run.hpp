@@ -1,14 +1,14 @@
 // A finished run made by hand: a roof of two triangles that unrolls into the unit square.
-#ifndef TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
-#define TORNWALZEN_TESTS_CLI_SAMPLE_RUN_HPP
+#ifndef TORNWALZEN_TESTS_APP_SAMPLE_RUN_HPP
+#define TORNWALZEN_TESTS_APP_SAMPLE_RUN_HPP
 
-#include "run/run_settings.hpp"
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
+#include "result/run_data.hpp"
 #include "result/run_report.hpp"
-#include "result/unit.hpp"
 #include "run/hold.hpp"
-#include "run/library_run.hpp"
+#include "run/part_data.hpp"
+#include "system/unit.hpp"
 
 struct SampleRun {
   host::Part part;
@@ -19,6 +19,7 @@ struct SampleRun {
   int runs = 1;
   host::Verdict verdict{true, "", host::exitConverged};
   host::Results results;
+  host::PartData data;  // of the part, as compute() saw it
 
   SampleRun() {
     host::Mesh mesh;
@@ -33,8 +34,6 @@ struct SampleRun {
     run.EVAL = {0.1, 0.2, 45, 0.01, 0.5, 0.3, 0.4, 30, 0.02, 0.9};
     run.matrixEntries = 35;
     run.times = {0.25, 0.5, 0.75, 1.0, 1.25};
-    run.progress.take({1.0, 0, nullptr});
-    run.progress.take({0.0, 1, " Tornwalzen - Inverse Projektion :    "});
     run.report.converged = 1;
     run.report.reason = TORNWALZEN_CONVERGED;
     run.report.increments = 15;
@@ -48,9 +47,12 @@ struct SampleRun {
                    {0.2, 0, {0, 1}, {0, 0, 1}, -0.2, 0.25, 500}};
     compute();
   }
-  void compute() { results = host::computeResults(part, run, unit); }
+  void compute() {
+    data = host::partData(part);
+    results = host::computeResults(data, run, unit);
+  }
   host::RunReport report() const {
-    return {part, hold, run, results, verdict, settings, runs, unit, "auto", "out"};
+    return {data, hold, run, results, verdict, settings, runs, unit, "auto", "out"};
   }
 };
 

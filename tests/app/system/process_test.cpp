@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
+#include <string>
 
-#include "result/result_files.hpp"
 #include "app/scratch_folder.hpp"
+#include "result/result_files.hpp"
 
 using namespace host;
 
@@ -25,13 +27,29 @@ void beHit(const std::string& folder, int signal, bool inPlace) {
   ::raise(signal);
 }
 
+const char* nameOf(int signal) {
+  return signal == SIGINT ? "SIGINT" : signal == SIGTERM ? "SIGTERM" : "SIGHUP";
+}
+
+// Is hit by the first signal and goes on, and perhaps by the second.
+void stopInOrder(int first, int second) {
+  prepareProcess();
+  {
+    const OrderlyStop orderly;
+    ::raise(first);
+    if (second != 0) ::raise(second);
+    std::fprintf(stderr, "noted %d, goes on\n", notedSignal());
+  }
+  endBySignal(notedSignal());
+}
+
 }  // namespace
 
 TEST(SignalDeathTest, RemovesFilesThatAreBeingWritten) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     const ScratchFolder folder;
     EXPECT_EXIT(beHit(folder.path(), signal, false), testing::KilledBySignal(signal),
-                "tornwalzen: interrupted; no result file was written");
+                std::string("tornwalzen: stopped by ") + nameOf(signal) + "; no result file was written");
     EXPECT_TRUE(folder.names().empty()) << signal;
   }
 }
@@ -51,6 +69,29 @@ TEST(SignalDeathTest, StaysIgnoredWhereItWasIgnored) {
         std::exit(7);
       },
       testing::ExitedWithCode(7), "^$");
+}
+
+TEST(SignalDeathTest, IsNotedWhileAComputationEndsInOrder) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+    EXPECT_EXIT(stopInOrder(signal, 0), testing::KilledBySignal(signal),
+                "^noted " + std::to_string(signal) + ", goes on\ntornwalzen: stopped by " + nameOf(signal) +
+                    "; no result file was written\n$");
+}
+
+TEST(SignalDeathTest, ASecondOneEndsAtOnce) {
+  EXPECT_EXIT(stopInOrder(SIGINT, SIGTERM), testing::KilledBySignal(SIGTERM),
+              "^\ntornwalzen: stopped by SIGTERM; no result file was written\n$");
+}
+
+TEST(SignalDeathTest, EndsAtOnceAgainBehindTheComputation) {
+  EXPECT_EXIT(
+      {
+        prepareProcess();
+        { const OrderlyStop orderly; }
+        ::raise(SIGINT);
+        std::exit(7);
+      },
+      testing::KilledBySignal(SIGINT), "stopped by SIGINT");
 }
 
 TEST(UnfinishedFiles, AreCountedAndTheirPathsMeasured) {

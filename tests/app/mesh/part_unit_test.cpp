@@ -1,21 +1,12 @@
-#include "result/unit.hpp"
+#include "mesh/part_unit.hpp"
 
 #include <gtest/gtest.h>
 
-#include "app/refusal.hpp"
 #include "app/run/sample_run.hpp"
 
 using namespace host;
 
-TEST(Units, AreMillimetresCentimetresMetresAndInches) {
-  EXPECT_EQ(unitOf("mm").millimetres, 1.0);
-  EXPECT_EQ(unitOf("cm").millimetres, 10.0);
-  EXPECT_EQ(unitOf("m").millimetres, 1000.0);
-  EXPECT_EQ(unitOf("inch").millimetres, 25.4);
-  EXPECT_EQ(refusal([] { unitOf("ell"); }), "there is no unit \"ell\"; mm, cm, m and inch are known");
-}
-
-TEST(Units, PartGoesToMillimetresAndItsBlankBack) {
+TEST(PartUnit, PartGoesToMillimetresAndItsBlankBack) {
   SampleRun sample;
   const Unit inch = unitOf("inch");
   const Part part = inMillimetres(sample.part, inch);
@@ -30,7 +21,7 @@ TEST(Units, PartGoesToMillimetresAndItsBlankBack) {
   EXPECT_EQ(sample.results.blankPoints[1], -0.5);
 }
 
-TEST(Units, UnusualSizesAreDoubted) {
+TEST(PartUnit, UnusualSizesAreDoubted) {
   SampleRun sample;
   const auto warningAt = [&](double size, const char* unit) {
     sample.part.size = size;

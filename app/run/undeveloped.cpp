@@ -1,5 +1,5 @@
 // Why a part was not developed onto the plane; see the header.
-#include "result/undeveloped.hpp"
+#include "run/undeveloped.hpp"
 
 #include <array>
 #include <cmath>

@@ -1,7 +1,6 @@
-// Lengths to millimetres and back; see the header.
-#include "result/unit.hpp"
+// The unit of a part's lengths; see the header.
+#include "mesh/part_unit.hpp"
 
-#include "system/failure.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -10,12 +9,6 @@ namespace {
 constexpr double smallestPart = 5.0;     // mm; what is drawn from sheet lies between these sizes
 constexpr double largestPart = 20000.0;  // mm
 }  // namespace
-
-Unit unitOf(const std::string& name) {
-  for (const Unit& unit : {Unit{"mm", 1.0}, Unit{"cm", 10.0}, Unit{"m", 1000.0}, Unit{"inch", 25.4}})
-    if (unit.name == name) return unit;
-  throw Failure("there is no unit \"" + shown(name) + "\"; mm, cm, m and inch are known");
-}
 
 Part inMillimetres(const Part& part, const Unit& unit) {
   Part scaled = part;

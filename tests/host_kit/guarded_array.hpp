@@ -16,7 +16,7 @@
 #include <cstring>
 #include <string>
 
-namespace hostile {
+namespace host_kit {
 
 enum class Flush { end, start };  // the end of the array that lies against its guard page
 
@@ -99,4 +99,20 @@ class GuardedArray {
   GuardedBytes* bytes_;
 };
 
-}  // namespace hostile
+/// Memory of a FixedHost whose every array lies between guards.
+struct GuardedMemory {
+  template <class T>
+  using Array = GuardedArray<T>;
+  Flush flush;
+
+  template <class T>
+  Array<T> make(const char* name, std::int64_t length) const {
+    return Array<T>(name, flush, length);
+  }
+  template <class T>
+  static void resize(Array<T>& array, std::int64_t length) {
+    array.resize(length);
+  }
+};
+
+}  // namespace host_kit

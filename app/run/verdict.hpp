@@ -2,19 +2,10 @@
 #ifndef TORNWALZEN_APP_VERDICT_HPP
 #define TORNWALZEN_APP_VERDICT_HPP
 
-#include <string>
-
-#include "system/failure.hpp"
-#include "run/library_run.hpp"
 #include "mesh/mesh_check.hpp"
+#include "result/run_data.hpp"
 
 namespace host {
-
-struct Verdict {
-  bool converged = false;
-  std::string reason;  // a sentence without full stop; empty if converged
-  ExitStatus status = exitUnconverged;
-};
 
 // From the library's own report of the run.
 Verdict judge(const Part& part, const RunOutput& run);

@@ -1,4 +1,4 @@
-#include "result/verdict.hpp"
+#include "run/verdict.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 // Whether a run converged, and if not, why; see the header.
-#include "result/verdict.hpp"
+#include "run/verdict.hpp"
 
+#include "run/library_failure.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -62,7 +63,7 @@ Verdict judge(const Part& part, const RunOutput& run) {
     case TORNWALZEN_FINAL_UNCONVERGED:
       return {false, isFlat(part) ? flatPart() : stalledAtTheEnd(report), exitUnconverged};
     default:
-      return {false, "the library refused the run: " + std::string(report.fatal_text), exitRunFailed};
+      return {false, "the library refused the run: " + fatalText(report), exitRunFailed};
   }
 }
 

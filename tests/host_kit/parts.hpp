@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "host_kit/whole_run.hpp"
 #include "shapes.hpp"
-#include "whole_run.hpp"
 
-namespace extension {
+namespace host_kit {
 
 inline HostPart fromSheet(const shapes::Sheet& sheet) {
   HostPart part{sheet.knots, sheet.inzi, {}};
@@ -72,4 +72,4 @@ inline HostPart realPart(const std::string& folder, const std::string& name) {
   return part;
 }
 
-}  // namespace extension
+}  // namespace host_kit

@@ -5,8 +5,7 @@
 #include <string>
 
 #include "mesh/mesh_check.hpp"
-#include "run/hold.hpp"
-#include "run/library_run.hpp"
+#include "result/run_data.hpp"
 
 namespace host {
 

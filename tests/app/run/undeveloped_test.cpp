@@ -1,4 +1,4 @@
-#include "result/undeveloped.hpp"
+#include "run/undeveloped.hpp"
 
 #include <gtest/gtest.h>
 
