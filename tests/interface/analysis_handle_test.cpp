@@ -196,6 +196,42 @@ TEST_F(AnalysisHandle, EndsWhereTheHostAsksInEveryPhase) {
   }
 }
 
+TEST_F(AnalysisHandle, GoesTheSurePathAsTheFixedInterfaceDoes) {
+  const HostPart part = samplePart("square_cup", 300);
+  ASSERT_EQ(tornwalzen_set_path(1), 0);
+  ASSERT_EQ(tornwalzen_set_start(1), 0);
+  const std::vector<double> wanted = throughTheFixedInterface(part, 2);
+  ASSERT_EQ(tornwalzen_reset(), 0);
+  const Handle handle = newHandle();
+  ASSERT_EQ(take(handle, part), 0);
+  ASSERT_EQ(tornwalzen_analysis_set_material(handle.get(), 2), 0);
+  ASSERT_EQ(tornwalzen_analysis_set_path(handle.get(), 1), 0);
+  ASSERT_EQ(tornwalzen_analysis_set_start(handle.get(), 1), 0);
+  Steps steps;
+  ASSERT_EQ(tornwalzen_analysis_on_step(handle.get(), Steps::take, &steps), 0);
+  ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_EQ(reportOf(handle).converged, 1);
+  EXPECT_EQ(reportOf(handle).path, 1);
+  EXPECT_TRUE(sameBits(resultsOf(handle), wanted));
+  std::int32_t phase = 0;
+  for (const TornwalzenStep& step : steps.seen) {
+    EXPECT_GE(step.phase, phase);
+    phase = step.phase;
+    EXPECT_EQ(step.residual >= 0.0, step.iteration > 0);
+  }
+  EXPECT_EQ(phase, TORNWALZEN_PHASE_NEWTON);
+
+  for (Steps end : {Steps{{}, TORNWALZEN_PHASE_START, 0, 0}, Steps{{}, TORNWALZEN_PHASE_NEWTON, 0, 2}}) {
+    ASSERT_EQ(tornwalzen_analysis_on_step(handle.get(), Steps::take, &end), 0);
+    ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+    EXPECT_EQ(reportOf(handle).reason, TORNWALZEN_STOPPED_BY_HOST) << end.endPhase;
+    EXPECT_EQ(end.seen.back().phase, end.endPhase) << "asked no more";
+  }
+  ASSERT_EQ(tornwalzen_analysis_on_step(handle.get(), nullptr, nullptr), 0);
+  ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_TRUE(sameBits(resultsOf(handle), wanted));
+}
+
 TEST_F(AnalysisHandle, HandsItsMessagesToTheHostAndPrintsNothing) {
   const HostPart part = samplePart("square_cup", 200);
   testing::internal::CaptureStdout();
@@ -243,6 +279,8 @@ TEST_F(AnalysisHandle, RefusesChangesWhileItRuns) {
                tornwalzen_analysis_set_law(m.analysis, 1, p, 1.0),
                tornwalzen_analysis_set_normal_anisotropy(m.analysis, 2.0),
                tornwalzen_analysis_set_energy_reference(m.analysis, 1),
+               tornwalzen_analysis_set_path(m.analysis, 1),
+               tornwalzen_analysis_set_start(m.analysis, 1),
                tornwalzen_analysis_set_tolerance_factors(m.analysis, 1.0, 1.0),
                tornwalzen_analysis_on_step(m.analysis, nullptr, nullptr),
                tornwalzen_analysis_on_message(m.analysis, nullptr, nullptr),
@@ -256,7 +294,7 @@ TEST_F(AnalysisHandle, RefusesChangesWhileItRuns) {
   };
   ASSERT_EQ(tornwalzen_analysis_on_step(handle.get(), meddle, &meddler), 0);
   ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
-  EXPECT_THAT(meddler.codes, testing::AllOf(testing::SizeIs(13), testing::Each(TORNWALZEN_BUSY)));
+  EXPECT_THAT(meddler.codes, testing::AllOf(testing::SizeIs(15), testing::Each(TORNWALZEN_BUSY)));
   EXPECT_EQ(meddler.report, 0);
 }
 
@@ -333,7 +371,8 @@ TEST_F(AnalysisHandle, ANullHandleIsRefusedByEveryFunction) {
         tornwalzen_analysis_set_material(nullptr, 1), tornwalzen_analysis_set_flow_curve(nullptr, 3, p, p),
         tornwalzen_analysis_set_law(nullptr, 1, p, 1.0),
         tornwalzen_analysis_set_normal_anisotropy(nullptr, 1.0),
-        tornwalzen_analysis_set_energy_reference(nullptr, 1),
+        tornwalzen_analysis_set_energy_reference(nullptr, 1), tornwalzen_analysis_set_path(nullptr, 1),
+        tornwalzen_analysis_set_start(nullptr, 1),
         tornwalzen_analysis_set_tolerance_factors(nullptr, 1.0, 1.0),
         tornwalzen_analysis_on_step(nullptr, nullptr, nullptr),
         tornwalzen_analysis_on_message(nullptr, nullptr, nullptr), tornwalzen_analysis_run(nullptr),

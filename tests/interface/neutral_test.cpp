@@ -32,6 +32,8 @@ void setNeutralValues() {
   }
   ASSERT_EQ(tornwalzen_set_normal_anisotropy(1.0), 0);
   ASSERT_EQ(tornwalzen_set_energy_reference(0), 0);
+  ASSERT_EQ(tornwalzen_set_path(0), 0);
+  ASSERT_EQ(tornwalzen_set_start(0), 0);
   ASSERT_EQ(tornwalzen_set_tolerance_factors(1.0, 1.0), 0);
 }
 

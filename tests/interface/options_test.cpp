@@ -42,6 +42,25 @@ TEST_F(Options, RefusesEnergyReferencesOtherThanBlankAndPart) {
   EXPECT_TRUE(run.options.partReference);
 }
 
+TEST_F(Options, RefusesPathsAndStartsThatThereAreNot) {
+  ASSERT_EQ(tornwalzen_set_path(1), 0);
+  ASSERT_EQ(tornwalzen_set_start(1), 0);
+  for (const int other : {-1, 2}) {
+    const std::string value = std::to_string(other);
+    expectRefused([=] { return tornwalzen_set_path(other); }, TORNWALZEN_BAD_PATH,
+                  "der Weg ist " + value + ", erlaubt sind 0 (fest) und 1 (sicher)",
+                  "the path is " + value + ", allowed are 0 (fixed) and 1 (sure)");
+    expectRefused([=] { return tornwalzen_set_start(other); }, TORNWALZEN_BAD_START,
+                  "der Start ist " + value + ", erlaubt sind 0 (mittlere Normale) und 1 (flache Stelle)",
+                  "the start is " + value + ", allowed are 0 (mean normal) and 1 (flat patch)");
+  }
+  EXPECT_TRUE(run.options.surePath);
+  EXPECT_TRUE(run.options.patchStart);
+  ASSERT_EQ(tornwalzen_reset(), 0);
+  EXPECT_FALSE(run.options.surePath);
+  EXPECT_FALSE(run.options.patchStart);
+}
+
 TEST_F(Options, RefusesToleranceFactorsOutsideZeroToOne) {
   ASSERT_EQ(tornwalzen_set_tolerance_factors(0.5, 0.25), 0);
   expectRefused([] { return tornwalzen_set_tolerance_factors(0.0, 1.0); }, TORNWALZEN_BAD_TOLERANCE,
@@ -115,7 +134,7 @@ TEST_F(Options, ResetReturnsToTheStateAfterLoading) {
 
 /// Calls every function from within the progress handler.
 struct Intruder {
-  int set[5] = {}, report = 1, reason = -1;
+  int set[7] = {}, report = 1, reason = -1;
   static void call(void* self, const TornwalzenProgress*) {
     auto& intruder = *static_cast<Intruder*>(self);
     intruder.set[0] = tornwalzen_set_flow_curve(1, 0, nullptr, nullptr);
@@ -123,6 +142,8 @@ struct Intruder {
     intruder.set[2] = tornwalzen_set_energy_reference(1);
     intruder.set[3] = tornwalzen_set_tolerance_factors(0.1, 0.1);
     intruder.set[4] = tornwalzen_reset();
+    intruder.set[5] = tornwalzen_set_path(1);
+    intruder.set[6] = tornwalzen_set_start(1);
     TornwalzenReport report;
     report.size = sizeof report;
     intruder.report = tornwalzen_get_report(&report);
