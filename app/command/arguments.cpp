@@ -98,6 +98,12 @@ void describeMaterial(CLI::App* solve, SolveOptions& options) {
 
 void describeMethod(CLI::App* solve, SolveOptions& options) {
   solve
+      ->add_option("--path", options.path,
+                   "the way to the blank: sure, straight to the equilibrium, whatever way the part lies; or "
+                   "fixed, by load increments from a development of its projection along z")
+      ->check(CLI::IsMember({"sure", "fixed"}))
+      ->capture_default_str();
+  solve
       ->add_option("--energy", options.energy,
                    "the area that weighs an element's energy: its place on the part or in the blank")
       ->check(CLI::IsMember({"part", "blank"}))

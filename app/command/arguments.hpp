@@ -14,6 +14,7 @@ struct SolveOptions {
   std::string curve, law;       // own flow curve in place of that one: file, or hardening law; empty: none
   double r = 1.0;               // mean normal anisotropy
   std::string energy = "part";  // what the energy is weighed with: part or blank
+  std::string path = "sure";    // the way to the blank: sure or fixed
   std::string tolerance;        // FINAL[,PATH]; empty: the default, with repeats where it does not converge
   std::string unit = "mm";      // of the part and of the results: mm, cm, m, inch
   std::string hold;             // see hold.hpp

@@ -28,6 +28,7 @@ RunSettings settingsOf(const SolveOptions& options) {
   settings.material = options.material;
   settings.r = options.r;
   settings.partReference = options.energy == "part";
+  settings.surePath = options.path == "sure";
   settings.mayRepeat = options.tolerance.empty();
   readTolerance(settings.mayRepeat ? defaultTolerance : options.tolerance, settings);
   const bool ownCurve = !options.curve.empty() || !options.law.empty();

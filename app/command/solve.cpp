@@ -95,12 +95,26 @@ RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool
 
 // The run, and where it does not converge and the user left the tolerance to the program, the same with the
 // intermediate increments brought closer to equilibrium. part, hold: in mm. settings: in and out, those of the last
-// run; runs: out, their number.
+// run; runs: out, their number. Sure path: where the blank is doubtful or the part has undercut, the better of two
+// starts; second: out, what the other one told.
 RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, RunLog& log,
-                            RunSettings& settings, int& runs) {
+                            RunSettings& settings, int& runs, SecondStart& second) {
   LibraryRun library(part, hold);
   RunOutput run = runWithMessages(library, settings, verbose, log);
   runs = 1;
+  if (settings.surePath && secondStartMayHelp(judge(part, run), run)) {
+    settings.patchStart = true;
+    std::fprintf(stderr, "a second start, from the largest flat patch alone, to compare with\n");
+    RunOutput other = runWithMessages(library, settings, verbose, log);
+    ++runs;
+    const bool better =
+        other.report.converged == 1 &&
+        (run.report.converged == 0 || other.report.energy < run.report.energy ||
+         (judge(part, run).worth == Worth::notABlank && judge(part, other).worth != Worth::notABlank));
+    if (better) std::swap(run, other);
+    settings.patchStart = better;
+    second = compareStarts(run, other, better);
+  }
   for (const double factor : {0.1, 0.01}) {
     if (!settings.mayRepeat || !tighterPathMayHelp(part, run)) break;
     settings.pathFactor = factor;
@@ -147,9 +161,11 @@ int solve(const SolveOptions& options) {
   makeFolder(folder);
   RunLog log((fs::path(folder) / logName).string());
   int runs;
+  SecondStart second;
   const RunOutput run =
-      runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, settings, runs);
+      runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, settings, runs, second);
   Verdict verdict = judge(part, run);
+  noteSecondStart(second, verdict);
   if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
     verdict.reason = whyNotDeveloped(part, hold, run, unit.millimetres);
   if (!blankIsFinite(run))
@@ -158,7 +174,7 @@ int solve(const SolveOptions& options) {
 
   const PartData data = partData(part);
   const Results results = computeResults(data, run, unit);
-  const RunReport report{data, hold, run, results, verdict, settings, runs, unit, rule, folder};
+  const RunReport report{data, hold, run, results, verdict, settings, runs, second, unit, rule, folder};
   checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
   writeResults(report, options);
   std::fputs(summaryTable(report).c_str(), stdout);

@@ -55,7 +55,9 @@ struct RunSettings {
   double r = 1.0;             // mean normal anisotropy
   bool partReference = true;  // energy weighed with the target's area instead of the blank's
   double finalFactor = 1e-3, pathFactor = 1.0;  // of the gradient tolerance, at the end and before
-  bool mayRepeat = true;  // repeat a run that does not converge with a smaller pathFactor
+  bool mayRepeat = true;    // fixed path: repeat a run that does not converge with a smaller pathFactor
+  bool surePath = true;     // straight to the equilibrium instead of load increments
+  bool patchStart = false;  // sure path: from the largest flat patch alone
 };
 
 // Seconds of wall time.
@@ -78,11 +80,24 @@ struct RunOutput {
   PhaseTimes times;                // of the structure's phases: when it was set up
 };
 
-// Whether a run converged, and if not, why, in words for the user.
+// Whether one can stand behind the blank.
+enum class Worth { good, doubtful, notABlank };
+
+// Whether a run converged, and if not, why, in words for the user; and what its blank is worth.
 struct Verdict {
   bool converged = false;
   std::string reason;  // a sentence without full stop; empty if converged
   ExitStatus status = exitUnconverged;
+  Worth worth = Worth::notABlank;
+  std::vector<std::string> why;  // what makes it doubtful or no blank, and where; empty if good
+};
+
+// What a second start of the sure path told.
+struct SecondStart {
+  bool made = false, converged = false;
+  bool taken = false;  // its blank is the one of the results: the lower potential
+  bool agrees = false;
+  double energy = 0.0, otherEnergy = 0.0;  // potentials (mm2) of the blank taken and of the other one
 };
 
 }  // namespace host

@@ -18,6 +18,7 @@ struct RunReport {
   const Verdict& verdict;
   const RunSettings& settings;  // of the last run
   int runs;                     // runs made until one converged, or to the last
+  const SecondStart& second;    // of the sure path
   const Unit& unit;             // of part, blank and results
   std::string holdRule;         // as the user gave it
   std::string folder;           // of the result files

@@ -43,7 +43,8 @@ std::string settingsText(const RunSettings& settings) {
   return "material " + std::to_string(settings.material) +
          (settings.curve.source.empty() ? "" : " as " + settings.curve.source) + ", r " +
          decimal(settings.r) + ", energy " + (settings.partReference ? "part" : "blank") + ", tolerance " +
-         decimal(settings.finalFactor) + "," + decimal(settings.pathFactor);
+         decimal(settings.finalFactor) + (settings.surePath ? "" : "," + decimal(settings.pathFactor)) +
+         ", path " + (settings.surePath ? "sure" : "fixed");
 }
 
 // What to compare a doubtful run with: the next tolerance on the way that was not tried yet, if there is one.
@@ -62,6 +63,73 @@ std::string convergedText(const RunReport& report) {
   if (unconverged == 0) return "yes";
   return "yes, but " + counted(unconverged, "increment") +
          " on the way did not; check the largest strain, and compare with " + tighterRun(report.settings);
+}
+
+const char* worthWord(Worth worth) {
+  return worth == Worth::good ? "good" : worth == Worth::doubtful ? "doubtful" : "not a blank";
+}
+
+// The last line: whether one can stand behind the blank, and if not, why and where.
+std::string verdictText(const RunReport& report) {
+  std::string text = worthWord(report.verdict.worth);
+  for (std::size_t k = 0; k < report.verdict.why.size(); ++k)
+    text += (k == 0 ? ": " : "; ") + report.verdict.why[k];
+  return text;
+}
+
+// Largest strain, and where there is any, the shares of the area beyond the curve's data and beyond 1.
+std::string strainText(const RunReport& report) {
+  const TornwalzenReport& run = report.run.report;
+  std::string text = fixedDecimal(run.largest_strain, 4) + " (equivalent";
+  const auto share = [&](double part, const std::string& beyond) {
+    if (part > 0.0) text += ", " + fixedDecimal(100.0 * part, 1) + " % of the area " + beyond;
+  };
+  if (run.checked == 1) {
+    share(run.share_beyond_curve, "beyond the data of the flow curve");
+    share(run.share_beyond_one, "beyond 1");
+  }
+  return text + ")";
+}
+
+std::string secondStartText(const SecondStart& second) {
+  if (!second.converged) return "did not converge";
+  return second.agrees  ? "ends in the same blank"
+         : second.taken ? "ends in a better blank, which is taken"
+                        : "ends in another blank, of higher potential";
+}
+
+Json secondStartJson(const SecondStart& second) {
+  if (!second.made) return nullptr;
+  return {{"converged", second.converged},
+          {"agrees", second.agrees},
+          {"taken", second.taken},
+          {"potential_taken_mm2", second.energy},
+          {"potential_of_the_other_mm2", second.otherEnergy}};
+}
+
+// The figures that the verdict stands on; element numbers are those of the file.
+Json checksJson(const RunReport& report) {
+  const TornwalzenReport& r = report.run.report;
+  if (r.checked == 0) return nullptr;
+  const auto element = [&](std::int32_t e) {
+    return e > 0 ? Json(report.part.fileElement[static_cast<std::size_t>(e) - 1]) : Json(nullptr);
+  };
+  Json json{{"inverted_triangles", r.blank_inverted},
+            {"first_inverted_in_file", element(r.first_inverted)},
+            {"smallest_stretch", r.smallest_stretch},
+            {"smallest_stretch_element_in_file", element(r.smallest_stretch_triangle)},
+            {"minimum_certified", r.minimum_certified == 1},
+            {"nodes_not_closed_once", r.open_nodes},
+            {"outline_crossings", r.crossings},
+            {"outline_loops_misplaced", r.misplaced_loops},
+            {"overlapped_area_mm2", r.overlapped_area},
+            {"share_of_area_beyond_flow_curve", r.share_beyond_curve},
+            {"share_of_area_beyond_strain_1", r.share_beyond_one},
+            {"undercut_area_mm2", r.undercut_area},
+            {"undercut_share_of_area", r.undercut_share},
+            {"potential_mm2", r.energy}};
+  if (r.crossings > 0) json["first_crossing_uv_mm"] = {r.crossing_u, r.crossing_v};
+  return json;
 }
 
 std::string rectangleText(const Rectangle& rectangle, int digits, const std::string& unit) {
@@ -89,6 +157,11 @@ std::string summaryJson(const RunReport& report) {
   json[partHashKey] = report.part.identity.hash;
   json["converged"] = report.verdict.converged;
   json["reason"] = report.verdict.converged ? Json(nullptr) : Json(report.verdict.reason);
+  json["verdict"] = worthWord(report.verdict.worth);
+  json["verdict_reasons"] = report.verdict.why;
+  json["checks"] = checksJson(report);
+  json["second_start"] = secondStartJson(report.second);
+  json["path"] = report.settings.surePath ? "sure" : "fixed";
   json["material"] = report.settings.material;
   json["flow_curve"] =
       report.settings.curve.source.empty() ? Json("built in") : Json(report.settings.curve.source);
@@ -105,7 +178,8 @@ std::string summaryJson(const RunReport& report) {
   json["triangles_turned"] = report.part.turned;
   json["matrix_entries"] = report.run.matrixEntries;
   const std::string& unit = report.unit.name;
-  json["measured_thickness_" + unit] = report.part.thickness > 0.0 ? Json(report.part.thickness) : Json(nullptr);
+  json["measured_thickness_" + unit] =
+      report.part.thickness > 0.0 ? Json(report.part.thickness) : Json(nullptr);
   json["part_area_" + unit + "2"] = results.partAreaTotal;
   const auto known = [&](const Json& value) { return results.developed ? value : Json(nullptr); };
   json["blank_area_" + unit + "2"] = known(results.blankAreaTotal);
@@ -124,6 +198,7 @@ std::string summaryJson(const RunReport& report) {
   json["repeated_increments"] = run.repeats;
   json["increments_accepted_unconverged"] = run.accepted_unconverged;
   json["newton_iterations"] = run.newton_iterations;
+  json["factorizations"] = run.factorizations;
   json["progress_reached"] = run.progress;
   json["last_largest_gradient_mm"] = run.newton_iterations > 0 ? Json(run.last_gradient) : Json(nullptr);
   json["gradient_tolerance_mm"] = run.newton_iterations > 0 ? Json(run.gradient_limit) : Json(nullptr);
@@ -156,22 +231,27 @@ std::string summaryTable(const RunReport& report) {
     row("thinnest", elementText(report, results.thinnest));
     row("thickest", elementText(report, results.thickest));
     if (results.folded > 0) row("folded over", counted(results.folded, "triangle") + " of the blank");
-    row("largest strain", fixedDecimal(run.largest_strain, 4) + " (equivalent" +
-                              (run.beyond_curve == 1 ? ", BEYOND the data of the flow curve)" : ")"));
+    row("largest strain", strainText(report));
   } else {
     row("blank", "none");
     row("part area", partArea);
   }
   row("settings", settingsText(report.settings));
-  row("increments", std::to_string(run.increments) + " (" + counted(run.repeats, "repeat") + ")");
+  if (report.settings.surePath)
+    row("factorizations", std::to_string(run.factorizations));
+  else
+    row("increments", std::to_string(run.increments) + " (" + counted(run.repeats, "repeat") + ")");
   row("Newton iterations",
       std::to_string(run.newton_iterations) +
           (report.runs > 1 ? " (in the last of " + std::to_string(report.runs) + " runs)" : ""));
   row("time", "structure " + seconds(times.structure) + ", ordering " + seconds(times.ordering) +
                   ", symbolic " + seconds(times.symbolic) + ",");
-  row("", "development " + seconds(times.development) + ", increments " + seconds(times.increments));
+  row("", std::string(report.settings.surePath ? "start " : "development ") + seconds(times.development) +
+              (report.settings.surePath ? ", Newton " : ", increments ") + seconds(times.increments));
+  if (report.second.made) row("second start", secondStartText(report.second));
   row("results in", report.folder);
   row("converged", convergedText(report));
+  row("verdict", verdictText(report));
   return table;
 }
 

@@ -7,6 +7,7 @@
 
 #include "run/library_failure.hpp"
 #include "run/run_settings.hpp"
+#include "system/failure.hpp"
 #include "system/text.hpp"
 #include "tornwalzen_analysis.h"
 
@@ -83,6 +84,8 @@ RunOutput LibraryRun::run(const RunSettings& settings, const RunListener& listen
   progress_.beginRun();
   const std::int32_t code = tornwalzen_analysis_run(handle_.get());
   progress_.endRun();
+  if (code <= TORNWALZEN_CLOSED_SURFACE && code >= TORNWALZEN_REPEATED_NODE)
+    throw Failure(std::string(tornwalzen_analysis_error_text(handle_.get(), code, 1)), exitRefused);
   if (code != TORNWALZEN_OK)
     throw libraryFailure(handle_.get(), code, "could not set up the equations of " + size_);
   return collect();

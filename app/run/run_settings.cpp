@@ -21,6 +21,8 @@ void applySettings(const RunSettings& settings, TornwalzenAnalysis* analysis) {
   expectAccepted(tornwalzen_analysis_set_normal_anisotropy(analysis, settings.r), "--r");
   expectAccepted(tornwalzen_analysis_set_energy_reference(analysis, settings.partReference ? 1 : 0),
                  "--energy");
+  expectAccepted(tornwalzen_analysis_set_path(analysis, settings.surePath ? 1 : 0), "--path");
+  expectAccepted(tornwalzen_analysis_set_start(analysis, settings.patchStart ? 1 : 0), "--path");
   expectAccepted(
       tornwalzen_analysis_set_tolerance_factors(analysis, settings.finalFactor, settings.pathFactor),
       "--tolerance");

@@ -7,8 +7,19 @@
 
 namespace host {
 
-// From the library's own report of the run.
+// From the library's own report of the run. part: in mm, as it was run.
 Verdict judge(const Part& part, const RunOutput& run);
+
+// Whether a start from another side may find a better blank: the sure path ran, and its blank is not good, or the part
+// has undercut.
+bool secondStartMayHelp(const Verdict& verdict, const RunOutput& run);
+
+// What two runs of the sure path from different starts tell of one another. Both in mm; `taken` is the one whose blank
+// is kept.
+SecondStart compareStarts(const RunOutput& taken, const RunOutput& other, bool secondTaken);
+
+// A blank that another start does not confirm is doubtful.
+void noteSecondStart(const SecondStart& second, Verdict& verdict);
 
 // Whether the run may converge if the intermediate increments are brought closer to equilibrium: its
 // increments stalled, and the part is not flat.

@@ -16,7 +16,7 @@
 namespace {
 
 using extension::Handle;
-using extension::HostPart;
+using host_kit::HostPart;
 
 constexpr int attitudes = 16;
 constexpr double rightShare = 1e-6;  // of the part's size
@@ -55,7 +55,7 @@ HostPart turned(const HostPart& part, const Rotation& R) {
     for (std::size_t i = 0; i < 3; ++i)
       other.knots[n + i] =
           R[3 * i] * part.knots[n] + R[3 * i + 1] * part.knots[n + 1] + R[3 * i + 2] * part.knots[n + 2];
-  extension::holdRigidMotion(other);
+  host_kit::holdRigidMotion(other);
   return other;
 }
 
@@ -132,14 +132,14 @@ int main(int argc, char** argv) {
   Count total;
   for (const char* sample : {"hat", "square_cup", "round_cup", "half_pipe", "s_rail", "box", "cone_sector",
                              "flanged_hole", "l_bend"})
-    tryAttitudes(sample, extension::samplePart(sample, 2000), sure, total);
-  for (const std::string& name : extension::realParts()) {
-    HostPart part = extension::realPart(argv[1], name);
+    tryAttitudes(sample, host_kit::samplePart(sample, 2000), sure, total);
+  for (const std::string& name : host_kit::realParts()) {
+    HostPart part = host_kit::realPart(argv[1], name);
     if (part.knots.empty()) {
       std::printf("%-22s skipped: not in %s\n", name.c_str(), argv[1]);
       continue;
     }
-    extension::holdRigidMotion(part);
+    host_kit::holdRigidMotion(part);
     tryAttitudes(name, part, sure, total);
   }
   std::printf("right %d, refused %d, wrong %d of %d\n", total.right, total.refused, total.wrong,
