@@ -200,8 +200,9 @@ std::string summaryJson(const RunReport& report) {
   json["newton_iterations"] = run.newton_iterations;
   json["factorizations"] = run.factorizations;
   json["progress_reached"] = run.progress;
-  json["last_largest_gradient_mm"] = run.newton_iterations > 0 ? Json(run.last_gradient) : Json(nullptr);
-  json["gradient_tolerance_mm"] = run.newton_iterations > 0 ? Json(run.gradient_limit) : Json(nullptr);
+  const bool measured = run.newton_iterations > 0 || run.path == 1;
+  json["last_largest_gradient_mm"] = measured ? Json(run.last_gradient) : Json(nullptr);
+  json["gradient_tolerance_mm"] = measured ? Json(run.gradient_limit) : Json(nullptr);
   json["negative_pivots"] = run.negative_pivots >= 0 ? Json(run.negative_pivots) : Json(nullptr);
   json["factor_entries"] = run.factor_entries;
   json["wall_time"] = timesJson(report.run.times);

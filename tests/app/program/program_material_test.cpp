@@ -44,7 +44,7 @@ TEST(ProgramMaterial, DefaultsEndTightOverThePart) {
   const Outcome outcome = tornwalzen(folder, "solve pipe.obj --out r");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(outcome.out,
-              HasSubstr("settings            material 1, r 1, energy part, tolerance 0.001,1\n"));
+              HasSubstr("settings            material 1, r 1, energy part, tolerance 0.001, path sure\n"));
   const auto json = summaryOf(folder, "r");
   EXPECT_LE(json["last_largest_gradient_mm"], 1e-4);
   EXPECT_NEAR(json["gradient_tolerance_mm"], 1e-4, 1e-18);
@@ -120,7 +120,7 @@ TEST(ProgramMaterial, ARunThatDoesNotConvergeIsRepeatedOnATighterPathAndTheUserI
   const ScratchFolder folder;
   folder.write("wall.obj", highWallObj(48));
   folder.write("held", "2\n617\n618\n");  // v of a corner of the base; the node in the middle
-  const std::string solve = "solve wall.obj --material 2 --hold held ";
+  const std::string solve = "solve wall.obj --path fixed --material 2 --hold held ";
   const Outcome once = tornwalzen(folder, solve + "--tolerance 0.001,1 --out once");
   ASSERT_EQ(once.status, 2) << "the part no longer goes astray: it does not test the repeat";
   EXPECT_THAT(once.err, Not(HasSubstr("repeating")));

@@ -35,7 +35,7 @@ TEST(SummaryJson, CarriesUnitsInItsKeys) {
 
 TEST(SummaryJson, SaysWhyARunDidNotConverge) {
   SampleRun sample;
-  sample.verdict = {false, "the reason", exitUnconverged};
+  sample.verdict = {false, "the reason", exitUnconverged, Worth::notABlank, {"not converged"}};
   const auto json = nlohmann::json::parse(summaryJson(sample.report()));
   EXPECT_EQ(json["converged"], false);
   EXPECT_EQ(json["reason"], "the reason");
@@ -60,18 +60,21 @@ TEST(SummaryTable, ShowsTheFiguresWithUnits) {
             "thinnest            element 2, t/t0 0.5774, thickness strain -0.5493\n"
             "thickest            element 1, t/t0 1.0000, thickness strain 0.0000\n"
             "largest strain      0.2500 (equivalent)\n"
-            "settings            material 1, r 1, energy part, tolerance 0.001,1\n"
+            "settings            material 1, r 1, energy part, tolerance 0.001,1, path fixed\n"
             "increments          15 (1 repeat)\n"
             "Newton iterations   31\n"
             "time                structure 0.25 s, ordering 0.50 s, symbolic 0.75 s,\n"
             "                    development 1.00 s, increments 1.25 s\n"
             "results in          out\n"
-            "converged           yes\n");
+            "converged           yes\n"
+            "verdict             good\n");
 }
 
 TEST(SummaryTable, ShowsWhatTheUserShouldDoubt) {
   SampleRun sample;
-  sample.run.report.beyond_curve = 1;
+  sample.run.report.checked = 1;
+  sample.run.report.share_beyond_curve = 0.4;
+  sample.run.report.share_beyond_one = 0.0151;
   sample.run.report.accepted_unconverged = 19;
   sample.runs = 2;
   sample.settings.curve.source = "--law swift:K=500,e0=0.01,n=0.2";
@@ -79,11 +82,14 @@ TEST(SummaryTable, ShowsWhatTheUserShouldDoubt) {
   sample.settings.pathFactor = 0.1;
   sample.settings.partReference = false;
   const std::string table = summaryTable(sample.report());
-  EXPECT_THAT(table,
-              HasSubstr("largest strain      0.2500 (equivalent, BEYOND the data of the flow curve)\n"));
+  EXPECT_THAT(
+      table,
+      HasSubstr(
+          "largest strain      0.2500 (equivalent, 40.0 % of the area beyond the data of the flow curve, "
+          "1.5 % of the area beyond 1)\n"));
   EXPECT_THAT(table,
               HasSubstr("settings            material 1 as --law swift:K=500,e0=0.01,n=0.2, r 1.6, energy "
-                        "blank, tolerance 0.001,0.1\n"));
+                        "blank, tolerance 0.001,0.1, path fixed\n"));
   EXPECT_THAT(table, HasSubstr("Newton iterations   31 (in the last of 2 runs)\n"));
   EXPECT_THAT(table,
               HasSubstr("converged           yes, but 19 increments on the way did not; check the largest "
@@ -99,13 +105,46 @@ TEST(SummaryTable, AdvisesNoToleranceThatWasTriedAlready) {
     const std::string table = summaryTable(sample.report());
     const std::string lead = "compare with ";
     const std::size_t at = table.find(lead);
-    return at == std::string::npos ? table : table.substr(at + lead.size());
+    return at == std::string::npos
+               ? table
+               : table.substr(at + lead.size(), table.find('\n', at) + 1 - at - lead.size());
   };
   EXPECT_EQ(advice(0.001, 1), "--tolerance 0.001,0.1\n");
   EXPECT_EQ(advice(0.01, 0.5), "--tolerance 0.01,0.1\n");
   EXPECT_EQ(advice(0.001, 0.1), "--tolerance 0.001,0.01\n");
   EXPECT_EQ(advice(0.001, 0.01), "a finer or more even mesh\n");
   EXPECT_EQ(advice(0.001, 0.001), "a finer or more even mesh\n");
+}
+
+TEST(Summary, EndsWithTheVerdictAndItsReasons) {
+  SampleRun sample;
+  sample.settings.surePath = true;
+  sample.verdict.worth = Worth::doubtful;
+  sample.verdict.why = {"the first", "the second"};
+  sample.second = {true, true, false, false, 1.0, 2.0};
+  EXPECT_THAT(summaryTable(sample.report()),
+              HasSubstr("second start        ends in another blank, of higher potential\n"
+                        "results in          out\nconverged           yes\n"
+                        "verdict             doubtful: the first; the second\n"));
+  const auto json = nlohmann::json::parse(summaryJson(sample.report()));
+  EXPECT_EQ(json["verdict"], "doubtful");
+  EXPECT_EQ(json["verdict_reasons"], nlohmann::json({"the first", "the second"}));
+  EXPECT_EQ(json["path"], "sure");
+  EXPECT_EQ(json["second_start"]["potential_of_the_other_mm2"], 2.0);
+}
+
+TEST(Summary, HoldsTheFiguresOfTheBlankWhereItWasChecked) {
+  SampleRun sample;
+  EXPECT_TRUE(nlohmann::json::parse(summaryJson(sample.report()))["checks"].is_null());
+  sample.run.report.checked = 1;
+  sample.run.report.crossings = 3;
+  sample.run.report.crossing_u = 7.5;
+  sample.run.report.blank_inverted = 1;
+  sample.run.report.first_inverted = 2;
+  const auto checks = nlohmann::json::parse(summaryJson(sample.report()))["checks"];
+  EXPECT_EQ(checks["outline_crossings"], 3);
+  EXPECT_EQ(checks["first_crossing_uv_mm"][0], 7.5);
+  EXPECT_EQ(checks["first_inverted_in_file"], 2);
 }
 
 TEST(Summary, ShowsTheSmallestRectangleAndItsAngle) {
@@ -129,7 +168,7 @@ TEST(Summary, OfAPartThatWasNotDevelopedHasNoStrains) {
        {TORNWALZEN_NOT_DEVELOPED, TORNWALZEN_REFUSED, TORNWALZEN_LEFTOVER_ERROR}) {
     SampleRun sample;
     sample.run.report.reason = reason;
-    sample.verdict = {false, "the reason", exitUnconverged};
+    sample.verdict = {false, "the reason", exitUnconverged, Worth::notABlank, {"not converged"}};
     sample.compute();
     const std::string table = summaryTable(sample.report());
     EXPECT_THAT(table, testing::StartsWith("nodes               5\n"
@@ -168,7 +207,7 @@ TEST(Summary, SpeaksTheUsersUnit) {
 
 TEST(SummaryTable, ShowsFailureAndFoldedTriangles) {
   SampleRun sample;
-  sample.verdict = {false, "the reason", exitUnconverged};
+  sample.verdict = {false, "the reason", exitUnconverged, Worth::notABlank, {"not converged"}};
   std::swap(sample.run.RX[0], sample.run.RX[6]);
   std::swap(sample.run.RX[1], sample.run.RX[7]);
   sample.compute();

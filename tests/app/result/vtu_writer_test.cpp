@@ -58,7 +58,7 @@ TEST(Vtu, APartThatWasNotDevelopedHasNoStrains) {
 
 TEST(Vtu, AnUnconvergedRunIsMarked) {
   SampleRun sample;
-  sample.verdict = {false, "the reason", exitUnconverged};
+  sample.verdict = {false, "the reason", exitUnconverged, Worth::notABlank, {"not converged"}};
   EXPECT_THAT(written([&](FileWriter& file) { writeVtu(file, sample.report(), Shape::blank); }),
               HasSubstr("<!-- NOT CONVERGED: the reason -->"));
 }
@@ -77,7 +77,7 @@ TEST(BlankObj, ReadsBackToTheSameBitsAndOrder) {
 
 TEST(BlankObj, AnUnconvergedRunIsMarkedAndAFileNameStaysOnItsLine) {
   SampleRun sample;
-  sample.verdict = {false, "the reason", exitUnconverged};
+  sample.verdict = {false, "the reason", exitUnconverged, Worth::notABlank, {"not converged"}};
   sample.part.file = "a\nv 1 2 3";
   sample.compute();
   const std::string text = written([&](FileWriter& file) { writeBlankObj(file, sample.report()); });

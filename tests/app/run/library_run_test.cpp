@@ -9,6 +9,7 @@
 
 #include "app/mesh/sample_meshes.hpp"
 #include "app/refusal.hpp"
+#include "app/run/sample_run.hpp"
 #include "mesh/obj_reader.hpp"
 #include "run/hold.hpp"
 
@@ -48,7 +49,7 @@ bool sameBits(const std::vector<double>& a, const std::vector<double>& b) {
 
 TEST(LibraryRun, ARepeatHasTheBitsOfARunOfItsOwnAndKeepsTheStructure) {
   const BentPipe pipe;
-  RunSettings rough, tight;
+  RunSettings rough = byIncrements(), tight = rough;
   tight.pathFactor = 0.1;
   Ear first, second, alone;
   LibraryRun library(pipe.part, pipe.hold);
@@ -93,20 +94,20 @@ TEST(LibraryRun, ResultsHaveTheShapesOfThePart) {
 TEST(LibraryRun, EndsWhereTheListenerAsksAndRunsWholeAfterwards) {
   const BentPipe pipe;
   Ear undisturbed;
-  const RunOutput whole = LibraryRun(pipe.part, pipe.hold).run({}, undisturbed.listener());
+  const RunOutput whole = LibraryRun(pipe.part, pipe.hold).run(byIncrements(), undisturbed.listener());
   for (const std::int32_t phase : {TORNWALZEN_PHASE_STRUCTURE, TORNWALZEN_PHASE_ORDERING,
                                    TORNWALZEN_PHASE_DEVELOPMENT, TORNWALZEN_PHASE_INCREMENTS}) {
     Ear ear, again;
     ear.endPhase = phase;
     LibraryRun library(pipe.part, pipe.hold);
-    const RunOutput ended = library.run({}, ear.listener());
+    const RunOutput ended = library.run(byIncrements(), ear.listener());
     EXPECT_EQ(ended.report.reason, TORNWALZEN_STOPPED_BY_HOST) << phase;
     EXPECT_EQ(ear.phases.back(), phase) << "asked no more";
     if (phase < TORNWALZEN_PHASE_DEVELOPMENT) {
       EXPECT_THAT(ended.RX, IsEmpty()) << phase;
       EXPECT_THAT(ended.strains, IsEmpty()) << phase;
     }
-    EXPECT_TRUE(sameBits(library.run({}, again.listener()).RX, whole.RX)) << phase;
+    EXPECT_TRUE(sameBits(library.run(byIncrements(), again.listener()).RX, whole.RX)) << phase;
   }
 }
 

@@ -10,14 +10,22 @@
 #include "run/part_data.hpp"
 #include "system/unit.hpp"
 
+// The settings of the way by load increments, whose figures most of the tests look at.
+inline host::RunSettings byIncrements() {
+  host::RunSettings settings;
+  settings.surePath = false;
+  return settings;
+}
+
 struct SampleRun {
   host::Part part;
   host::Hold hold;
   host::RunOutput run;
-  host::RunSettings settings;
+  host::RunSettings settings = byIncrements();
   host::Unit unit;
   int runs = 1;
-  host::Verdict verdict{true, "", host::exitConverged};
+  host::Verdict verdict{true, "", host::exitConverged, host::Worth::good, {}};
+  host::SecondStart second;
   host::Results results;
   host::PartData data;  // of the part, as compute() saw it
 
@@ -52,7 +60,7 @@ struct SampleRun {
     results = host::computeResults(data, run, unit);
   }
   host::RunReport report() const {
-    return {data, hold, run, results, verdict, settings, runs, unit, "auto", "out"};
+    return {data, hold, run, results, verdict, settings, runs, second, unit, "auto", "out"};
   }
 };
 
