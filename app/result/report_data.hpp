@@ -12,7 +12,7 @@ namespace host {
 
 enum class ReportLevel { good, caution, bad };
 
-// A term of the key that a field follows: factor times the steps of one field, or of two.
+// A term of the key that a field follows: factor times a value of one field, or of two.
 struct KeyTerm {
   double factor = 1.0;  // a whole number, so that the key has no rounding
   int first = 0;        // index in ReportData::fields

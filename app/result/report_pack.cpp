@@ -32,6 +32,11 @@ void check(const ReportData& report) {
   for (const ReportField& field : report.fields) fits = fits && field.values.size() == triangles;
   for (const std::int32_t corner : report.corners)
     fits = fits && corner >= 0 && static_cast<std::size_t>(corner) < nodes;
+  for (std::size_t f = 0; f < report.fields.size(); ++f)
+    for (const KeyTerm& term : report.fields[f].key)
+      for (const int index : {term.first, term.second < 0 ? term.first : term.second})
+        fits = fits && index >= 0 && static_cast<std::size_t>(index) < report.fields.size() &&
+               (static_cast<std::size_t>(index) < f || report.fields[static_cast<std::size_t>(index)].key.empty());
   if (!fits) throw Failure("the report's mesh and fields do not fit each other");
 }
 
@@ -111,12 +116,11 @@ Whole differences(const Whole& numbers) {
   return steps;
 }
 
-// The triangles by the key of a field, equal keys in their order. values: per field, in the order of storage. Factors
-// are whole and values at most a million, so that the key is exact here and on the page.
-std::vector<std::int32_t> alongKey(const ReportField& field, const std::vector<Whole>& values,
+// The triangles by a key, equal ones in their order. values: per field, in the order of storage.
+std::vector<std::int32_t> alongKey(const std::vector<KeyTerm>& terms, const std::vector<Whole>& values,
                                    std::size_t triangles) {
   std::vector<double> key(triangles, 0.0);
-  for (const KeyTerm& term : field.key)
+  for (const KeyTerm& term : terms)
     for (std::size_t e = 0; e < triangles; ++e) {
       double product = term.factor * static_cast<double>(values[static_cast<std::size_t>(term.first)][e]);
       if (term.second >= 0)
@@ -129,6 +133,32 @@ std::vector<std::int32_t> alongKey(const ReportField& field, const std::vector<W
     return key[static_cast<std::size_t>(a)] < key[static_cast<std::size_t>(b)];
   });
   return order;
+}
+
+// The key of a field for whole numbers: each value counts in the finest step of those that the key is made of. Empty
+// where the key would not be exact in double precision.
+std::vector<KeyTerm> wholeKey(const ReportData& report, const std::vector<PackedField>& fields, std::size_t f) {
+  int finestPower = std::numeric_limits<int>::max();
+  for (const KeyTerm& term : report.fields[f].key)
+    for (const int index : {term.first, term.second < 0 ? term.first : term.second})
+      finestPower = std::min(finestPower, fields[static_cast<std::size_t>(index)].power);
+  std::vector<KeyTerm> key = report.fields[f].key;
+  double largest = 0.0;
+  for (KeyTerm& term : key) {
+    double size = 1.0;
+    for (const int index : {term.first, term.second}) {
+      if (index < 0) continue;
+      const auto other = static_cast<std::size_t>(index);
+      term.factor *= std::pow(10.0, fields[other].power - finestPower);
+      double most = 0.0;
+      for (const double value : report.fields[other].values)
+        if (std::isfinite(value)) most = std::max(most, std::abs(value));
+      size *= most / std::pow(10.0, fields[other].power) + 1.0;
+    }
+    largest += std::abs(term.factor) * size;
+  }
+  if (!(largest < 4503599627370496.0)) key.clear();  // 2^52: the difference of two keys is exact too
+  return key;
 }
 
 // The values of a field in whole steps; where there is none, zero.
@@ -155,11 +185,11 @@ void addFields(const ReportData& report, const PackedMesh& mesh, const std::vect
       if (!std::isfinite(field.values[static_cast<std::size_t>(triangles[e])]))
         none.push_back(static_cast<std::int64_t>(e));
     streams.columns.push_back(differences(none));
-    if (field.key.empty()) {
+    if (mesh.fields[f].key.empty()) {
       streams.columns.push_back(differences(values[f]));
       continue;
     }
-    for (const std::int32_t e : alongKey(field, values, triangles.size()))
+    for (const std::int32_t e : alongKey(mesh.fields[f].key, values, triangles.size()))
       sorted.push_back(values[f][static_cast<std::size_t>(e)]);
     streams.columns.push_back(differences(sorted));
   }
@@ -262,6 +292,7 @@ PackedMesh packMesh(const ReportData& report) {
   const std::vector<Whole> blank =
       inSteps(report.blankPoints, 2, used, mesh.blankOrigin.data(), mesh.blankStep);
   for (const ReportField& field : report.fields) mesh.fields.push_back(stepsOf(field));
+  for (std::size_t f = 0; f < report.fields.size(); ++f) mesh.fields[f].key = wholeKey(report, mesh.fields, f);
   for (const bool keyed : {false, true})
     for (std::size_t f = 0; f < report.fields.size(); ++f)
       if (report.fields[f].key.empty() != keyed) mesh.fieldOrder.push_back(static_cast<int>(f));

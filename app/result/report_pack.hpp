@@ -20,7 +20,8 @@ namespace host {
 // Of each field: value = 10^power * the whole number.
 struct PackedField {
   int power = 0;
-  std::int64_t none = 0;  // triangles without a value
+  std::int64_t none = 0;      // triangles without a value
+  std::vector<KeyTerm> key;  // as given, its factors for the whole numbers of the fields instead of their values
 };
 
 struct PackedMesh {
@@ -36,7 +37,8 @@ struct PackedMesh {
   std::string bytes;  // the streams one after the other as one zlib stream (RFC 1950)
 };
 
-// Throws Failure where a count does not fit the triangles, a corner is no node, or memory runs out.
+// Throws Failure where a count does not fit the triangles, a corner is no node, a key refers to what is not stored
+// before it, a coordinate is not finite, or memory runs out. Triangles without number count from 1.
 PackedMesh packMesh(const ReportData& report);
 
 // The largest power of ten that divides the values' range (of the finite ones) into a thousand or more steps, and

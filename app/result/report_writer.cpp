@@ -6,6 +6,7 @@
 #include "result/report_pack.hpp"
 #include "result/report_template.hpp"
 #include "result/vtu_writer.hpp"
+#include "system/failure.hpp"
 
 namespace host {
 
@@ -36,7 +37,7 @@ Json fieldJson(const ReportField& field, const PackedField& packed) {
   Json classes = Json::array(), key = Json::array();
   for (const ReportClass& one : field.classes)
     classes.push_back({{"name", one.name}, {"colour", colourName[static_cast<int>(one.colour)]}});
-  for (const KeyTerm& term : field.key) key.push_back({term.factor, term.first, term.second});
+  for (const KeyTerm& term : packed.key) key.push_back({term.factor, term.first, term.second});
   return {{"name", field.name},   {"unit", field.unit}, {"note", field.note},   {"aboutZero", field.aboutZero},
           {"classes", classes},   {"key", key},         {"power", packed.power}, {"none", packed.none}};
 }

@@ -9,9 +9,10 @@
 
 namespace host {
 
+struct PackedMesh;
+
 // The data but the mesh as JSON, fit to stand in an HTML script element: no "<" in it. Text that is not UTF-8 gets
 // replacement characters, numbers that are not finite become null.
-struct PackedMesh;
 std::string reportJson(const ReportData& report, const PackedMesh& mesh);
 
 // Throws Failure where the data do not fit each other (report_pack.hpp) or cannot be written.
