@@ -54,20 +54,21 @@ void addStrainFields(const RunReport& report, ReportData& data) {
   };
   const double r = report.settings.r;
   data.fields = {
-      fieldOf("thinning", "%", "1 - t/t0; above zero the sheet is thinner",
+      fieldOf("thinning", "%", "1 \u2212 t/t0; above zero the sheet is thinner",
               perTriangle(triangles,
                           [&](std::size_t e) { return 100.0 * (1.0 - report.results.thicknessRatio[e]); })),
-      fieldOf("major strain", "", "logarithmic, in the sheet's plane", strain(&TornwalzenElementStrain::major)),
-      fieldOf("minor strain", "", "logarithmic, in the sheet's plane", strain(&TornwalzenElementStrain::minor)),
+      fieldOf("major strain", "", "logarithmic, in the sheet's plane",
+              strain(&TornwalzenElementStrain::major)),
+      fieldOf("minor strain", "", "logarithmic, in the sheet's plane",
+              strain(&TornwalzenElementStrain::minor)),
       fieldOf("equivalent strain", "", "with the anisotropy r of the run",
               strain(&TornwalzenElementStrain::equivalent)),
       fieldOf("flow stress", "MPa", "of the curve at the equivalent strain",
               strain(&TornwalzenElementStrain::flow_stress))};
   constexpr int major = 1, minor = 2, equivalent = 3;
   data.fields[0].key = {{1.0, major}, {1.0, minor}};
-  data.fields[3].key = {{1024.0, major, major},
-                        {1024.0, minor, minor},
-                        {std::round(2048.0 * r / (1.0 + r)), major, minor}};
+  data.fields[3].key = {
+      {1024.0, major, major}, {1024.0, minor, minor}, {std::round(2048.0 * r / (1.0 + r)), major, minor}};
   data.fields[4].key = {{1.0, equivalent}};
   for (const int k : {0, major, minor}) data.fields[static_cast<std::size_t>(k)].aboutZero = true;
   data.majorField = major;
@@ -77,10 +78,11 @@ void addStrainFields(const RunReport& report, ReportData& data) {
 void addFieldsWithoutBlank(const RunReport& report, ReportData& data) {
   const Results& results = report.results;
   data.fields = {
-      fieldOf("area in the plane", "%",
-              "of the triangle in the development that failed, by its area on the part; not above zero: inverted",
-              perTriangle(results.partArea.size(),
-                          [&](std::size_t e) { return 100.0 * results.blankArea[e] / results.partArea[e]; })),
+      fieldOf(
+          "area in the plane", "%",
+          "of the triangle in the development that failed, by its area on the part; not above zero: inverted",
+          perTriangle(results.partArea.size(),
+                      [&](std::size_t e) { return 100.0 * results.blankArea[e] / results.partArea[e]; })),
       fieldOf("smallest angle", "degrees", "of the part's triangle", results.smallestAngle)};
 }
 
@@ -98,16 +100,14 @@ std::int64_t mostStrained(const RunReport& report) {
 
 // Where to look: a class per triangle, and buttons that lead there.
 void addPlaces(const RunReport& report, ReportData& data) {
-  enum : int { nothing, needle, folded, thickest, strained, thinnest };
+  constexpr int nothing = 0, needle = 1, folded = 2, thickest = 3, strained = 4, thinnest = 5;
   const Results& results = report.results;
-  ReportField places = fieldOf("places", "", "where to look first",
-                               std::vector<double>(results.partArea.size(), nothing));
-  places.classes = {{"nothing to note", ClassColour::plain},
-                    {"corner below 5 degrees", ClassColour::violet},
-                    {"folded over in the blank", ClassColour::red},
-                    {"thickest", ClassColour::blue},
-                    {"largest strain", ClassColour::amber},
-                    {"thinnest", ClassColour::red}};
+  ReportField places =
+      fieldOf("places", "", "where to look first", std::vector<double>(results.partArea.size(), nothing));
+  places.classes = {
+      {"nothing to note", ClassColour::plain},        {"corner below 5 degrees", ClassColour::violet},
+      {"folded over in the blank", ClassColour::red}, {"thickest", ClassColour::blue},
+      {"largest strain", ClassColour::amber},         {"thinnest", ClassColour::red}};
   const auto mark = [&](std::int64_t element, int which, const std::string& text) {
     if (element == 0) return;
     places.values[static_cast<std::size_t>(element) - 1] = which;
@@ -126,7 +126,7 @@ void addPlaces(const RunReport& report, ReportData& data) {
     mark(mostStrained(report), strained, "largest strain");
   }
   mark(firstFold, folded, "folded over");
-  if (std::any_of(places.values.begin(), places.values.end(), [](double value) { return value != nothing; }))
+  if (std::any_of(places.values.begin(), places.values.end(), [](double value) { return value > nothing; }))
     data.fields.push_back(places);
 }
 
@@ -181,11 +181,13 @@ void addFigures(const RunReport& report, ReportData& data) {
   const Results& results = report.results;
   const std::string& unit = report.unit.name;
   const int digits = report.unit.millimetres < 2.0 ? 2 : 4;  // of lengths
-  const auto add = [&](const std::string& name, const std::string& value) { data.figures.push_back({name, value}); };
+  const auto add = [&](const std::string& name, const std::string& value) {
+    data.figures.push_back({name, value});
+  };
   if (results.developed) {
     const Rectangle& rectangle = results.blankRectangle;
-    add("smallest rectangle", fixedDecimal(rectangle.length, digits) + " \u00d7 " +
-                                  fixedDecimal(rectangle.width, digits) + " " + unit);
+    add("fits into", fixedDecimal(rectangle.length, digits) + " \u00d7 " +
+                         fixedDecimal(rectangle.width, digits) + "\u00a0" + unit);
     add("blank area", fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "\u00b2");
   }
   add("part area", fixedDecimal(results.partAreaTotal, digits - 1) + " " + unit + "\u00b2");
@@ -203,15 +205,20 @@ void addSettings(const RunReport& report, ReportData& data) {
     data.settings.push_back({name, value});
   };
   add("part", report.part.file);
-  add("material", std::to_string(settings.material) + (settings.curve.source.empty() ? "" : " as " + settings.curve.source));
+  add("material", std::to_string(settings.material) +
+                      (settings.curve.source.empty() ? "" : " as " + settings.curve.source));
   add("normal anisotropy r", decimal(settings.r));
   add("energy weighed with", settings.partReference ? "the part" : "the blank");
   add("tolerance factors", decimal(settings.finalFactor) + ", " + decimal(settings.pathFactor));
   add("held", report.holdRule + ", " + counted(report.hold.held, "unknown"));
   add("increments", std::to_string(run.increments) + ", " + counted(run.repeats, "repeat"));
-  add("Newton iterations", std::to_string(run.newton_iterations) +
-                               (report.runs > 1 ? ", in the last of " + std::to_string(report.runs) + " runs" : ""));
-  add("time", fixedDecimal(times.structure + times.ordering + times.symbolic + times.development + times.increments, 2) + " s");
+  add("Newton iterations",
+      std::to_string(run.newton_iterations) +
+          (report.runs > 1 ? ", in the last of " + std::to_string(report.runs) + " runs" : ""));
+  add("time",
+      fixedDecimal(times.structure + times.ordering + times.symbolic + times.development + times.increments,
+                   2) +
+          " s");
   data.notes = {counted(report.part.elements(), "triangle"), counted(report.part.nodes(), "node"),
                 "lengths in " + report.unit.name};
   if (report.part.filePieces > 1)

@@ -97,16 +97,16 @@ struct ReportStrip {
 struct ReportData {
   std::string part, program, unit = "mm";
   // the mesh: nodes in any order, those in no triangle are left out
-  std::vector<double> partPoints;           // x, y, z per node
-  std::vector<double> blankPoints;          // x, y per node
-  std::vector<std::int32_t> corners;        // three nodes per triangle, from 0
-  std::vector<std::int32_t> number;         // per triangle, in the user's file; empty: from 1 on
-  std::vector<ReportField> fields;          // all of the triangles' length
-  int shownField = 0;                       // index of the one shown first
-  int majorField = -1, minorField = -1;     // strains of the diagram; -1: no diagram
-  std::vector<std::string> notes;           // sentences about the mesh
-  std::vector<ReportFigure> figures;        // the key figures
-  std::vector<ReportFigure> settings;       // what the run was made with
+  std::vector<double> partPoints;        // x, y, z per node
+  std::vector<double> blankPoints;       // x, y per node
+  std::vector<std::int32_t> corners;     // three nodes per triangle, from 0
+  std::vector<std::int32_t> number;      // per triangle, in the user's file; empty: from 1 on
+  std::vector<ReportField> fields;       // all of the triangles' length
+  int shownField = 0;                    // index of the one shown first
+  int majorField = -1, minorField = -1;  // strains of the diagram; -1: no diagram
+  std::vector<std::string> notes;        // sentences about the mesh
+  std::vector<ReportFigure> figures;     // the key figures
+  std::vector<ReportFigure> settings;    // what the run was made with
   ReportTrust trust;
   std::vector<ReportPlace> places;
   ReportOutline outline;

@@ -36,7 +36,8 @@ void check(const ReportData& report) {
     for (const KeyTerm& term : report.fields[f].key)
       for (const int index : {term.first, term.second < 0 ? term.first : term.second})
         fits = fits && index >= 0 && static_cast<std::size_t>(index) < report.fields.size() &&
-               (static_cast<std::size_t>(index) < f || report.fields[static_cast<std::size_t>(index)].key.empty());
+               (static_cast<std::size_t>(index) < f ||
+                report.fields[static_cast<std::size_t>(index)].key.empty());
   if (!fits) throw Failure("the report's mesh and fields do not fit each other");
 }
 
@@ -123,8 +124,7 @@ std::vector<std::int32_t> alongKey(const std::vector<KeyTerm>& terms, const std:
   for (const KeyTerm& term : terms)
     for (std::size_t e = 0; e < triangles; ++e) {
       double product = term.factor * static_cast<double>(values[static_cast<std::size_t>(term.first)][e]);
-      if (term.second >= 0)
-        product *= static_cast<double>(values[static_cast<std::size_t>(term.second)][e]);
+      if (term.second >= 0) product *= static_cast<double>(values[static_cast<std::size_t>(term.second)][e]);
       key[e] += product;
     }
   std::vector<std::int32_t> order(triangles);
@@ -137,7 +137,8 @@ std::vector<std::int32_t> alongKey(const std::vector<KeyTerm>& terms, const std:
 
 // The key of a field for whole numbers: each value counts in the finest step of those that the key is made of. Empty
 // where the key would not be exact in double precision.
-std::vector<KeyTerm> wholeKey(const ReportData& report, const std::vector<PackedField>& fields, std::size_t f) {
+std::vector<KeyTerm> wholeKey(const ReportData& report, const std::vector<PackedField>& fields,
+                              std::size_t f) {
   int finestPower = std::numeric_limits<int>::max();
   for (const KeyTerm& term : report.fields[f].key)
     for (const int index : {term.first, term.second < 0 ? term.first : term.second})
@@ -292,7 +293,8 @@ PackedMesh packMesh(const ReportData& report) {
   const std::vector<Whole> blank =
       inSteps(report.blankPoints, 2, used, mesh.blankOrigin.data(), mesh.blankStep);
   for (const ReportField& field : report.fields) mesh.fields.push_back(stepsOf(field));
-  for (std::size_t f = 0; f < report.fields.size(); ++f) mesh.fields[f].key = wholeKey(report, mesh.fields, f);
+  for (std::size_t f = 0; f < report.fields.size(); ++f)
+    mesh.fields[f].key = wholeKey(report, mesh.fields, f);
   for (const bool keyed : {false, true})
     for (std::size_t f = 0; f < report.fields.size(); ++f)
       if (report.fields[f].key.empty() != keyed) mesh.fieldOrder.push_back(static_cast<int>(f));

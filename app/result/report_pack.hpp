@@ -20,8 +20,9 @@ namespace host {
 // Of each field: value = 10^power * the whole number.
 struct PackedField {
   int power = 0;
-  std::int64_t none = 0;      // triangles without a value
-  std::vector<KeyTerm> key;  // as given, its factors for the whole numbers of the fields instead of their values
+  std::int64_t none = 0;  // triangles without a value
+  std::vector<KeyTerm>
+      key;  // as given, its factors for the whole numbers of the fields instead of their values
 };
 
 struct PackedMesh {

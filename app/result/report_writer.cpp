@@ -38,19 +38,17 @@ Json fieldJson(const ReportField& field, const PackedField& packed) {
   for (const ReportClass& one : field.classes)
     classes.push_back({{"name", one.name}, {"colour", colourName[static_cast<int>(one.colour)]}});
   for (const KeyTerm& term : packed.key) key.push_back({term.factor, term.first, term.second});
-  return {{"name", field.name},   {"unit", field.unit}, {"note", field.note},   {"aboutZero", field.aboutZero},
-          {"classes", classes},   {"key", key},         {"power", packed.power}, {"none", packed.none}};
+  return {{"name", field.name}, {"unit", field.unit}, {"note", field.note},    {"aboutZero", field.aboutZero},
+          {"classes", classes}, {"key", key},         {"power", packed.power}, {"none", packed.none}};
 }
 
 Json meshJson(const ReportData& report, const PackedMesh& mesh) {
   Json fields = Json::array();
   for (std::size_t f = 0; f < report.fields.size(); ++f)
     fields.push_back(fieldJson(report.fields[f], mesh.fields[f]));
-  return {{"nodes", mesh.nodes},           {"triangles", mesh.triangles},
-          {"partOrigin", mesh.partOrigin}, {"partStep", mesh.partStep},
-          {"blankOrigin", mesh.blankOrigin}, {"blankStep", mesh.blankStep},
-          {"widths", mesh.widths},         {"fieldOrder", mesh.fieldOrder},
-          {"fields", fields}};
+  return {{"nodes", mesh.nodes},       {"triangles", mesh.triangles},     {"partOrigin", mesh.partOrigin},
+          {"partStep", mesh.partStep}, {"blankOrigin", mesh.blankOrigin}, {"blankStep", mesh.blankStep},
+          {"widths", mesh.widths},     {"fieldOrder", mesh.fieldOrder},   {"fields", fields}};
 }
 
 Json convergenceJson(const ReportConvergence& convergence) {
@@ -68,8 +66,8 @@ Json placesJson(const ReportData& report) {
   Json places = Json::array();
   for (const ReportPlace& place : report.places) {
     const auto e = static_cast<std::size_t>(place.triangle);
-    places.push_back({{"text", place.text},
-                      {"number", report.number.empty() ? place.triangle + 1 : report.number.at(e)}});
+    places.push_back(
+        {{"text", place.text}, {"number", report.number.empty() ? place.triangle + 1 : report.number.at(e)}});
   }
   return places;
 }
@@ -112,9 +110,8 @@ std::string reportJson(const ReportData& report, const PackedMesh& mesh) {
   json["minorField"] = report.minorField;
   json["outline"] = {{"loops", report.outline.loops}, {"angle", report.outline.angle}};
   json["convergence"] = convergenceJson(report.convergence);
-  json["limits"] = {{"curve", report.limits.curve},
-                    {"margin", report.limits.margin},
-                    {"source", report.limits.source}};
+  json["limits"] = {
+      {"curve", report.limits.curve}, {"margin", report.limits.margin}, {"source", report.limits.source}};
   json["strip"] = {{"width", report.strip.width},
                    {"pitch", report.strip.pitch},
                    {"placed", report.strip.placed},

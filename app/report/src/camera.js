@@ -4,9 +4,9 @@
 const degree = Math.PI / 180;
 
 export class Camera {
-  // half: half sides of the box to see; home: azimuth and elevation in degrees.
-  constructor(half, home) {
-    this.half = half;
+  // extentOf(axis): least and largest place of the sheet along an axis; home: azimuth and elevation in degrees.
+  constructor(extentOf, home) {
+    this.extentOf = extentOf;
     this.home = home;
     this.width = this.height = 1;
     this.fit(home);
@@ -20,36 +20,30 @@ export class Camera {
     return { right, up: [-sa * se, ca * se, ce], back };
   }
 
-  // Half extents of the box on the screen.
-  extents() {
-    const { right, up } = this.axes, reach = axis => axis.reduce((sum, x, k) => sum + Math.abs(x) * this.half[k], 0);
-    return [reach(right), reach(up)];
-  }
-
+  // The whole sheet in the middle, seen from there.
   fit([azimuth, elevation] = [this.azimuth, this.elevation]) {
     this.azimuth = azimuth;
     this.elevation = elevation;
-    this.target = [0, 0, 0];
     this.zoom = 1;
-    this.resize(this.width, this.height);
+    const { right, up } = this.axes, [a, b] = [this.extentOf(right), this.extentOf(up)];
+    this.size = [a[1] - a[0], b[1] - b[0]];
+    this.target = right.map((r, k) => r * (a[0] + a[1]) / 2 + up[k] * (b[0] + b[1]) / 2);
   }
 
-  // Pixels of the pane; the unit length per pixel follows.
+  // Pixels of the pane.
   resize(width, height) {
     this.width = Math.max(width, 1);
     this.height = Math.max(height, 1);
   }
 
   get perPixel() {
-    const [x, y] = this.extents(), room = 0.84;
-    return Math.max(2 * x / (room * this.width), 2 * y / (room * this.height), 1e-12) / this.zoom;
+    const room = 0.82, [x, y] = this.size;
+    return Math.max(x / (room * this.width), y / (room * this.height), 1e-12) / this.zoom;
   }
 
   turn(dx, dy) {
-    const keep = this.perPixel;
     this.azimuth -= dx;
     this.elevation = Math.min(90, Math.max(-90, this.elevation + dy));
-    this.zoom *= this.perPixel / keep;  // the fit depends on the direction, the size on the screen must not
   }
 
   // The sheet follows the pointer by so many pixels.
@@ -74,10 +68,8 @@ export class Camera {
   }
 
   lookLike(other) {
-    const keep = this.perPixel;
     this.azimuth = other.azimuth;
     this.elevation = other.elevation;
-    this.zoom *= this.perPixel / keep;
   }
 }
 

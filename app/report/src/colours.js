@@ -12,7 +12,7 @@ export const noneColour = '#8b8f94';
 
 export const rgbOf = hex => [1, 3, 5].map(k => parseInt(hex.slice(k, k + 2), 16));
 
-// 256 colours between the stops, RGBA bytes; linear in linear light squared-root space is near enough to even.
+// 256 colours between the stops, RGBA bytes.
 export function rampOf(aboutZero) {
   const stops = (aboutZero ? diverging : sequential).map(rgbOf), bytes = new Uint8Array(4 * 256);
   for (let k = 0; k < 256; ++k) {

@@ -2,6 +2,7 @@
 // it, or typed below it, picks triangles out of both views.
 import { html, svg, tell } from './dom.js';
 import { counted, fixed, percent, ticksOf } from './numbers.js';
+import { rangesOf } from './legend.js';
 import { rampIndex, rgbOf, noneColour } from './colours.js';
 
 const width = 620, height = 430, left = 54, right = width - 14, top = 14, low = height - 42;
@@ -33,21 +34,26 @@ export class Diagram {
   words() {
     const { curve, source, margin } = this.data.limits;
     const limits = curve.length ? ` Red: limit${source ? ` (${source})` : ''}; dashed: ${fixed(100 * margin, 0)}\u202f% below.` : '';
-    return `Logarithmic strains, a point per triangle in the colour it has above. Draw a rectangle to see where its triangles lie.${limits}`;
+    return `Logarithmic strains, a point per triangle in the colour it has above. Draw a rectangle to see where its triangles lie.${limits}` +
+      (this.beyond ? ` ${counted(this.beyond)} beyond the axes.` : '');
   }
 
-  // The strains in sight: all but a thousandth, with a margin, zero and the curve always.
+  // The strains in sight: zero, the foot of the limit curve, and all triangles, or, where a few lie far out, all but a
+  // thousandth of the area.
   window() {
-    const ends = (field, extra) => {
-      const sorted = Float64Array.from(field.values).filter(v => !Number.isNaN(v)).sort(), n = sorted.length;
-      const all = n ? [sorted[0], sorted[n - 1], ...extra] : extra;
-      const [a, b] = [Math.min(0, ...all), Math.max(0, ...all)], pad = 0.05 * (b - a) || 0.01;
-      return [a - pad, b + pad];
+    const ends = (field, foot) => {
+      const { full, most } = rangesOf(field, this.areas);
+      const [a, b] = most[1] - most[0] < 0.5 * (full[1] - full[0]) ? most : full;
+      const low = Math.min(0, a), high = Math.max(0, b, foot), pad = 0.06 * (high - low) || 0.01;
+      return [low - pad, high + pad];
     };
-    const { curve } = this.data.limits, [ea, eb] = ends(this.major, []);
-    const reach = Math.max(eb, 1.15 * Math.min(...curve.map(p => p[1]), Infinity) || 0);
-    this.e2 = ends(this.minor, []);
-    this.e1 = [ea, curve.length ? Math.max(eb, Number.isFinite(reach) ? reach : eb) : eb];
+    const { curve } = this.data.limits;
+    this.e2 = ends(this.minor, 0);
+    this.e1 = ends(this.major, curve.length ? 1.1 * Math.min(...curve.map(([, major]) => major)) : 0);
+    const beyond = (value, [low, high]) => value < low || value > high;
+    this.beyond = 0;
+    for (let e = 0; e < this.mesh.triangles; ++e)
+      if (beyond(this.minor.values[e], this.e2) || beyond(this.major.values[e], this.e1)) ++this.beyond;
   }
 
   x(minor) { return left + (minor - this.e2[0]) / (this.e2[1] - this.e2[0]) * (right - left); }
@@ -87,13 +93,21 @@ export class Diagram {
   }
 
   paint() {
+    if (this.waiting) return;
+    this.waiting = true;
+    requestAnimationFrame(() => this.paintNow());
+  }
+
+  paintNow() {
+    this.waiting = false;
     const box = this.svg.getBoundingClientRect(), ratio = Math.min(window.devicePixelRatio || 1, 2);
     if (!this.field || !box.width) return;
     const w = Math.round(box.width * ratio), h = Math.round(box.height * ratio), s = w / width, { canvas } = this;
     Object.assign(canvas, { width: w, height: h });
     Object.assign(canvas.style, { width: `${box.width}px`, height: `${box.height}px` });
     const context = canvas.getContext('2d'), image = context.createImageData(w, h), pixels = new Uint32Array(image.data.buffer);
-    const ramp = new Uint32Array(this.scale.ramp.slice().buffer), [r, g, b] = rgbOf(noneColour), grey = (255 << 24 | b << 16 | g << 8 | r) >>> 0;
+    const deep = document.documentElement.dataset.theme === 'dark' ? 1 : 0.86;  // near white must show on white
+    const ramp = new Uint32Array(Uint8Array.from(this.scale.ramp, (c, k) => k % 4 === 3 ? c : c * deep).buffer), [r, g, b] = rgbOf(noneColour), grey = (255 << 24 | b << 16 | g << 8 | r) >>> 0;
     const count = this.mesh.triangles, size = Math.max(1, Math.round((count > 30000 ? 1.3 : count > 3000 ? 2 : 3) * ratio));
     for (let e = 0; e < count; ++e) {
       const px = Math.round(this.x(this.minor.values[e]) * s), py = Math.round(this.y(this.major.values[e]) * s);

@@ -7,7 +7,7 @@ function filled(element, attributes, children) {
     else if (name === 'value' || name === 'checked') element[name] = value;
     else element.setAttribute(name, value === true ? '' : value);
   }
-  element.append(...children.flat().filter(child => child !== null && child !== undefined && child !== false));
+  element.append(...children.flat(Infinity).filter(child => child !== null && child !== undefined && child !== false));
   return element;
 }
 

@@ -15,8 +15,18 @@ export function centred(points, axes, nodes) {
   const positions = new Float32Array(3 * nodes);
   for (let n = 0; n < nodes; ++n)
     for (let axis = 0; axis < axes; ++axis) positions[3 * n + axis] = points[axes * n + axis] - middle[axis];
-  const half = low.map((x, axis) => (high[axis] - x) / 2);
-  return { positions, middle, half, radius: Math.hypot(...half) || 1 };
+  return { positions, radius: Math.hypot(...low.map((x, axis) => (high[axis] - x) / 2)) || 1 };
+}
+
+// Least and largest place of the nodes along an axis.
+export function extentAlong(positions, [x, y, z]) {
+  let low = Infinity, high = -Infinity;
+  for (let k = 0; k < positions.length; k += 3) {
+    const place = x * positions[k] + y * positions[k + 1] + z * positions[k + 2];
+    if (place < low) low = place;
+    if (place > high) high = place;
+  }
+  return [low, high];
 }
 
 // One vertex per corner.
@@ -40,51 +50,52 @@ function faceNormals(all) {
   return normals;
 }
 
+const lengthOf = (x, y, z) => Math.sqrt(x * x + y * y + z * z);
+
 export function areasOf(all) {
   const normals = faceNormals(all), areas = new Float64Array(normals.length / 3);
-  for (let e = 0; e < areas.length; ++e)
-    areas[e] = Math.hypot(normals[3 * e], normals[3 * e + 1], normals[3 * e + 2]) / 2;
+  for (let e = 0; e < areas.length; ++e) areas[e] = lengthOf(normals[3 * e], normals[3 * e + 1], normals[3 * e + 2]) / 2;
   return areas;
+}
+
+// The corners at each node: those of node n are at[begin[n]] .. at[begin[n + 1] - 1].
+export function cornersAround(corners, nodes) {
+  const begin = new Uint32Array(nodes + 1), at = new Uint32Array(corners.length);
+  for (const n of corners) ++begin[n + 1];
+  for (let n = 0; n < nodes; ++n) begin[n + 1] += begin[n];
+  const next = begin.slice();
+  for (let c = 0; c < corners.length; ++c) at[next[corners[c]]++] = c;
+  return { begin, at };
 }
 
 // A normal per corner: the mean over the triangles around the node that lean by less than 35 degrees, so that bends
 // look round and edges sharp.
-export function cornerNormals(all, corners, nodes) {
-  const face = faceNormals(all), begin = new Uint32Array(nodes + 1), around = new Uint32Array(corners.length);
-  for (const n of corners) ++begin[n + 1];
-  for (let n = 0; n < nodes; ++n) begin[n + 1] += begin[n];
-  const at = begin.slice();
-  for (let c = 0; c < corners.length; ++c) around[at[corners[c]]++] = Math.floor(c / 3);
-  const length = new Float32Array(face.length / 3), normals = new Float32Array(all.length), sharp = Math.cos(35 * Math.PI / 180);
-  for (let e = 0; e < length.length; ++e) length[e] = Math.hypot(face[3 * e], face[3 * e + 1], face[3 * e + 2]);
+export function cornerNormals(all, corners, { begin, at }) {
+  const face = faceNormals(all), length = new Float32Array(face.length / 3), normals = new Float32Array(all.length);
+  const sharp = Math.cos(35 * Math.PI / 180);
+  for (let e = 0; e < length.length; ++e) length[e] = lengthOf(face[3 * e], face[3 * e + 1], face[3 * e + 2]);
   for (let c = 0; c < corners.length; ++c) {
-    const e = Math.floor(c / 3), nx = face[3 * e], ny = face[3 * e + 1], nz = face[3 * e + 2];
+    const e = (c / 3) | 0, nx = face[3 * e], ny = face[3 * e + 1], nz = face[3 * e + 2], last = begin[corners[c] + 1];
     let x = 0, y = 0, z = 0;
-    for (let k = begin[corners[c]]; k < begin[corners[c] + 1]; ++k) {
-      const f = around[k], fx = face[3 * f], fy = face[3 * f + 1], fz = face[3 * f + 2];
+    for (let k = begin[corners[c]]; k < last; ++k) {
+      const f = (at[k] / 3) | 0, fx = face[3 * f], fy = face[3 * f + 1], fz = face[3 * f + 2];
       if (nx * fx + ny * fy + nz * fz < sharp * length[e] * length[f]) continue;
       x += fx; y += fy; z += fz;
     }
-    const size = Math.hypot(x, y, z) || 1;
+    const size = lengthOf(x, y, z) || 1;
     normals[3 * c] = x / size; normals[3 * c + 1] = y / size; normals[3 * c + 2] = z / size;
   }
   return normals;
 }
 
-// The edges with one triangle: two nodes each.
-export function boundaryEdges(corners, nodes) {
-  const keys = new Float64Array(corners.length);
+// The edges with one triangle, two nodes each: no triangle around their end runs back along them.
+export function boundaryEdges(corners, { begin, at }) {
+  const ends = [], next = c => c % 3 === 2 ? c - 2 : c + 1;
   for (let c = 0; c < corners.length; ++c) {
-    const a = corners[c], b = corners[c % 3 === 2 ? c - 2 : c + 1];
-    keys[c] = a < b ? a * nodes + b : b * nodes + a;
-  }
-  keys.sort();
-  const ends = [];
-  for (let k = 0; k < keys.length;) {
-    let last = k + 1;
-    while (last < keys.length && keys[last] === keys[k]) ++last;
-    if (last === k + 1) ends.push(Math.floor(keys[k] / nodes), keys[k] % nodes);
-    k = last;
+    const a = corners[c], b = corners[next(c)], last = begin[b + 1];
+    let k = begin[b];
+    while (k < last && corners[next(at[k])] !== a) ++k;
+    if (k === last) ends.push(a, b);
   }
   return new Uint32Array(ends);
 }

@@ -5,19 +5,25 @@ import { fixed, percent, shown, ticksOf } from './numbers.js';
 
 // Least and largest value, and the range of all but a thousandth of the area.
 export function rangesOf(field, areas) {
-  const order = [];
-  let total = 0;
-  for (let e = 0; e < areas.length; ++e) if (!Number.isNaN(field.values[e])) { order.push(e); total += areas[e]; }
-  if (!order.length) return { full: [0, 1], most: [0, 1] };
-  order.sort((a, b) => field.steps[a] - field.steps[b]);
-  const full = [field.values[order[0]], field.values[order[order.length - 1]]];
-  const cut = list => {
-    let sum = 0;
-    for (const e of list) if ((sum += areas[e]) > total * 0.0005) return field.values[e];
-    return field.values[list[list.length - 1]];
-  };
-  const low = cut(order), high = cut(order.reverse());
-  return { full, most: low < high ? [low, high] : full };
+  const { steps, values } = field;
+  let low = Infinity, high = -Infinity, total = 0;
+  for (let e = 0; e < areas.length; ++e) {
+    if (Number.isNaN(values[e])) continue;
+    low = Math.min(low, steps[e]);
+    high = Math.max(high, steps[e]);
+    total += areas[e];
+  }
+  if (low > high) return { full: [0, 1], most: [0, 1] };
+  const area = new Float64Array(high - low + 1), value = new Float64Array(high - low + 1);
+  for (let e = 0; e < areas.length; ++e) {
+    if (Number.isNaN(values[e])) continue;
+    area[steps[e] - low] += areas[e];
+    value[steps[e] - low] = values[e];
+  }
+  const full = [value[0], value[high - low]], cut = total * 0.0005, most = [...full];
+  for (let k = 0, sum = 0; k < area.length && sum <= cut; ++k) if (area[k]) { sum += area[k]; most[0] = value[k]; }
+  for (let k = area.length - 1, sum = 0; k >= 0 && sum <= cut; --k) if (area[k]) { sum += area[k]; most[1] = value[k]; }
+  return { full, most: most[0] < most[1] ? most : full };
 }
 
 // Area per bin between low and high, values beyond in the end bins, as shares of the largest bin.

@@ -34,7 +34,7 @@ class Page {
     if (strains) this.diagram = new Diagram(mesh, data, this.areas, { chosen: flags => this.highlight(flags, true) });
     const settings = data.settings.length ? html('section', { class: 'card', 'aria-labelledby': 'settings-title' },
       html('h2', { id: 'settings-title' }, 'The run'), pairs(data.settings)) : null;
-    byId('below').append(...[outlineCard(data), this.diagram?.card, stripCard(data), convergenceCard(data), settings].filter(Boolean));
+    byId('below').append(...[outlineCard(data), convergenceCard(data), this.diagram?.card, stripCard(data), settings].filter(Boolean));
   }
 
   chips() {
@@ -121,6 +121,7 @@ class Page {
   dress() {
     const style = getComputedStyle(document.documentElement), colour = name => style.getPropertyValue(name).trim();
     this.views.dress(colour('--ink'), colour('--view-bottom'), colour('--mark'));
+    this.diagram?.paint();
   }
 }
 

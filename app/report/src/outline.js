@@ -7,11 +7,6 @@ const turned = (loop, degrees) => {
   return loop.map(([x, y]) => [c * x - s * y, s * x + c * y]);
 };
 
-const areaOf = loop => loop.reduce((sum, [x, y], k) => {
-  const [nx, ny] = loop[(k + 1) % loop.length];
-  return sum + (x * ny - nx * y) / 2;
-}, 0);
-
 const lengthOf = loop => loop.reduce((sum, [x, y], k) => {
   const [nx, ny] = loop[(k + 1) % loop.length];
   return sum + Math.hypot(nx - x, ny - y);
@@ -28,12 +23,12 @@ function boxOf(loops) {
 
 const pathOf = (loops, at) => loops.map(loop => 'M' + loop.map(point => at(point).map(x => x.toFixed(2)).join(' ')).join('L') + 'Z').join('');
 
-// What a hole is called: a circle by its diameter, anything else by its box. A regular polygon of n corners has
-// 4 pi A / L^2 = (pi/n) / tan(pi/n), 0.95 for 8 corners.
+// What a hole is called: by its diameter where its nodes lie on a circle to 3 percent, else by its box.
 function holeName(loop, digits) {
-  const area = Math.abs(areaOf(loop)), length = lengthOf(loop);
-  if (loop.length >= 8 && 4 * Math.PI * area / length ** 2 > 0.935) return `\u2300 ${fixed(2 * Math.sqrt(area / Math.PI), digits)}`;
-  const [x0, y0, x1, y1] = boxOf([loop]);
+  const [x0, y0, x1, y1] = boxOf([loop]), mean = axis => loop.reduce((sum, point) => sum + point[axis], 0) / loop.length;
+  const [cx, cy] = [mean(0), mean(1)], radii = loop.map(([x, y]) => Math.hypot(x - cx, y - cy));
+  const radius = radii.reduce((sum, r) => sum + r, 0) / radii.length;
+  if (loop.length >= 6 && radii.every(r => Math.abs(r - radius) < 0.03 * radius)) return `\u2300 ${fixed(2 * radius, digits)}`;
   return `${fixed(x1 - x0, digits)} \u00d7 ${fixed(y1 - y0, digits)}`;
 }
 

@@ -13,8 +13,7 @@ export function followTheme(changed) {
   const apply = () => {
     const theme = chosen ?? (dark.matches ? 'dark' : 'light');
     document.documentElement.dataset.theme = theme;
-    button.textContent = theme === 'dark' ? 'Light' : 'Dark';
-    button.setAttribute('aria-label', `${button.textContent} colours`);
+    button.textContent = theme === 'dark' ? 'Light theme' : 'Dark theme';
     changed();
   };
   button.addEventListener('click', () => {

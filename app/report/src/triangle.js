@@ -12,10 +12,10 @@ export class TriangleBox {
     this.input = html('input', { class: 'field-box', id: 'number', type: 'number', min: 1, step: 1,
       onkeydown: event => event.key === 'Enter' && this.find() });
     byId('triangle').append(html('h2', { id: 'triangle-title' }, 'Triangle'),
-      html('div', { class: 'find' }, html('label', { for: 'number', class: 'soft' }, 'number'), this.input,
+      html('div', { class: 'find' }, html('label', { for: 'number', class: 'soft' }, 'Number'), this.input,
         html('button', { type: 'button', class: 'quiet small', onclick: () => this.find() }, 'Show'),
         html('button', { type: 'button', class: 'quiet small', onclick: () => told.pick(-1) }, 'Clear')),
-      this.content, this.places());
+      html('p', { class: 'soft hint' }, 'Pick one in either view, or give its number.'), this.content, this.places());
     this.show(-1);
   }
 
@@ -32,13 +32,15 @@ export class TriangleBox {
   }
 
   show(e) {
-    if (e < 0) {
-      this.content.replaceChildren(html('p', { class: 'soft' }, 'Pick a triangle in either view, or give its number.'));
+    const { mesh, data } = this, number = mesh.number[e];
+    if (e < 0) {  // the same rows, so that the views keep their size
+      const names = [...mesh.fields.map(field => field.name), `on the part, ${data.unit}`, `in the blank, ${data.unit}`];
+      this.input.value = '';
+      this.content.replaceChildren(pairs(names.map(name => ({ name, value: '\u2013' }))));
       return;
     }
-    const { mesh, data } = this, number = mesh.number[e];
     const centre = (points, axes) => Array.from({ length: axes }, (_, axis) =>
-      fixed([0, 1, 2].reduce((sum, k) => sum + points[axes * mesh.corners[3 * e + k] + axis], 0) / 3, this.digits(points, axes))).join('  ');
+      fixed([0, 1, 2].reduce((sum, k) => sum + points[axes * mesh.corners[3 * e + k] + axis], 0) / 3, this.digits(points, axes))).join('\u2002');
     const figures = mesh.fields.map(field => ({ name: field.name, value: shown(field, field.values[e]) }));
     figures.push({ name: `on the part, ${data.unit}`, value: centre(mesh.part, 3) }, { name: `in the blank, ${data.unit}`, value: centre(mesh.blank, 2) });
     this.input.value = number;

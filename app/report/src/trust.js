@@ -1,7 +1,7 @@
 // What the result is worth; the figures beside it.
 import { byId, html, pairs, svg } from './dom.js';
 
-const words = { good: 'Holds', caution: 'Holds with doubts', bad: 'Does not hold' };
+const words = { good: 'Sound', caution: 'Look closer', bad: 'Do not cut' };
 const spoken = { good: 'fine', caution: 'doubt', bad: 'failed' };
 const signs = { good: 'M3.5 8.5l3 3 6-7', caution: 'M8 3.5v5.5M8 12.2v.3', bad: 'M4 4l8 8M12 4l-8 8' };
 

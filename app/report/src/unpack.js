@@ -33,11 +33,10 @@ export function orderOf(keys) {
   let order = new Uint32Array(n), next = new Uint32Array(n);
   for (let k = 0; k < n; ++k) order[k] = k;
   for (let unit = 1; unit <= high - low; unit *= 65536) {
-    const digit = k => Math.floor((keys[k] - low) / unit) % 65536;
-    const begin = new Uint32Array(65537);
-    for (let k = 0; k < n; ++k) ++begin[digit(k) + 1];
+    const digit = new Uint16Array(n), begin = new Uint32Array(65537);
+    for (let k = 0; k < n; ++k) ++begin[(digit[k] = Math.floor((keys[k] - low) / unit) % 65536) + 1];
     for (let d = 0; d < 65536; ++d) begin[d + 1] += begin[d];
-    for (let k = 0; k < n; ++k) next[begin[digit(order[k])]++] = order[k];
+    for (let k = 0; k < n; ++k) next[begin[digit[order[k]]]++] = order[k];
     [order, next] = [next, order];
   }
   return order;
@@ -47,17 +46,16 @@ function keysOf(terms, fields, count) {
   const keys = new Float64Array(count);
   for (const [factor, first, second] of terms) {
     const a = fields[first].steps, b = second < 0 ? null : fields[second].steps;
-    for (let e = 0; e < count; ++e) keys[e] += factor * a[e] * (b ? b[e] : 1);
+    if (b) for (let e = 0; e < count; ++e) keys[e] += factor * a[e] * b[e];
+    else for (let e = 0; e < count; ++e) keys[e] += factor * a[e];
   }
   return keys;
 }
 
-// A number of steps as the value that it stands for, to the last digit.
-export const valueOf = (steps, power) => power < 0 ? steps / 10 ** -power : steps * 10 ** power;
-
+// Numbers of steps as the values that they stand for, to the last digit.
 function valuesOf(steps, none, power) {
-  const values = new Float64Array(steps.length);
-  for (let e = 0; e < steps.length; ++e) values[e] = valueOf(steps[e], power);
+  const values = new Float64Array(steps.length), unit = 10 ** Math.abs(power);
+  for (let e = 0; e < steps.length; ++e) values[e] = power < 0 ? steps[e] / unit : steps[e] * unit;
   for (const e of none) values[e] = NaN;
   return values;
 }

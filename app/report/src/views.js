@@ -4,7 +4,7 @@ import {
   OrthographicCamera, RGBAFormat, Scene, ShaderMaterial, Vector3, WebGLRenderer, DoubleSide, ColorManagement, Color,
 } from 'three';
 import { Camera, followKeys, followPointer } from './camera.js';
-import { areasOf, boundaryEdges, centred, cornerNormals, expanded } from './geometry.js';
+import { areasOf, boundaryEdges, centred, cornerNormals, cornersAround, expanded, extentAlong } from './geometry.js';
 import { noneColour, rgbOf } from './colours.js';
 import { html, svg } from './dom.js';
 import { fixed } from './numbers.js';
@@ -38,15 +38,16 @@ void main() {
     float place = clamp(x * scale.x + scale.y, 0.0, 1.0);
     base = texture(ramp, vec2((place * 255.0 + 0.5) / 256.0, 0.5)).rgb;
   }
-  vec3 n = normalize(gl_FrontFacing ? vNormal : -vNormal);
-  float light = 0.70 + 0.34 * max(dot(n, normalize(vec3(-0.35, 0.45, 0.82))), 0.0);
-  base *= mix(1.0, light, shaded);
+  if (shaded > 0.0) {
+    vec3 n = normalize(gl_FrontFacing ? vNormal : -vNormal);
+    base *= 0.70 + 0.34 * max(dot(n, normalize(vec3(-0.35, 0.45, 0.82))), 0.0);
+  }
   base = mix(base, paper, 0.80 * vDim);
   vec3 pixel = fwidth(vEdge);
   vec3 inside = smoothstep(pixel * 0.45, pixel * 1.35, vEdge);
   float edge = 1.0 - min(min(inside.x, inside.y), inside.z);
   float size = max(max(pixel.x, pixel.y), pixel.z);
-  base = mix(base, base * 0.45, lines * edge * 0.62 * clamp(1.6 - 5.0 * size, 0.0, 1.0));
+  base = mix(base, base * 0.45, lines * edge * 0.55 * clamp(1.6 - 6.0 * size, 0.0, 1.0));
   if (vTriangle == hovered) base = mix(base, mark, 0.25);
   if (vTriangle == picked) base = mark;
   colour = vec4(base, 1.0);
@@ -72,11 +73,11 @@ class View {
     Object.assign(this, centred(points, axes, mesh.nodes));
     this.mesh = mesh;
     this.title = title;
-    this.camera = new Camera(this.half, home);
+    this.camera = new Camera(axis => extentAlong(this.positions, axis), home);
     const all = expanded(this.positions, mesh.corners), geometry = new BufferGeometry();
     this.areas = areasOf(all);
     geometry.setAttribute('position', new BufferAttribute(all, 3));
-    geometry.setAttribute('normal', new BufferAttribute(cornerNormals(all, mesh.corners, mesh.nodes), 3));
+    geometry.setAttribute('normal', new BufferAttribute(axes === 3 ? cornerNormals(all, mesh.corners, shared.around) : new Float32Array(all.length), 3));
     geometry.setAttribute('value', shared.value);
     geometry.setAttribute('dim', shared.dim);
     this.material = materialOf();
@@ -139,6 +140,14 @@ class View {
     return [0, 1, 2].map(axis => corner.reduce((sum, n) => sum + this.positions[n + axis], 0) / 3);
   }
 
+  // Azimuth and elevation (degrees) of the eye along the triangle's normal and against it, the upper one first.
+  facing(e) {
+    const [a, b, c] = [0, 1, 2].map(k => this.positions.subarray(3 * this.mesh.corners[3 * e + k], 3 * this.mesh.corners[3 * e + k] + 3));
+    const normal = new Vector3(b[0] - a[0], b[1] - a[1], b[2] - a[2]).cross(new Vector3(c[0] - a[0], c[1] - a[1], c[2] - a[2])).normalize();
+    const angles = ({ x, y, z }) => [Math.atan2(x, -y), Math.asin(Math.min(1, Math.max(-1, z)))].map(angle => angle * 180 / Math.PI);
+    return [normal, normal.clone().negate()].sort((p, q) => q.z - p.z).map(angles);
+  }
+
   // The triangle nearest the eye under a place of the pane (pixels from its middle), -1 if none is there.
   triangleAt(x, y) {
     const camera = this.camera, { right, up, back } = camera.axes, s = camera.perPixel, p = this.positions;
@@ -167,11 +176,12 @@ class View {
 export class Views {
   // room: the element with the canvas; told: { picked(triangle), hovered(triangle, pane, x, y) }.
   constructor(room, canvas, mesh, unit, told) {
-    const count = mesh.corners.length;
+    const count = mesh.corners.length, around = cornersAround(mesh.corners, mesh.nodes);
     this.shared = {
+      around,
       value: new BufferAttribute(new Float32Array(count).fill(3e38), 1),
       dim: new BufferAttribute(new Uint8Array(count), 1),
-      boundary: boundaryEdges(mesh.corners, mesh.nodes),
+      boundary: boundaryEdges(mesh.corners, around),
     };
     this.unit = unit;
     this.mesh = mesh;
@@ -186,6 +196,7 @@ export class Views {
     try {
       this.renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true });
       this.renderer.setClearColor(0, 0);
+      this.renderer.sortObjects = false;  // two shapes, and sorting would measure them first
     } catch {
       room.append(html('p', { class: 'refused' }, 'This browser gives no WebGL, so part and blank cannot be drawn. All figures below stand.'));
     }
@@ -256,12 +267,20 @@ export class Views {
     this.set(uniforms => { uniforms.hovered.value = e; });
   }
 
-  // Brings a triangle into the middle, large enough to be seen.
+  // Brings a triangle into the middle, large enough to be seen; where another one hides it, it is looked at along its
+  // normal, from above if that frees it.
   show(e) {
     for (const view of this.all) {
-      view.camera.target = view.centreOf(e);
-      const size = Math.sqrt(2 * view.areas[e]) || view.radius / 100;
-      view.camera.zoom = Math.max(view.camera.zoom, Math.min(view.camera.perPixel * view.camera.zoom * 26 / size, 30));
+      const { camera } = view, size = Math.sqrt(2 * view.areas[e]) || view.radius / 100;
+      camera.target = view.centreOf(e);
+      camera.zoom = Math.max(camera.zoom, Math.min(camera.perPixel * camera.zoom * 26 / size, 30));
+      if (view === this.part && view.triangleAt(0, 0) !== e) {
+        const directions = view.facing(e);
+        for (const [azimuth, elevation] of [...directions, directions[0]]) {
+          Object.assign(camera, { azimuth, elevation });
+          if (view.triangleAt(0, 0) === e) break;
+        }
+      }
     }
     this.draw();
   }
