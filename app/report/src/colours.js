@@ -3,7 +3,7 @@
 // Even steps of lightness, from dark blue over green to light yellow; readable with weak colour vision.
 const sequential = ['#2b1e5c', '#2f4b8a', '#26718f', '#1f948b', '#42b67a', '#8fd15c', '#dde24a', '#fbf3a3'];
 // Thicker or compressed: blue; unchanged: near white; thinner or stretched: red.
-const diverging = ['#123f7a', '#2a6fb0', '#68a5d2', '#b2d2e6', '#f1efe9', '#f6c7a4', '#e98a62', '#c8443c', '#85132d'];
+const diverging = ['#123f7a', '#2a6fb0', '#68a5d2', '#b2d2e6', '#e9e7e1', '#f6c7a4', '#e98a62', '#c8443c', '#85132d'];
 
 export const classColours = {
   plain: '#b9bfc6', green: '#3f9f6b', amber: '#e0a526', red: '#cf3f38', blue: '#3778c2', violet: '#8a5cc4',
