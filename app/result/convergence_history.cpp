@@ -1,6 +1,8 @@
 // How a run converged; see the header. The messages stand in docs/messages.md.
 #include "result/convergence_history.hpp"
 
+#include <new>
+
 #include "system/text.hpp"
 
 namespace host {
@@ -20,7 +22,14 @@ bool numbersBehind(std::string_view line, std::string_view lead, std::vector<dou
 
 }  // namespace
 
-void ConvergenceHistory::take(std::string_view line) {
+void ConvergenceHistory::take(std::string_view line) noexcept {
+  try {
+    read(line);
+  } catch (const std::bad_alloc&) {
+  }
+}
+
+void ConvergenceHistory::read(std::string_view line) {
   std::vector<double> numbers;
   if (numbersBehind(line, "START INKRMEMENT", numbers)) {
     increments_.emplace_back();

@@ -322,11 +322,12 @@ const tests = {
         assert.ok(Math.abs(numberIn(thinning) - wanted) < 0.0051, `${thinning} for ${wanted}`);
         await page.click('#fit');
         if (shots) {
+          await page.setViewportSize({ width: 1280, height: 800 });
           mkdirSync(shots, { recursive: true });
           await page.click('#triangle >> text=Clear');
           await page.mouse.move(1, 1);
           await settled(page);
-          await page.screenshot({ path: join(shots, `report_${name}_${theme}.png`) });
+          await page.screenshot({ path: join(shots, `report_${name}_${theme}.jpg`), type: 'jpeg', quality: 80 });
         }
         await closed(page);
       }
