@@ -131,6 +131,8 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
   solve->add_flag("--force", options.force, "replace files in that folder that are not results of this part");
   describeLargest(solve, options.largest);
   describeReading(solve, options.reading);
+  solve->add_flag("--report,!--no-report", options.report,
+                  "write report.html, a page with part and blank in 3-D that needs no network (default), or leave it");
   solve->add_flag("--eben", options.eben,
                   "write the blank as eben.t51 too, in mm (up to 99999 nodes and triangles)");
   solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too, in mm");
@@ -158,7 +160,7 @@ Arguments readArguments(int argc, const char* const* argv) {
   app.set_version_flag("--version", "tornwalzen " TORNWALZEN_VERSION);
   app.require_subcommand(1);
   app.footer(
-      "Results of solve: blank.obj, part.vtu, blank.vtu, summary.json, tornwalzen.log.\n"
+      "Results of solve: blank.obj, part.vtu, blank.vtu, summary.json, report.html, tornwalzen.log.\n"
       "Exit status: 0 converged, 1 refused or not written, 2 not converged, 3 the library failed.");
   describeSolve(app, arguments.solve);
   const CLI::App* deck = describeDeck(app, arguments.deck);

@@ -23,6 +23,7 @@ struct SolveOptions {
   ReadOptions reading;          // of the part; its unit is that above
   bool largest = false;         // take the largest piece of several
   bool verbose = false;         // the library's messages on the screen too
+  bool report = true;           // write the page report.html
   bool eben = false;            // write the blank as eben.t51 too
   bool ebenStart = false;       // write the starting blank as eben_start.t51 too
 };

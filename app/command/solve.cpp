@@ -10,8 +10,11 @@
 #include "mesh/mesh_check.hpp"
 #include "mesh/part_file.hpp"
 #include "mesh/part_unit.hpp"
+#include "result/convergence_history.hpp"
 #include "result/deck_writer.hpp"
 #include "result/obj_writer.hpp"
+#include "result/report_content.hpp"
+#include "result/report_writer.hpp"
 #include "result/result_files.hpp"
 #include "result/result_folder.hpp"
 #include "result/results.hpp"
@@ -48,6 +51,7 @@ std::string outputFolder(const SolveOptions& options) {
 // The names of the files that the run replaces; the log is not among them.
 std::vector<std::string> resultNames(const SolveOptions& options) {
   std::vector<std::string> names{"blank.obj", "part.vtu", "blank.vtu", "summary.json"};
+  if (options.report) names.push_back("report.html");
   if (options.eben) names.push_back("eben.t51");
   if (options.ebenStart) names.push_back("eben_start.t51");
   return names;
@@ -74,15 +78,20 @@ void tellAboutMesh(const Part& part) {
 
 // A run, with the library's messages in the log and its progress on the screen. A signal ends it in order and is then
 // thrown.
-RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool verbose, RunLog& log) {
+RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool verbose, RunLog& log,
+                          ConvergenceHistory& history) {
   const bool terminal = ::isatty(STDERR_FILENO) == 1 && !verbose;  // messages would tear the bar
   const int screen = verbose ? STDOUT_FILENO : -1;
   ProgressView view(terminal);
   const ProgressRecord* last = nullptr;
   const RunListener listener{[&](const ProgressRecord& record) { view.update(*(last = &record)); },
-                             [&](std::string_view line) { log.take(line, screen); },
+                             [&](std::string_view line) {
+                               log.take(line, screen);
+                               history.take(line);
+                             },
                              [] { return notedSignal() != 0; }};
   RunOutput run;
+  history.restart();
   {
     const OrderlyStop orderly;
     run = library.run(settings, listener);
@@ -98,20 +107,24 @@ RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool
 // run; runs: out, their number. Sure path: where the blank is doubtful or the part has undercut, the better of two
 // starts; second: out, what the other one told.
 RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, RunLog& log,
-                            RunSettings& settings, int& runs, SecondStart& second) {
+                            ConvergenceHistory& history, RunSettings& settings, int& runs, SecondStart& second) {
   LibraryRun library(part, hold);
-  RunOutput run = runWithMessages(library, settings, verbose, log);
+  RunOutput run = runWithMessages(library, settings, verbose, log, history);
   runs = 1;
   if (settings.surePath && secondStartMayHelp(judge(part, run), run)) {
     settings.patchStart = true;
     std::fprintf(stderr, "a second start, from the largest flat patch alone, to compare with\n");
-    RunOutput other = runWithMessages(library, settings, verbose, log);
+    ConvergenceHistory otherHistory;
+    RunOutput other = runWithMessages(library, settings, verbose, log, otherHistory);
     ++runs;
     const bool better =
         other.report.converged == 1 &&
         (run.report.converged == 0 || other.report.energy < run.report.energy ||
          (judge(part, run).worth == Worth::notABlank && judge(part, other).worth != Worth::notABlank));
-    if (better) std::swap(run, other);
+    if (better) {
+      std::swap(run, other);
+      std::swap(history, otherHistory);
+    }
     settings.patchStart = better;
     second = compareStarts(run, other, better);
   }
@@ -121,18 +134,20 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, Ru
     std::fprintf(stderr,
                  "not converged: %s\nrepeating with the tolerance of the increments on the way times %s\n",
                  judge(part, run).reason.c_str(), decimal(factor).c_str());
-    run = runWithMessages(library, settings, verbose, log);
+    run = runWithMessages(library, settings, verbose, log, history);
     ++runs;
   }
   return run;
 }
 
-void writeResults(const RunReport& report, const SolveOptions& options) {
+void writeResults(const RunReport& report, const ConvergenceHistory& history, const SolveOptions& options) {
   ResultFiles files(report.folder);
   files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
   files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part); });
   files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank); });
   files.add("summary.json", [&](FileWriter& file) { file.write(summaryJson(report)); });
+  if (options.report)
+    files.add("report.html", [&](FileWriter& file) { writeReport(file, reportDataOf(report, history)); });
   if (options.eben)
     files.add("eben.t51", [&](FileWriter& file) { writeFlatBlank(file, report.run.corners, report.run.RX); });
   if (options.ebenStart)
@@ -160,10 +175,11 @@ int solve(const SolveOptions& options) {
   checkResultPlaces(part, options, folder);
   makeFolder(folder);
   RunLog log((fs::path(folder) / logName).string());
+  ConvergenceHistory history;
   int runs;
   SecondStart second;
   const RunOutput run =
-      runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, settings, runs, second);
+      runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, history, settings, runs, second);
   Verdict verdict = judge(part, run);
   noteSecondStart(second, verdict);
   if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
@@ -176,7 +192,7 @@ int solve(const SolveOptions& options) {
   const Results results = computeResults(data, run, unit);
   const RunReport report{data, hold, run, results, verdict, settings, runs, second, unit, rule, folder};
   checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
-  writeResults(report, options);
+  writeResults(report, history, options);
   std::fputs(summaryTable(report).c_str(), stdout);
   if (!log.problem().empty()) throw Failure(log.problem());
   return verdict.status;

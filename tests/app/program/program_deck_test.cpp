@@ -198,7 +198,7 @@ TEST(FlatBlankFile, HoldsTheBlankThatTheRunFound) {
   const Outcome outcome = tornwalzen(folder, "solve pipe.obj --eben --eben-start --out r");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(folder.names("r"), ElementsAre("blank.obj", "blank.vtu", "eben.t51", "eben_start.t51",
-                                             "part.vtu", "summary.json", "tornwalzen.log"));
+                                             "part.vtu", "report.html", "summary.json", "tornwalzen.log"));
   const std::string eben = folder.read("r/eben.t51"), begin = folder.read("r/eben_start.t51");
   EXPECT_EQ(linesOf(eben), 6u + 45u + 4u + 64u + 1u);
   EXPECT_EQ(linesOf(begin), linesOf(eben));

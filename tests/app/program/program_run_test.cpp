@@ -53,7 +53,7 @@ TEST(Run, ABentPipeUnrollsToItsRectangle) {
   const Outcome outcome = tornwalzen(folder, "solve pipe.obj");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(folder.names("pipe_blank"),
-              ElementsAre("blank.obj", "blank.vtu", "part.vtu", "summary.json", "tornwalzen.log"));
+              ElementsAre("blank.obj", "blank.vtu", "part.vtu", "report.html", "summary.json", "tornwalzen.log"));
   const auto json = summaryOf(folder, "pipe_blank");
   EXPECT_EQ(json["converged"], true);
   EXPECT_EQ(json["nodes"], 225);
@@ -65,6 +65,29 @@ TEST(Run, ABentPipeUnrollsToItsRectangle) {
   EXPECT_NEAR(json["blank_size_x_mm"], exact, 0.3);
   EXPECT_NEAR(json["blank_size_y_mm"], 40.0, 0.3);
   EXPECT_NEAR(json["blank_area_mm2"], json["part_area_mm2"].get<double>(), 0.01 * 40 * exact);
+}
+
+TEST(Run, ThePageCarriesTheRunAndIsLeftOnDemand) {
+  const ScratchFolder folder;
+  const std::string name = "a<script>hacked=1<!--.obj";
+  folder.write(name, halfPipeObj(8, 4));
+  ASSERT_EQ(tornwalzen(folder, "solve '" + name + "' --out with").status, 0);
+  ASSERT_EQ(tornwalzen(folder, "solve '" + name + "' --out without --no-report").status, 0);
+  EXPECT_THAT(folder.names("without"), Not(testing::Contains("report.html")));
+  const std::string page = folder.read("with/report.html"), lead = "id=\"report-data\">";
+  EXPECT_THAT(page, Not(HasSubstr("<script>hacked")));
+  const std::size_t begin = page.find(lead) + lead.size();
+  const auto data = nlohmann::json::parse(page.substr(begin, page.find("</script>", begin) - begin));
+  EXPECT_EQ(data["part"], name);
+  EXPECT_EQ(data["mesh"]["triangles"], 64);
+  EXPECT_EQ(data["trust"]["level"], "good");
+  const auto summary = summaryOf(folder, "with");
+  std::size_t iterations = 0;
+  for (const auto& increment : data["convergence"]["increments"]) iterations += increment["gradient"].size();
+  EXPECT_EQ(iterations, summary["newton_iterations"]);
+  EXPECT_EQ(data["convergence"]["increments"].back()["progress"], 1.0);
+  EXPECT_NEAR(data["convergence"]["increments"].back()["gradient"].back(), summary["last_largest_gradient_mm"].get<double>(),
+              1e-5 * summary["last_largest_gradient_mm"].get<double>());
 }
 
 TEST(Run, TheTableAndTheProgressAreOnTheirStreams) {

@@ -13,7 +13,7 @@ using testing::StartsWith;
 
 namespace {
 
-const std::set<std::string> allResults{"blank.obj", "blank.vtu", "part.vtu", "summary.json",
+const std::set<std::string> allResults{"blank.obj", "blank.vtu", "part.vtu", "report.html", "summary.json",
                                        "tornwalzen.log"};
 
 // A run that is long enough to be stopped: the signal is sent when a line of the progress tells of `phase`. The

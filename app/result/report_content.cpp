@@ -1,0 +1,253 @@
+// What a run puts on its page; see the header.
+#include "result/report_content.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <numeric>
+#include <unordered_map>
+
+#include "result/report_trust.hpp"
+#include "system/text.hpp"
+
+namespace host {
+
+namespace {
+
+constexpr double sharpAngle = 5.0;  // degrees: below, a triangle's strains hang on the digits of its nodes
+
+void addMesh(const RunReport& report, ReportData& data) {
+  data.part = report.part.file;
+  data.program = "tornwalzen " TORNWALZEN_VERSION;
+  data.unit = report.unit.name;
+  data.partPoints = report.part.points;
+  const std::vector<double>& blank = report.results.blankPoints;
+  for (std::size_t k = 0; k + 2 < blank.size(); k += 3)
+    data.blankPoints.insert(data.blankPoints.end(), {blank[k], blank[k + 1]});
+  for (const std::int32_t node : report.run.corners) data.corners.push_back(node - 1);
+  data.number = report.part.fileElement;
+}
+
+ReportField fieldOf(const std::string& name, const std::string& unit, const std::string& note,
+                    std::vector<double> values) {
+  ReportField field;
+  field.name = name;
+  field.unit = unit;
+  field.note = note;
+  field.values = std::move(values);
+  return field;
+}
+
+template <class Value>
+std::vector<double> perTriangle(std::size_t triangles, Value value) {
+  std::vector<double> values(triangles);
+  for (std::size_t e = 0; e < triangles; ++e) values[e] = value(e);
+  return values;
+}
+
+// Thinning follows from the two strains, which keep the volume; the equivalent strain, with the anisotropy r, is
+// (1+r)^2/(1+2r) (e1^2 + e2^2 + 2r/(1+r) e1 e2) under a root; the flow stress is a function of it.
+void addStrainFields(const RunReport& report, ReportData& data) {
+  const std::size_t triangles = report.run.strains.size();
+  const auto strain = [&](double TornwalzenElementStrain::*what) {
+    return perTriangle(triangles, [&](std::size_t e) { return report.run.strains[e].*what; });
+  };
+  const double r = report.settings.r;
+  data.fields = {
+      fieldOf("thinning", "%", "1 \u2212 t/t0; above zero the sheet is thinner",
+              perTriangle(triangles,
+                          [&](std::size_t e) { return 100.0 * (1.0 - report.results.thicknessRatio[e]); })),
+      fieldOf("major strain", "", "logarithmic, in the sheet's plane",
+              strain(&TornwalzenElementStrain::major)),
+      fieldOf("minor strain", "", "logarithmic, in the sheet's plane",
+              strain(&TornwalzenElementStrain::minor)),
+      fieldOf("equivalent strain", "", "with the anisotropy r of the run",
+              strain(&TornwalzenElementStrain::equivalent)),
+      fieldOf("flow stress", "MPa", "of the curve at the equivalent strain",
+              strain(&TornwalzenElementStrain::flow_stress))};
+  constexpr int major = 1, minor = 2, equivalent = 3;
+  data.fields[0].key = {{1.0, major}, {1.0, minor}};
+  data.fields[3].key = {
+      {1024.0, major, major}, {1024.0, minor, minor}, {std::round(2048.0 * r / (1.0 + r)), major, minor}};
+  data.fields[4].key = {{1.0, equivalent}};
+  for (const int k : {0, major, minor}) data.fields[static_cast<std::size_t>(k)].aboutZero = true;
+  data.majorField = major;
+  data.minorField = minor;
+}
+
+void addFieldsWithoutBlank(const RunReport& report, ReportData& data) {
+  const Results& results = report.results;
+  data.fields = {
+      fieldOf(
+          "area in the plane", "%",
+          "of the triangle in the development that failed, by its area on the part; not above zero: inverted",
+          perTriangle(results.partArea.size(),
+                      [&](std::size_t e) { return 100.0 * results.blankArea[e] / results.partArea[e]; })),
+      fieldOf("smallest angle", "degrees", "of the part's triangle", results.smallestAngle)};
+}
+
+// The element number of the largest equivalent strain, 0 if there is none.
+std::int64_t mostStrained(const RunReport& report) {
+  std::int64_t most = 0;
+  for (std::size_t e = 0; e < report.run.strains.size(); ++e) {
+    const double strain = report.run.strains[e].equivalent;
+    if (std::isfinite(strain) &&
+        (most == 0 || strain > report.run.strains[static_cast<std::size_t>(most) - 1].equivalent))
+      most = static_cast<std::int64_t>(e) + 1;
+  }
+  return most;
+}
+
+// Where to look: a class per triangle, and buttons that lead there.
+void addPlaces(const RunReport& report, ReportData& data) {
+  constexpr int nothing = 0, needle = 1, folded = 2, thickest = 3, strained = 4, thinnest = 5;
+  const Results& results = report.results;
+  ReportField places =
+      fieldOf("places", "", "where to look first", std::vector<double>(results.partArea.size(), nothing));
+  places.classes = {
+      {"nothing to note", ClassColour::plain},        {"corner below 5 degrees", ClassColour::violet},
+      {"folded over in the blank", ClassColour::red}, {"thickest", ClassColour::blue},
+      {"largest strain", ClassColour::amber},         {"thinnest", ClassColour::red}};
+  const auto mark = [&](std::int64_t element, int which, const std::string& text) {
+    if (element == 0) return;
+    places.values[static_cast<std::size_t>(element) - 1] = which;
+    data.places.push_back({text, element - 1});
+  };
+  std::int64_t firstFold = 0;
+  for (std::size_t e = 0; e < results.partArea.size(); ++e) {
+    if (results.smallestAngle[e] < sharpAngle) places.values[e] = needle;
+    if (results.blankArea[e] > 0.0) continue;
+    places.values[e] = folded;
+    if (firstFold == 0) firstFold = static_cast<std::int64_t>(e) + 1;
+  }
+  if (results.developed) {
+    mark(results.thinnest, thinnest, "thinnest");
+    mark(results.thickest, thickest, "thickest");
+    mark(mostStrained(report), strained, "largest strain");
+  }
+  mark(firstFold, folded, "folded over");
+  if (std::any_of(places.values.begin(), places.values.end(), [](double value) { return value > nothing; }))
+    data.fields.push_back(places);
+}
+
+// The border of the blank as closed loops, the longest first. Where two loops meet in a node they are told apart by
+// the order of the triangles; the sheet lies on their left.
+void addOutline(const RunReport& report, ReportData& data) {
+  std::unordered_map<std::int64_t, int> sides;
+  const std::vector<std::int32_t>& corners = data.corners;
+  const auto nodes = static_cast<std::int64_t>(data.partPoints.size() / 3);
+  const auto next = [](std::size_t c) { return c % 3 == 2 ? c - 2 : c + 1; };
+  for (std::size_t c = 0; c < corners.size(); ++c) ++sides[corners[c] * nodes + corners[next(c)]];
+  std::unordered_map<std::int32_t, std::vector<std::int32_t>> onwards;
+  std::vector<std::int32_t> begins;
+  for (std::size_t c = 0; c < corners.size(); ++c) {
+    const std::int32_t a = corners[c], b = corners[next(c)];
+    if (sides.contains(b * nodes + a)) continue;
+    onwards[a].push_back(b);
+    begins.push_back(a);
+  }
+  const auto lengthOf = [](const std::vector<ReportPoint>& loop) {
+    double length = 0.0;
+    for (std::size_t k = 0; k < loop.size(); ++k) {
+      const ReportPoint &p = loop[k], &q = loop[(k + 1) % loop.size()];
+      length += std::hypot(q[0] - p[0], q[1] - p[1]);
+    }
+    return length;
+  };
+  for (const std::int32_t begin : begins) {
+    std::vector<ReportPoint> loop;
+    for (std::int32_t node = begin; !onwards[node].empty();) {
+      const auto n = static_cast<std::size_t>(node);
+      loop.push_back({data.blankPoints[2 * n], data.blankPoints[2 * n + 1]});
+      const std::int32_t to = onwards[node].back();
+      onwards[node].pop_back();
+      node = to;
+    }
+    if (!loop.empty()) data.outline.loops.push_back(std::move(loop));
+  }
+  std::stable_sort(data.outline.loops.begin(), data.outline.loops.end(),
+                   [&](const auto& a, const auto& b) { return lengthOf(a) > lengthOf(b); });
+  data.outline.angle = report.results.blankRectangle.angle;
+}
+
+std::string elementText(const RunReport& report, std::int64_t element) {
+  if (element == 0) return "none";
+  const auto e = static_cast<std::size_t>(element) - 1;
+  return fixedDecimal(report.results.thicknessRatio[e], 4) + " at triangle " +
+         std::to_string(report.part.fileElement[e]);
+}
+
+void addFigures(const RunReport& report, ReportData& data) {
+  const Results& results = report.results;
+  const std::string& unit = report.unit.name;
+  const int digits = report.unit.millimetres < 2.0 ? 2 : 4;  // of lengths
+  const auto add = [&](const std::string& name, const std::string& value) {
+    data.figures.push_back({name, value});
+  };
+  if (results.developed) {
+    const Rectangle& rectangle = results.blankRectangle;
+    add("fits into", fixedDecimal(rectangle.length, digits) + " \u00d7 " +
+                         fixedDecimal(rectangle.width, digits) + "\u00a0" + unit);
+    add("blank area", fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "\u00b2");
+  }
+  add("part area", fixedDecimal(results.partAreaTotal, digits - 1) + " " + unit + "\u00b2");
+  if (!results.developed) return;
+  add("thinnest t/t0", elementText(report, results.thinnest));
+  add("thickest t/t0", elementText(report, results.thickest));
+  add("largest strain", fixedDecimal(report.run.report.largest_strain, 4) + " (equivalent)");
+}
+
+void addSettings(const RunReport& report, ReportData& data) {
+  const RunSettings& settings = report.settings;
+  const TornwalzenReport& run = report.run.report;
+  const PhaseTimes& times = report.run.times;
+  const auto add = [&](const std::string& name, const std::string& value) {
+    data.settings.push_back({name, value});
+  };
+  add("part", report.part.file);
+  add("material", std::to_string(settings.material) +
+                      (settings.curve.source.empty() ? "" : " as " + settings.curve.source));
+  add("normal anisotropy r", decimal(settings.r));
+  add("energy weighed with", settings.partReference ? "the part" : "the blank");
+  add("tolerance factors", decimal(settings.finalFactor) + ", " + decimal(settings.pathFactor));
+  add("held", report.holdRule + ", " + counted(report.hold.held, "unknown"));
+  add("increments", std::to_string(run.increments) + ", " + counted(run.repeats, "repeat"));
+  add("Newton iterations",
+      std::to_string(run.newton_iterations) +
+          (report.runs > 1 ? ", in the last of " + std::to_string(report.runs) + " runs" : ""));
+  add("time",
+      fixedDecimal(times.structure + times.ordering + times.symbolic + times.development + times.increments,
+                   2) +
+          " s");
+  data.notes = {counted(report.part.elements(), "triangle"), counted(report.part.nodes(), "node"),
+                "lengths in " + report.unit.name};
+  if (report.part.filePieces > 1)
+    data.notes.push_back("the largest of " + counted(report.part.filePieces, "piece"));
+}
+
+}  // namespace
+
+ReportData reportDataOf(const RunReport& report, const ConvergenceHistory& history) {
+  ReportData data;
+  addMesh(report, data);
+  if (report.results.developed)
+    addStrainFields(report, data);
+  else
+    addFieldsWithoutBlank(report, data);
+  addPlaces(report, data);
+  if (report.results.developed) addOutline(report, data);
+  addFigures(report, data);
+  addSettings(report, data);
+  data.trust = trustOf(report);
+  data.convergence = {history.increments(), report.run.report.gradient_limit};
+  // a field that no triangle has a value of, such as the flow stress of a material without one
+  for (std::size_t f = data.fields.size(); f-- > 0;) {
+    const std::vector<double>& values = data.fields[f].values;
+    const bool last = f + 1 == data.fields.size() || static_cast<int>(f) > data.minorField;
+    if (last && std::none_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); }))
+      data.fields.erase(data.fields.begin() + static_cast<std::ptrdiff_t>(f));
+  }
+  return data;
+}
+
+}  // namespace host

@@ -1,0 +1,17 @@
+// What a run puts on its page: fields, figures, and the verdict in words.
+#ifndef TORNWALZEN_APP_REPORT_CONTENT_HPP
+#define TORNWALZEN_APP_REPORT_CONTENT_HPP
+
+#include "result/convergence_history.hpp"
+#include "result/report_data.hpp"
+#include "result/run_report.hpp"
+
+namespace host {
+
+// A run that came to no blank has no strains; its page shows what the development left. Strip and limit curve are
+// left empty.
+ReportData reportDataOf(const RunReport& report, const ConvergenceHistory& history);
+
+}  // namespace host
+
+#endif

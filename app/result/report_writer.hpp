@@ -1,0 +1,23 @@
+// Writes report.html: the page of app/report with the data of one run in it. One file, which needs no network.
+#ifndef TORNWALZEN_APP_REPORT_WRITER_HPP
+#define TORNWALZEN_APP_REPORT_WRITER_HPP
+
+#include <string>
+
+#include "result/report_data.hpp"
+#include "result/result_files.hpp"
+
+namespace host {
+
+struct PackedMesh;
+
+// The data but the mesh as JSON, fit to stand in an HTML script element: no "<" in it. Text that is not UTF-8 gets
+// replacement characters, numbers that are not finite become null.
+std::string reportJson(const ReportData& report, const PackedMesh& mesh);
+
+// Throws Failure where the data do not fit each other (report_pack.hpp) or cannot be written.
+void writeReport(FileWriter& file, const ReportData& report);
+
+}  // namespace host
+
+#endif
