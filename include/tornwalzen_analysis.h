@@ -95,6 +95,64 @@ TORNWALZEN_API int32_t tornwalzen_analysis_set_start(TornwalzenAnalysis* analysi
 TORNWALZEN_API int32_t tornwalzen_analysis_set_tolerance_factors(TornwalzenAnalysis* analysis, double final_factor,
                                                                  double path_factor);
 
+/*
+ * The model: 0 (neutral) fixed, half the square of the plastic work as OSMAIN has it; 1 press: the work of deformation
+ * itself, and what tornwalzen_analysis_set_press, _set_flange and _set_beads say of bending, free edges and tools. The
+ * press model always goes the sure path, whatever the path is set to, and needs a flow curve in MPa and the thickness of
+ * the sheet: refused without them when the analysis runs.
+ */
+TORNWALZEN_API int32_t tornwalzen_analysis_set_model(TornwalzenAnalysis* analysis, int32_t model);
+
+/* Fields of TornwalzenPress. */
+enum {
+  TORNWALZEN_AUTOMATIC = 0, /* off without tools; on (bending: kept) with friction and a binder or beads */
+  TORNWALZEN_OFF = 1,
+  TORNWALZEN_ON = 2,               /* edge */
+  TORNWALZEN_BENDING_RELEASED = 2, /* the work of bending alone is taken off: developable parts stay exact */
+  TORNWALZEN_BENDING_KEPT = 3      /* it is kept: nearer on drawn parts */
+};
+
+/* Sheet and press beside the flow curve. What is not given is not used: zero every field but size first. */
+typedef struct TornwalzenPress {
+  int32_t size;             /* in: sizeof(TornwalzenPress); later versions append fields */
+  int32_t thickness_points; /* Gauss points through the thickness, 3 or 5; 0: 3 */
+  int32_t bending;          /* choice 1: AUTOMATIC, OFF, BENDING_RELEASED, BENDING_KEPT */
+  int32_t edge;             /* choice 2: AUTOMATIC, OFF, ON: free edges bear no traction */
+  int32_t mesh_side;     /* choice 3: what the mesh shows, 0 the middle of the sheet, 1 its punch side, 2 its die side;
+                               moved by half the thickness inside */
+  int32_t punch_above;   /* choice 4: 0 the punch comes from below, against the mean normal of the part turned to +z;
+                               1 from above */
+  int32_t flange_of_rim; /* choice 5: 1: the binder presses on the largest nearly flat area at the rim, across the
+                               drawing direction; 0: on the marks of tornwalzen_analysis_set_flange */
+  int32_t reserved;      /* 0 */
+  double thickness_mm;   /* of the blank, > 0 */
+  double young_mpa;      /* Young's modulus; 0: 206,000 */
+  double r0, r45, r90;   /* anisotropy along, diagonal and across the rolling direction (R. Hill 1948), all > 0; all 0:
+                               the normal anisotropy that is set */
+  double rolling_angle_deg; /* from the blank's u axis to the rolling direction */
+  double friction_punch;    /* coefficients of friction, 0 to 1 */
+  double friction_die;      /* also under both faces of the binder */
+  double binder_force_n;    /* on the part as meshed: a quarter of a part takes a quarter of the force; 0: no binder */
+} TornwalzenPress;
+
+/* Takes sheet and press, as one: a field out of range leaves all as it was. A binder without a flange is refused when the
+   analysis runs. press: in. */
+TORNWALZEN_API int32_t tornwalzen_analysis_set_press(TornwalzenAnalysis* analysis, const TornwalzenPress* press);
+
+/* Which triangles of the mesh the binder presses on: marks: in, int32[ne], 1 or 0; null: none. A new mesh forgets them. */
+TORNWALZEN_API int32_t tornwalzen_analysis_set_flange(TornwalzenAnalysis* analysis, const int32_t* marks);
+
+/*
+ * Draw beads, as polylines of nodes of the mesh; each two in a row share an edge. A new mesh forgets them.
+ *   count              in, beads, >= 0; 0: none, the pointers may then be null
+ *   lengths            in, int32[count]: nodes of each bead, >= 2
+ *   nodes              in, int32[sum of lengths], counted from first_index of the mesh
+ *   force_n_per_mm     in, double[count]: what each holds back per length across it, > 0
+ */
+TORNWALZEN_API int32_t tornwalzen_analysis_set_beads(TornwalzenAnalysis* analysis, int32_t count,
+                                                     const int32_t* lengths, const int32_t* nodes,
+                                                     const double* force_n_per_mm);
+
 /* Phases of a run, in their order. */
 enum {
   TORNWALZEN_PHASE_STRUCTURE = 1,   /* pattern of the global matrix */
@@ -103,7 +161,8 @@ enum {
   TORNWALZEN_PHASE_DEVELOPMENT = 4, /* fixed path: the starting blank */
   TORNWALZEN_PHASE_INCREMENTS = 5,  /* fixed path: load increments */
   TORNWALZEN_PHASE_START = 6,       /* sure path: the starting blank */
-  TORNWALZEN_PHASE_NEWTON = 7       /* sure path: iteration at the full part */
+  TORNWALZEN_PHASE_NEWTON = 7,      /* sure path: iteration at the full part */
+  TORNWALZEN_PHASE_PRESS = 9        /* press model: rounds within which edges and tools pull as they stand */
 };
 
 /* Where a run stands; valid only during the call. */
@@ -154,6 +213,37 @@ TORNWALZEN_API const int32_t* tornwalzen_analysis_oriented_triangles(const Tornw
 
 /* Strains between the part and the blank of the last run. strains: out, [ne]; as tornwalzen_element_strains. */
 TORNWALZEN_API int32_t tornwalzen_analysis_strains(TornwalzenAnalysis* analysis, TornwalzenElementStrain* strains);
+
+/* What the press model did in the last run; 0 throughout after a run of the fixed model. */
+typedef struct TornwalzenPressResult {
+  int32_t size;            /* in: sizeof(TornwalzenPressResult); out: bytes written */
+  int32_t bending;         /* which terms acted: 0 none, 1 its work taken off, 2 kept */
+  int32_t edge;            /* 1 or 0 */
+  int32_t contact;         /* friction under punch and die, 1 or 0 */
+  int32_t binder;          /* 1 or 0 */
+  int32_t beads;           /* 1 or 0 */
+  int32_t rounds;          /* in which the forces stood still */
+  int32_t flange_elements; /* under the binder */
+  int32_t loads_held;      /* 1: edges and tools came to equilibrium; 0: none acted, or the blank is one without them */
+  int32_t reserved;        /* 0 */
+  double exponent;         /* p of the last member of the family of works that came to equilibrium: 1 is the work
+                                 itself, 0 none */
+  double thinnest_mm, thickest_mm; /* sheet on the part, between the smallest and the largest triangle mean */
+  double punch_pressure_mpa;       /* largest contact pressure, from the equilibrium across the sheet: an estimate */
+  double die_pressure_mpa;         /* likewise */
+  double binder_pressure_mpa;      /* largest under the rigid binder */
+  double binder_area_mm2;          /* that bears */
+  double work_nmm;                 /* of deformation */
+  double friction_work_nmm; /* against friction, binder and beads over the whole way of the sheet: an upper estimate */
+  double depth_mm;          /* of the part along the drawing direction */
+  double punch_force_n;     /* both works over the depth: the mean force on the part as meshed */
+} TornwalzenPressResult;
+TORNWALZEN_API int32_t tornwalzen_analysis_press_result(TornwalzenAnalysis* analysis, TornwalzenPressResult* result);
+
+/* Contact pressure per triangle, double[ne], MPa, positive at the punch, negative at the die, the binder's beside it with
+   its own sign; null without a run of the press model with tools. */
+TORNWALZEN_API const double* tornwalzen_analysis_contact_pressure(const TornwalzenAnalysis* analysis);
+TORNWALZEN_API const double* tornwalzen_analysis_binder_pressure(const TornwalzenAnalysis* analysis);
 
 /* Stored entries of the lower triangle of the global matrix; 0 before the first run of a mesh. */
 TORNWALZEN_API int64_t tornwalzen_analysis_matrix_entries(const TornwalzenAnalysis* analysis);

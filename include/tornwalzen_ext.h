@@ -75,7 +75,25 @@ enum {
   TORNWALZEN_NO_RESULTS = -32,
   TORNWALZEN_BAD_SELECTOR_OF_LAW = -33,
   TORNWALZEN_BAD_PATH = -34,
-  TORNWALZEN_BAD_START = -35
+  TORNWALZEN_BAD_START = -35,
+  /* -50 to -66: the press model of tornwalzen_analysis.h */
+  TORNWALZEN_BAD_MODEL = -50,
+  TORNWALZEN_SHORT_PRESS = -51, /* its structures are too short */
+  TORNWALZEN_BAD_THICKNESS = -52,
+  TORNWALZEN_BAD_YOUNG = -53,
+  TORNWALZEN_BAD_THICKNESS_POINTS = -54,
+  TORNWALZEN_BAD_PLANAR_ANISOTROPY = -55, /* index: 0, 45 or 90 */
+  TORNWALZEN_BAD_ROLLING = -56,
+  TORNWALZEN_BAD_FRICTION = -57, /* index: 1 punch, 2 die */
+  TORNWALZEN_BAD_BINDER = -58,
+  TORNWALZEN_NO_FLANGE = -59,
+  TORNWALZEN_BAD_FLANGE = -60, /* a mark */
+  TORNWALZEN_BAD_PRESS_CHOICE = -61,
+  TORNWALZEN_BAD_BEAD_NODE = -62,
+  TORNWALZEN_BEAD_OFF_MESH = -63, /* two nodes in a row share no edge */
+  TORNWALZEN_BAD_BEAD_FORCE = -64,
+  TORNWALZEN_BAD_BEAD_LENGTH = -65, /* fewer than two nodes */
+  TORNWALZEN_PRESS_WITHOUT_CURVE = -66
 };
 
 /* What a code means, one sentence without full stop in German (language 0) or English (any other), ASCII. For the

@@ -61,7 +61,7 @@ BlankHolds::BlankHolds(Vector<const Int> ARFA, Vector<const Int> USED) : ARFA_(A
     if (held_[axis] < 2) node_[axis][held_[axis]] = (i + 1) / 2;
     ++held_[axis];
   }
-  free_ = held_[0] <= 2 && held_[1] <= 2 && held_[0] + held_[1] <= 3;
+  free_ = rigidOnly_ = held_[0] <= 2 && held_[1] <= 2 && held_[0] + held_[1] <= 3;
 }
 
 /// Returns the node about which the blank could still turn.

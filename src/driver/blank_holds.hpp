@@ -17,6 +17,10 @@ class BlankHolds {
 
   /// Does the blank move freely, to be placed afterwards?
   bool free() const { return free_; }
+  /// Do the host's unknowns take away the rigid motion alone? Then equilibrium loads none of them.
+  bool rigidOnly() const { return rigidOnly_; }
+  /// Does at most one of them hold the shift along u (axis 0), v (axis 1)?
+  bool shiftFree(Int axis) const { return rigidOnly_ || held_[axis] <= 1; }
   /// Lets the host's unknowns pin from now on.
   void pin() { free_ = false; }
 
@@ -38,7 +42,7 @@ class BlankHolds {
   bool turnFor(Table<const double> KNG, Vector<const double> RX, double& turn) const;
 
   Vector<const Int> ARFA_, USED_;
-  bool free_;
+  bool free_, rigidOnly_;
   Int held_[2] = {0, 0};               // held unknowns along u and v
   Int node_[2][2] = {{0, 0}, {0, 0}};  // the first two nodes held along u, along v
 };

@@ -17,9 +17,9 @@ Int refuseTopology(Analysis& run, Table<const Int> INTA, Table<const double> KNG
   return refuse(run.refusal, topology.code, topology.index, topology.value);
 }
 
-void runAnalysis(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
-  if (run.options.surePath)
-    surePath(run, a, EVAL);
+void runAnalysis(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const PressArrays& press) {
+  if (run.options.goesSurePath())
+    surePath(run, a, EVAL, press);
   else
     inverseDriver(run, a, EVAL);
   checkResult(run, a);

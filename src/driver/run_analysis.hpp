@@ -11,8 +11,8 @@ namespace tornwalzen {
 /// TORNWALZEN_NO_MEMORY.
 Int refuseTopology(Analysis& run, Table<const Int> INTA, Table<const double> KNG);
 
-/// a: all seventeen arrays, in and out as tornwalzen.h states. EVAL: out, 5 per element. Record: how the run ended, and
+/// press: in, what of the press lies on the mesh. a: all seventeen arrays, in and out as tornwalzen.h states. EVAL: out, 5 per element. Record: how the run ended, and
 /// the figures of the blank that checkResult finds. Failure: as the path's own header says.
-void runAnalysis(Analysis& run, const DriverArrays& a, Vector<double> EVAL);
+void runAnalysis(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const PressArrays& press = {});
 
 }  // namespace tornwalzen

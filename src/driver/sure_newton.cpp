@@ -23,6 +23,10 @@ constexpr double settledStep = 1e-3;     // mm
 constexpr Int settlings = 3;             // exact steps for soft modes at most
 constexpr double thresholdFloor = 1e-8;  // of s0: no sheet is thinned out so far
 
+void addLoads(const SureProblem& problem) {
+  for (Int64 i = 1; i <= problem.LOAD.length(); ++i) problem.RR(i) += problem.LOAD(i);
+}
+
 class Newton {
  public:
   Newton(SureProblem& problem, const NewtonLimits& limits) : problem_(problem), limits_(limits) {}
@@ -86,6 +90,7 @@ class Newton {
       potentialTangent(problem_.mesh, problem_.RX, problem_.potential(theta_), problem_.tangent.COLS(),
                        problem_.tangent.ROWI(), problem_.RR, problem_.tangent.SYSM());
       problem_.tangent.hold(problem_.FREE);
+      addLoads(problem_);
       for (Int64 i = 1; i <= problem_.RR.length(); ++i)
         if (problem_.FREE(i) == 0) problem_.RR(i) = 0.0;
     }
@@ -207,8 +212,17 @@ class Newton {
 
 }  // namespace
 
+double loadWork(const SureProblem& problem) {
+  double work = 0.0;
+  for (Int64 i = 1; i <= problem.LOAD.length(); ++i)
+    work += problem.LOAD(i) * (problem.RX(i) - problem.ORIGIN(i));
+  return work;
+}
+
 SureValue evaluateBlank(const SureProblem& problem) {
   SureValue value{potentialResidual(problem.mesh, problem.RX, problem.potential(0.0), problem.RR), 0.0};
+  value.energy -= loadWork(problem);
+  addLoads(problem);
   for (Int64 i = 1; i <= problem.RR.length(); ++i) {
     if (problem.FREE(i) == 0) problem.RR(i) = 0.0;
     const double size = std::fabs(problem.RR(i));

@@ -12,6 +12,7 @@
 #include "driver/blank_holds.hpp"
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
+#include "driver/press_path.hpp"
 #include "driver/sure_newton.hpp"
 #include "driver/sure_report.hpp"
 #include "driver/sure_start.hpp"
@@ -35,7 +36,7 @@ constexpr Int mostFactorizations = 40;
 /// One run: the objects that live as long as it.
 class SurePath {
  public:
-  SurePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL)
+  SurePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const PressArrays& marks)
       : run_(run),
         a_(a),
         EVAL_(EVAL),
@@ -45,7 +46,8 @@ class SurePath {
         partGeometric_(true),
         blankGeometric_(false),
         tangent_(run, a.COLS, a.ROWI, a.WORK, a.RWORK, a.SYSM, a.WRHS),
-        joiner_(run) {
+        joiner_(run),
+        press_(run, marks, CURVE_) {
     const bool geometric = run.istat == 0;
     overPart_.append(geometric ? static_cast<const DensityTerm&>(partGeometric_) : partWork_);
     overBlank_.append(geometric ? static_cast<const DensityTerm&>(blankGeometric_) : blankWork_);
@@ -101,12 +103,20 @@ class SurePath {
     if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) ||
         !start_.look(kind, a_.INTA, a_.KNG))
       return noMemory();
+    if (run_.options.press.chosen && run_.options.press.meshSide != MeshSide::middle) {
+      if (!middle_.allocate(3 * a_.KNG.rows()) ||
+          !middleOfSheet(run_.options.press, a_, start_.twins(run_.nele), middle_.table(3)))
+        return noMemory();
+      a_.KNG = middle_.table(3);
+    }
     if (const Int e = measurePartFrames(a_.INTA, a_.KNG, frames_.table(run_.nele)); e != 0)
       return giveUp(" SICHERER WEG: ELEMENT OHNE FLAECHE, NUMMER", e);
     for (Int n = 1; n <= run_.nkno; ++n)
       for (Int i = 1; i <= 3; ++i) a_.KNZ(n, i) = a_.KNG(n, i);
     return true;
   }
+
+  bool turnable() const { return overPart_.turnable() && (!run_.options.press.chosen || press_.turnable()); }
 
   PotentialMesh mesh() { return {a_.INTA, frames_.table(run_.nele)}; }
 
@@ -120,7 +130,7 @@ class SurePath {
       holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
       if (!joinStart()) return false;
     }
-    if (holds_.free() && !overPart_.turnable()) {  // a turn afterwards would change the energy
+    if (holds_.free() && !turnable()) {  // a turn afterwards would change the energy
       holds_.pin();
       if (!prepareJoiner()) return false;
     }
@@ -172,7 +182,13 @@ class SurePath {
       SureProblem problem{run_,  mesh(), &overPart_, thresholdAtStart, free_.vector(), tangent_, joiner_,
                           a_.RX, a_.RR,  a_.RB,      a_.RXA,           a_.TEMP,        counts_};
       NewtonOutcome found;
-      if (run_.options.partReference) {
+      if (run_.options.press.chosen) {
+        found = minimise(problem, {referenceGradient, false, -INFINITY, mostFactorizations});
+        if (found.end == SureEnd::minimum) {
+          if (!preparePress()) return gaveUp_;
+          found = press_.follow(problem, limit);
+        }
+      } else if (run_.options.partReference) {
         found = minimise(problem, {limit, true, -INFINITY, mostFactorizations});
       } else {
         found = minimise(problem, {referenceGradient, false, -INFINITY, mostFactorizations});
@@ -190,6 +206,16 @@ class SurePath {
       holds_.place(a_.KNG, a_.RX);
       if (!prepareJoiner()) return gaveUp_;
     }
+  }
+
+  /// The press model, in the axes that the blank is found in.
+  bool preparePress() {
+    constexpr double host[3][3] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
+    const FreeMoves moves{holds_.shiftFree(0), holds_.shiftFree(1), holds_.rigidOnly()};
+    if (!press_.prepare(mesh(), a_.KNG, a_.ARFA, start_.twins(run_.nele),
+                        holds_.rigidOnly() ? start_.axes() : host, moves))
+      return noMemory();
+    return press_.hasFlange() || giveUp(" PRESSE: NIEDERHALTER OHNE FLANSCH @");
   }
 
   void keepOutcome(const NewtonOutcome& found) {
@@ -244,7 +270,7 @@ class SurePath {
   }
 
   Analysis& run_;
-  const DriverArrays& a_;
+  DriverArrays a_;
   Vector<double> EVAL_;
   FlowCurve CURVE_;
   PlasticWorkTerm partWork_, blankWork_;
@@ -252,9 +278,10 @@ class SurePath {
   DensityTerms overPart_, overBlank_;
   SparseSystem tangent_;
   MapJoiner joiner_;
+  PressPath press_;
   SureStart start_;
   BlankHolds holds_{{}, {}};
-  OwnArray<double> frames_{"FRAMES"};
+  OwnArray<double> frames_{"FRAMES"}, middle_{"MIDDLE"};
   OwnArray<Int> free_{"FREE"}, used_{"USED"};
   SureCounts counts_;
   RunEnd gaveUp_ = RunEnd::gaveUp;
@@ -262,10 +289,10 @@ class SurePath {
 
 }  // namespace
 
-void surePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL) {
+void surePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const PressArrays& marks) {
   run.record.path = 1;
   run.record.end = RunEnd::running;
-  run.record.end = SurePath(run, a, EVAL).follow();
+  run.record.end = SurePath(run, a, EVAL, marks).follow();
   if (run.record.end == RunEnd::converged) run.record.progress = 1.0;
   for (Int i = 1; i <= run.neq; ++i) a.TEMP(i) = 0.0;
 }

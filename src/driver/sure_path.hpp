@@ -16,6 +16,6 @@ namespace tornwalzen {
 ///
 /// A path that gives up leaves the record's end and a sentence, and RX at the last blank; the element error word is
 /// not touched. `ierrso` = -1 where memory cannot be had.
-void surePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL);
+void surePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const PressArrays& marks = {});
 
 }  // namespace tornwalzen

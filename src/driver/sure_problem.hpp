@@ -30,6 +30,9 @@ struct SureProblem {
   Vector<double> TRIAL;  // neq (mm): scratch, the blank before a trial
   Vector<double> LOADS;  // neq (mm): scratch of the joining
   SureCounts& counts;
+  bool guarded = false;  // may no step thin a triangle of the blank out? For energies without a barrier there
+  Vector<const double> LOAD{};    // neq (mm): loads that stand while the blank moves; without length: none
+  Vector<const double> ORIGIN{};  // neq (mm): the blank at which they do no work
 
   ExtendedPotential potential(double theta) const { return {*terms, s0, theta}; }
 };
@@ -38,6 +41,9 @@ struct SureValue {
   double energy;    // mm²
   double gradient;  // largest free component (mm); not a number if one is not
 };
+
+/// Σ LOAD·(RX - ORIGIN) (mm²), which the energy falls by.
+double loadWork(const SureProblem& problem);
 
 /// Energy and residual at RX; RR: out. What stands still has no residual.
 SureValue evaluateBlank(const SureProblem& problem);

@@ -27,6 +27,11 @@ class SureStart {
   /// RX: out (mm): the part seen along its mean normal. ANGLE of the triangles: from there and over hinges.
   StartOutcome rotate(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX);
 
+  /// Rows x, y, z: the axes in which the part is seen.
+  const double (&axes() const)[3][3] { return axes_; }
+  /// TWIN, 3 × NE: the half edge across the side k of triangle e in (k, e), of mesh_edges.hpp; from look() on.
+  Table<Int> twins(Int elements) { return twin_.table(elements); }
+
   /// RX: inout (mm): joins the rotations to a blank, then five times anew with the rotations closest to it.
   /// LOADS: scratch, neq.
   void join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS);

@@ -17,6 +17,8 @@ constexpr double inversionShare = 0.9;  // of the step to the first inversion
 constexpr double armijo = 1e-4;         // of the foretold decrease
 constexpr double energyDigits = 1e-11;  // of the energy: a decrease below it is rounding
 constexpr double surplus = 0.75;        // of the foretold decrease, half of which a quadratic gives
+constexpr double thinAlways = 0.3;      // a guarded step may thin a triangle out to this singular value,
+constexpr double thinShare = 0.6;       // or to this share of the smallest that there is
 constexpr double longestStep = 4.0;
 constexpr double longestTurn = 1.5;  // radians
 
@@ -24,6 +26,7 @@ struct Search {
   const SureProblem& problem;
   SureValue before;
   double descent;
+  double least;  // singular value that a guarded step must leave
 
   void keep() const {
     for (Int64 i = 1; i <= problem.RX.length(); ++i) problem.TRIAL(i) = problem.RX(i);
@@ -44,6 +47,7 @@ struct Search {
   /// Does RX, at t, keep what was foretold? Where the decrease drowns in the energy's digits the gradient judges.
   bool better(double t, SureValue& now) const {
     ++problem.counts.trials;
+    if (problem.guarded && blankShape(problem.mesh, problem.RX).smallest < least) return false;
     now = evaluateBlank(problem);
     if (t * descent < energyDigits * before.energy) return now.gradient <= before.gradient;
     return now.energy <= before.energy - armijo * t * descent;
@@ -69,7 +73,9 @@ struct Search {
 
 StepTaken takeStep(const SureProblem& problem, const SureValue& before, double descent, bool soft) {
   const ProcessorTime time(problem.counts.search);
-  const Search search{problem, before, descent};
+  const double least =
+      problem.guarded ? std::min(thinAlways, thinShare * blankShape(problem.mesh, problem.RX).smallest) : 0.0;
+  const Search search{problem, before, descent, least};
   const double turn = largestTurn(problem.mesh, problem.RX, problem.RB);
   search.keep();
   SureValue value = before;

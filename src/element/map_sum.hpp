@@ -35,11 +35,18 @@ struct MapSum {
   bool coupled = false;  // does a term turn the axes, so that the two blocks are not alone?
 };
 
+/// Whose axes the strain of a density belongs to: X = U·diag·Uᵀ in the blank, or V·diag·Vᵀ on the part. The second is
+/// the first with Jᵀ in place of J: k21 and k12 change places.
+enum class StrainSide { blank, part };
+
 /// Adds weight·F to the sum. X: in, spectrum of the term's measure at (s1, s2). F: in, the density and its
-/// derivatives in X11, X22, X12 seen from the frame U, as far as `order` asks. weight: in, mm².
+/// derivatives in X11, X22, X12 seen from the frame U (of the part: V), as far as `order` asks. weight: in, mm².
+template <StrainSide side = StrainSide::blank>
 inline void addDensity(Order order, const PrincipalMap& at, const Spectrum& X, const Density& F,
                        double weight, MapSum& sum) {
-  using namespace entry;
+  constexpr bool swapped = side == StrainSide::part;
+  constexpr int k11 = entry::k11, k22 = entry::k22, k21 = swapped ? entry::k12 : entry::k21,
+                k12 = swapped ? entry::k21 : entry::k12;
   sum.value += weight * F.phi;
   if (order == Order::value) return;
 

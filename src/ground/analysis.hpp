@@ -30,6 +30,7 @@ struct LibraryState {
   bool running = false;  // an analysis is on the stack: the host's calls come from within one of its handlers
   Int ierrel = 0;        // element, development and driver error word
   Int ierrso = 0;        // structure and solver error word
+  double smin = 1.0;     // smallest stress of the current flow curve (MPa), by which its stresses are divided
   Int npkt = 0;          // points of the current flow curve, at most 50
   const DenseKernels* kernels = nullptr;     // of the factorization; null: the widest that the processor has
   const ElementLanes* lanes = nullptr;       // of the element passes; likewise

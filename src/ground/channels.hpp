@@ -29,7 +29,8 @@ enum class RunPhase : Int {
   increments = 5,
   start = 6,
   newton = 7,
-  checks = 8
+  checks = 8,
+  press = 9
 };
 
 /// What a monitor is told.

@@ -2,7 +2,7 @@
 // values leave every bit of the fixed interface's results as it is.
 #pragma once
 
-#include "ground/array_view.hpp"
+#include "ground/press_options.hpp"
 
 namespace tornwalzen {
 
@@ -25,8 +25,10 @@ struct RunOptions {
   bool partReference = false;   // weigh the density with the target triangle's area instead of the blank's
   double finalTolerance = 1.0;  // factor of the gradient tolerance of the final increment
   double pathTolerance = 1.0;   // factor of the gradient tolerance of the increments before it
+  PressOptions press;           // the press model, and what it knows of sheet and tools
   bool surePath = false;        // straight to the equilibrium instead of load increments
-  bool patchStart = false;      // the sure path starts from the largest flat patch alone
+  bool goesSurePath() const { return surePath || press.chosen; }
+  bool patchStart = false;  // the sure path starts from the largest flat patch alone
 };
 
 }  // namespace tornwalzen

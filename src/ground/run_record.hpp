@@ -25,6 +25,22 @@ enum class RunEnd : Int {
 
 constexpr int fatalTextLength = 160;
 
+/// What the press model did; 0 where it did not act.
+struct PressRecord {
+  Int bending = 0;  // 0 none, 1 its energy taken off, 2 kept
+  bool edge = false, contact = false, binder = false, beads = false;
+  double exponent = 0.0;                  // of the last member of the family that held: 1 is the work itself
+  bool loadsHeld = false;                 // did edges and tools come to equilibrium with it?
+  Int rounds = 0;                         // in which forces stood
+  double thinnest = 0.0, thickest = 0.0;  // sheet (mm)
+  double punchPressure = 0.0, diePressure = 0.0;  // largest from the equilibrium across the sheet (MPa)
+  Int flangeElements = 0;
+  double binderPressure = 0.0, binderArea = 0.0;  // largest (MPa); that bears (mm²)
+  double work = 0.0, frictionWork = 0.0;          // of deformation, against the tools (N·mm)
+  double depth = 0.0;                             // of the part along the drawing direction (mm)
+  double punchForce = 0.0;                        // both over the depth: a mean (N)
+};
+
 /// Processor seconds of the set-up, kept for the mesh.
 struct SetUpTimes {
   double structure = 0.0, ordering = 0.0, symbolic = 0.0;
@@ -83,6 +99,7 @@ struct RunRecord {
   double checks = 0.0;  // processor seconds
   double development = 0.0, assembly = 0.0, factorization = 0.0, solve = 0.0, lineSearch = 0.0, total = 0.0;
   // processor seconds
+  PressRecord press;
   char fatalText[fatalTextLength] = {};  // last fatal text, zero-terminated
 };
 

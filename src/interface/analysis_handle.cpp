@@ -1,23 +1,13 @@
 // The functions of tornwalzen_analysis.h: checks of what the host gives, then the analysis behind the handle.
+#include "interface/analysis_handle.hpp"
+
 #include <cmath>
 #include <new>
 
 #include "ground/refusal_text.hpp"
-#include "interface/own_analysis.hpp"
-#include "interface/settings.hpp"
 #include "material/hardening_laws.hpp"
-#include "tornwalzen_analysis.h"
 
 using namespace tornwalzen;
-
-/// What a handle points to.
-struct TornwalzenAnalysis {
-  OwnAnalysis own;
-  TornwalzenStepHandler stepHandler = nullptr;
-  void* stepData = nullptr;
-  TornwalzenMessageHandler messageHandler = nullptr;
-  void* messageData = nullptr;
-};
 
 namespace {
 
@@ -40,12 +30,6 @@ Int passStep(void* self, const ProgressPoint& point) {
 void passMessage(void* self, const char* line) {
   const auto& handle = *static_cast<const TornwalzenAnalysis*>(self);
   if (handle.messageHandler != nullptr) handle.messageHandler(handle.messageData, line);
-}
-
-/// 0 for a handle that may be changed now.
-Int refuseChange(TornwalzenAnalysis* analysis) {
-  if (analysis == nullptr) return TORNWALZEN_NULL_POINTER;
-  return refuseWhileRunning(analysis->own.run);
 }
 
 /// 0 for a mesh that can be taken.
@@ -184,6 +168,7 @@ int32_t tornwalzen_analysis_run(TornwalzenAnalysis* analysis) {
   if (const Int code = refuseChange(analysis)) return code;
   Refusal& refusal = analysis->own.run.refusal;
   if (!analysis->own.hasMesh()) return refuse(refusal, TORNWALZEN_NO_MESH, 0, 0.0);
+  if (const Int code = refusePress(analysis->own)) return code;
   const Int code = analysis->own.analyse();
   if (code == TORNWALZEN_NO_MEMORY || code == TORNWALZEN_SETUP_FAILED) refuse(refusal, code, 0, 0.0);
   return code;

@@ -37,9 +37,10 @@ Int OwnAnalysis::takeMesh(const GivenMesh& mesh) {
   forget<MeshState>(run);
   forget<RunState>(run);
   structureStands_ = hasRun_ = false;
-  for (auto* array : {&COLS_, &ROWI_, &WORK_, &TRIANGLES_}) array->release();
-  for (auto* array :
-       {&RWORK_, &RR_, &RB_, &RX_, &TEMP_, &KNZ_, &KNA_, &ELG_, &SYSM_, &RXA_, &WRHS_, &EVAL_, &START_})
+  for (auto* array : {&COLS_, &ROWI_, &WORK_, &TRIANGLES_, &FLANGE_, &BEADNODES_, &BEADENDS_})
+    array->release();
+  for (auto* array : {&RWORK_, &RR_, &RB_, &RX_, &TEMP_, &KNZ_, &KNA_, &ELG_, &SYSM_, &RXA_, &WRHS_, &EVAL_,
+                      &START_, &BEADFORCE_, &CONTACT_, &GRIP_})
     array->release();
   INTA_ = std::move(INTA);
   ARFA_ = std::move(ARFA);
@@ -116,6 +117,10 @@ bool OwnAnalysis::supplyRunArrays() {
       !allocate({&SYSM_}, run.solver.nsysm) || !allocate({&TRIANGLES_}, 3 * ne))
     return false;
   for (auto* array : {&RR_, &RB_, &RX_, &TEMP_, &RXA_, &WRHS_, &KNZ_, &KNA_, &ELG_, &SYSM_}) array->fill(0.0);
+  const bool press = run.options.press.chosen;
+  if (!allocate({&CONTACT_, &GRIP_}, press ? ne : 0)) return false;
+  CONTACT_.fill(0.0);
+  GRIP_.fill(0.0);
   EVAL_.fill(std::numeric_limits<double>::quiet_NaN());
   return true;
 }
@@ -124,6 +129,41 @@ DriverArrays OwnAnalysis::arrays() {
   return {INTA_.table(3), ARFA_.vector(), COLS_.vector(), ROWI_.vector(), WORK_.vector(), RWORK_.vector(),
           RR_.vector(),   RB_.vector(),   RX_.vector(),   TEMP_.vector(), KNG_.table(3),  KNZ_.table(3),
           KNA_.table(3),  ELG_.table(5),  SYSM_.vector(), RXA_.vector(),  WRHS_.vector()};
+}
+
+PressArrays OwnAnalysis::pressArrays() {
+  return {FLANGE_.vector(),    BEADNODES_.vector(), BEADENDS_.vector(),
+          BEADFORCE_.vector(), CONTACT_.vector(),   GRIP_.vector()};
+}
+
+Int OwnAnalysis::takeFlange(const Int* marks) {
+  if (marks == nullptr) {
+    FLANGE_.release();
+    return TORNWALZEN_OK;
+  }
+  OwnArray<Int> FLANGE("FLANGE");
+  if (!FLANGE.allocate(run.nele)) return TORNWALZEN_NO_MEMORY;
+  std::copy_n(marks, run.nele, FLANGE.data());
+  FLANGE_ = std::move(FLANGE);
+  return TORNWALZEN_OK;
+}
+
+Int OwnAnalysis::takeBeads(Int count, const Int* lengths, const Int* nodes, const double* force) {
+  Int64 total = 0;
+  for (Int bead = 0; bead < count; ++bead) total += lengths[bead];
+  OwnArray<Int> NODES("BEADNODES"), ENDS("BEADENDS");
+  OwnArray<double> FORCE("BEADFORCE");
+  if (!NODES.allocate(total) || !ENDS.allocate(count) || !FORCE.allocate(count)) return TORNWALZEN_NO_MEMORY;
+  for (Int64 i = 0; i < total; ++i) NODES.data()[i] = nodes[i] + 1 - firstIndex;
+  Int end = 0;
+  for (Int bead = 0; bead < count; ++bead) {
+    ENDS.data()[bead] = end += lengths[bead];
+    FORCE.data()[bead] = force[bead];
+  }
+  BEADNODES_ = std::move(NODES);
+  BEADENDS_ = std::move(ENDS);
+  BEADFORCE_ = std::move(FORCE);
+  return TORNWALZEN_OK;
 }
 
 /// The results in the order in which a host reads them.
@@ -144,7 +184,7 @@ Int OwnAnalysis::analyse() {
   const ProcessorTime time(run.record.total);
   run.ierrso = run.ierrel = 0;
   hasRun_ = false;
-  if (run.options.surePath) {
+  if (run.options.goesSurePath()) {
     if (const Int code = refuseTopology(run, INTA_.table(3), KNG_.table(3)); code != TORNWALZEN_OK)
       return code;
   }
@@ -156,7 +196,7 @@ Int OwnAnalysis::analyse() {
   }
   if (!supplyRunArrays()) return TORNWALZEN_NO_MEMORY;
   selectMaterial(run, selector);
-  runAnalysis(run, arrays(), EVAL_.vector());
+  runAnalysis(run, arrays(), EVAL_.vector(), pressArrays());
   if (failed(run.ierrso)) run.record.end = RunEnd::solverFailed;
   publish();
   return TORNWALZEN_OK;
@@ -166,7 +206,8 @@ void OwnAnalysis::strains(TornwalzenElementStrain* strains) {
   LoadedCurve loaded;
   loaded.load(run.options, selector);
   const FlowCurve CURVE = loaded.curve(run.options.anisotropy);
-  const Table<double> KNG = KNG_.table(3);
+  const Table<double> KNG =
+      run.options.press.chosen ? KNZ_.table(3) : KNG_.table(3);  // the middle of the sheet
   const Table<Int> INTA = INTA_.table(3);
   const Vector<double> RX = RX_.vector();
   for (Int64 e = 1; e <= run.nele; ++e) {

@@ -27,6 +27,11 @@ class OwnAnalysis {
   Int takeMesh(const GivenMesh& mesh);
   /// held: in, 2·nkno flags, 1 held.
   void hold(const Int* held);
+  /// The press: marks of the flange, nele of 1 or 0 or null for none; draw beads, checked. Returns 0 or
+  /// TORNWALZEN_NO_MEMORY, then nothing was changed.
+  Int takeFlange(const Int* marks);
+  Int takeBeads(Int count, const Int* lengths, const Int* nodes, const double* force);
+  bool hasFlange() const { return FLANGE_.length() > 0; }
   bool hasMesh() const { return run.nkno > 0; }
   bool hasRun() const { return hasRun_; }
 
@@ -39,6 +44,11 @@ class OwnAnalysis {
   const double* startingBlank() const { return START_.data(); }
   const double* elementTable() const { return EVAL_.data(); }
   const Int* orientedTriangles() const { return TRIANGLES_.data(); }
+  /// Of a run of the press model with tools, per triangle (MPa).
+  bool hasPressures() const { return hasRun_ && CONTACT_.length() > 0; }
+  const double* contactPressure() const { return CONTACT_.data(); }
+  const double* binderPressure() const { return GRIP_.data(); }
+  Table<const Int> triangles() { return INTA_.table(3); }
   /// strains: out, nele. Cannot fail.
   void strains(TornwalzenElementStrain* strains);
 
@@ -49,11 +59,13 @@ class OwnAnalysis {
   bool goesOn(RunPhase phase);
   void publish();
   DriverArrays arrays();
+  PressArrays pressArrays();
 
   OwnArray<Int> INTA_{"INTA"}, ARFA_{"ARFA"}, COLS_{"COLS"}, ROWI_{"ROWI"}, WORK_{"WORK"},
-      TRIANGLES_{"TRIANGLES"};
+      TRIANGLES_{"TRIANGLES"}, FLANGE_{"FLANGE"}, BEADNODES_{"BEADNODES"}, BEADENDS_{"BEADENDS"};
   OwnArray<double> RWORK_{"RWORK"}, RR_{"RR"}, RB_{"RB"}, RX_{"RX"}, TEMP_{"TEMP"}, KNG_{"KNG"}, KNZ_{"KNZ"},
-      KNA_{"KNA"}, ELG_{"ELG"}, SYSM_{"SYSM"}, RXA_{"RXA"}, WRHS_{"WRHS"}, EVAL_{"EVAL"}, START_{"START"};
+      KNA_{"KNA"}, ELG_{"ELG"}, SYSM_{"SYSM"}, RXA_{"RXA"}, WRHS_{"WRHS"}, EVAL_{"EVAL"}, START_{"START"},
+      BEADFORCE_{"BEADFORCE"}, CONTACT_{"CONTACT"}, GRIP_{"GRIP"};
   bool structureStands_ = false, hasRun_ = false;
 };
 

@@ -140,8 +140,7 @@ bool loadFlowCurve(const RunOptions& options, Int selector, Table<double> FC, In
 }
 
 void materialSetup(Analysis& run, Int ICTRL) {
-  double smin;
-  loadFlowCurve(run.options, ICTRL, flowCurve(run), run.npkt, smin);
+  loadFlowCurve(run.options, ICTRL, flowCurve(run), run.npkt, run.smin);
 }
 
 void selectMaterial(Analysis& run, Int ICTRL) {

@@ -23,9 +23,10 @@ allowed() {
     src/ground/*)    echo "ground/.*|$api" ;;
     src/material/*)  echo "$ground|material/.*" ;;
     src/element/*)   echo "$ground|material/.*|element/.*" ;;
+    src/forces/*)    echo "$ground|material/.*|forces/.*" ;;
     src/sparse/*)    echo "$ground|sparse/.*" ;;
     src/develop/*)   echo "$ground|develop/.*" ;;
-    src/driver/*)    echo "$ground|driver/.*|develop/.*|element/.*|material/.*|sparse/.*" ;;
+    src/driver/*)    echo "$ground|driver/.*|develop/.*|element/.*|forces/.*|material/.*|sparse/.*" ;;
     src/interface/*) echo "$ground|interface/[a-z_]+\.hpp|driver/[a-z_]+\.hpp|material/[a-z_]+\.hpp|element/element_strains\.hpp|sparse/(pattern|phases)\.hpp" ;;
     src/deckio/*)    echo "$ground|deckio/.*" ;;
     app/main.cpp)    echo "(command|system)/.*" ;;
@@ -131,6 +132,8 @@ selfTest() {
 refused src/element/a.cpp "sparse/phases.hpp"
 refused src/sparse/a.cpp "element/element.hpp"
 refused src/develop/a.hpp "driver/inverse_driver.hpp"
+refused src/forces/a.cpp "element/element.hpp"
+refused src/element/a.cpp "forces/free_edges.hpp"
 refused src/driver/a.cpp "interface/osmain.hpp"
 refused src/ground/messages.cpp "driver/inverse_driver.hpp"
 refused src/ground/a.hpp "material/flow_curve.hpp"
@@ -152,6 +155,8 @@ refused app/system/a.cpp "mesh/mesh.hpp"
 refused samples/a.cpp "tornwalzen.h"
 allowed src/driver/a.cpp "element/element.hpp"
 allowed src/element/a.cpp "material/flow_curve.hpp"
+allowed src/forces/a.cpp "material/flow_curve.hpp"
+allowed src/driver/a.cpp "forces/free_edges.hpp"
 allowed src/interface/osmain.cpp "driver/inverse_driver.hpp"
 allowed src/interface/osinit.cpp "sparse/pattern.hpp"
 allowed src/sparse/a.cpp "ground/run_state.hpp"

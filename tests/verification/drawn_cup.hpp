@@ -1,5 +1,4 @@
-// The drawn cup whose blank and thickness are known from a forward simulation: how far the inverse run is
-// from them.
+// Drawn parts whose blank and thickness are known from forward simulations: how far the inverse run is from them.
 #pragma once
 
 #include <algorithm>
@@ -17,21 +16,22 @@
 
 namespace verification {
 
-constexpr double sheetThickness = 0.95;  // mm
+constexpr double cupThickness = 0.95;  // mm, of the rectangular cup
 
 struct DrawnCup {
-  host_kit::HostPart part;
+  host_kit::HostPart part;        // a quarter, held in its planes of symmetry
   std::vector<double> blank;      // u v per node (mm)
   std::vector<double> thickness;  // per triangle (mm), at the end of the stroke
 };
 
-/// Empty where the folder does not hold the cup.
-inline DrawnCup readDrawnCup(const std::string& folder) {
-  DrawnCup cup{host_kit::realPart(folder, "dfg_cup_quarter"), {}, {}};
-  const host_kit::HostPart blank = host_kit::readObj(folder + "/dfg_cup_quarter.flat_blank.obj");
+/// Empty where the folder does not hold the part.
+inline DrawnCup readDrawnPart(const std::string& folder, const std::string& name) {
+  DrawnCup cup{host_kit::readObj(folder + "/" + name + ".obj"), {}, {}};
+  if (!cup.part.knots.empty()) host_kit::holdSymmetryPlanes(cup.part);
+  const host_kit::HostPart blank = host_kit::readObj(folder + "/" + name + ".flat_blank.obj");
   for (std::size_t n = 0; n < blank.knots.size() / 3; ++n)
     cup.blank.insert(cup.blank.end(), {blank.knots[3 * n], blank.knots[3 * n + 1]});
-  std::ifstream file(folder + "/dfg_cup_quarter.thickness.tsv");
+  std::ifstream file(folder + "/" + name + ".thickness.tsv");
   for (std::string line; std::getline(file, line);) {
     if (line.empty() || line[0] == '#') continue;
     std::istringstream numbers(line);
@@ -40,6 +40,10 @@ inline DrawnCup readDrawnCup(const std::string& folder) {
     cup.thickness.push_back(last);
   }
   return cup;
+}
+
+inline DrawnCup readDrawnCup(const std::string& folder) {
+  return readDrawnPart(folder, "dfg_cup_quarter");
 }
 
 /// Edges of the sheet's outer edge: those with one triangle that do not lie in a plane of symmetry, as node
@@ -63,6 +67,7 @@ inline std::vector<std::pair<std::size_t, std::size_t>> outerEdge(const host_kit
 struct CupErrors {
   double edgeMean = 0,
          edgeLargest = 0;         // mm, between the nodes of our outer edge and the same nodes in the truth
+  double edgeSigned = 0;          // mm, mean of how much farther from the middle ours lie
   double thicknessRms = 0;        // mm
   double correlation = 0;         // of the two thickness fields, dimensionless
   std::vector<double> thickness;  // mm, ours, per triangle
@@ -73,8 +78,9 @@ inline double triangleArea(const double* a, const double* b, const double* c) {
   return 0.5 * std::hypot(P[1] * Q[2] - P[2] * Q[1], P[2] * Q[0] - P[0] * Q[2], P[0] * Q[1] - P[1] * Q[0]);
 }
 
-/// RX: in, the blank found (mm).
-inline CupErrors compareCup(const DrawnCup& cup, const std::vector<double>& RX) {
+/// RX: in, the blank found (mm). sheetThickness: in, of the blank (mm).
+inline CupErrors compareCup(const DrawnCup& cup, const std::vector<double>& RX,
+                            double sheetThickness = cupThickness) {
   CupErrors errors;
   const auto edges = outerEdge(cup.part);
   std::vector<std::size_t> nodes;
@@ -83,6 +89,9 @@ inline CupErrors compareCup(const DrawnCup& cup, const std::vector<double>& RX) 
   nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
   for (const std::size_t n : nodes) {
     const double distance = std::hypot(RX[2 * n] - cup.blank[2 * n], RX[2 * n + 1] - cup.blank[2 * n + 1]);
+    errors.edgeSigned +=
+        (std::hypot(RX[2 * n], RX[2 * n + 1]) - std::hypot(cup.blank[2 * n], cup.blank[2 * n + 1])) /
+        static_cast<double>(nodes.size());
     errors.edgeMean += distance / static_cast<double>(nodes.size());
     errors.edgeLargest = std::max(errors.edgeLargest, distance);
   }
