@@ -9,6 +9,7 @@
 #include "ground/run_options.hpp"
 #include "ground/run_record.hpp"
 #include "ground/solver_state.hpp"
+#include "ground/thread_pool.hpp"
 
 namespace tornwalzen {
 
@@ -31,6 +32,7 @@ struct LibraryState {
   Int ierrel = 0;        // element, development and driver error word
   Int ierrso = 0;        // structure and solver error word
   Int npkt = 0;          // points of the current flow curve, at most 50
+  std::unique_ptr<ThreadPool> pool;          // the threads that work beside the calling one; null: none
   const DenseKernels* kernels = nullptr;     // of the factorization; null: the widest that the processor has
   const ElementLanes* lanes = nullptr;       // of the element passes; likewise
   double FC[curveRows * curveColumns] = {};  // the flow curve: stresses over the curve's smallest stress
