@@ -275,7 +275,7 @@ TEST(SolverProtocol, ShortWorkAtEachPhaseLeavesItsRequirement) {
   EXPECT_EQ(phase(3, run.solver.niwor, L + a.n + scratch), ierr::ok);
 
   std::vector<double> x(a.n, 1.0), scratchVector(a.n);
-  triangularSolve(kernelsOf(run), {"RWORK", solver.rwork.data(), run.solver.nrk},
+  triangularSolve(kernelsOf(run), nullptr, {"RWORK", solver.rwork.data(), run.solver.nrk},
                   {"WORK", solver.work.data(), needed - 2}, {"WRHS", scratchVector.data(), a.n},
                   {"RB", x.data(), a.n}, IERR);
   EXPECT_EQ(IERR, ierr::shortWorkSolve);
@@ -351,7 +351,7 @@ TEST(SolverProtocol, EntryWithoutAPlaceInTheStructureIsRefused) {
     moved.rowi[1] = other;
     Int IERR = 0;
     numericPhase(
-        kernelsOf(run), true, {"COLS", moved.cols.data(), n + 1},
+        kernelsOf(run), nullptr, true, {"COLS", moved.cols.data(), n + 1},
         {"ROWI", moved.rowi.data(), run.solver.nsysm}, {"SYSM", moved.values.data(), run.solver.nsysm},
         {"WORK", solver.work.data(), run.solver.niwor}, {"RWORK", solver.rwork.data(), run.solver.nrk}, IERR);
     EXPECT_TRUE(IERR == ierr::ok || IERR == ierr::noPlace);
