@@ -9,6 +9,7 @@
 #include "ground/run_options.hpp"
 #include "ground/run_record.hpp"
 #include "ground/solver_state.hpp"
+#include "ground/thread_pool.hpp"
 
 namespace tornwalzen {
 
@@ -32,6 +33,7 @@ struct LibraryState {
   Int ierrso = 0;        // structure and solver error word
   double smin = 1.0;     // smallest stress of the current flow curve (MPa), by which its stresses are divided
   Int npkt = 0;          // points of the current flow curve, at most 50
+  std::unique_ptr<ThreadPool> pool;          // the threads that work beside the calling one; null: none
   const DenseKernels* kernels = nullptr;     // of the factorization; null: the widest that the processor has
   const ElementLanes* lanes = nullptr;       // of the element passes; likewise
   double FC[curveRows * curveColumns] = {};  // the flow curve: stresses over the curve's smallest stress

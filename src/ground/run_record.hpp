@@ -100,6 +100,7 @@ struct RunRecord {
   double development = 0.0, assembly = 0.0, factorization = 0.0, solve = 0.0, lineSearch = 0.0, total = 0.0;
   // processor seconds
   PressRecord press;
+  Int64 threadBytes = 0;  // own memory that threads took beyond what one needs, for one system at most
   char fatalText[fatalTextLength] = {};  // last fatal text, zero-terminated
 };
 

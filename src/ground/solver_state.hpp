@@ -2,9 +2,13 @@
 // several may stand side by side.
 #pragma once
 
+#include <memory>
+
 #include "ground/array_view.hpp"
 
 namespace tornwalzen {
+
+struct FactorTeam;
 
 /// What the solver remembers between its phases, beside WORK itself.
 struct SolverProtocol {
@@ -16,6 +20,7 @@ struct SolverProtocol {
   bool factorFailed = false;                  // did it end with one? (neither: there was none yet)
   Int supernodes = 0;                         // m: supernodes, kept between steps 12 and 13
   Int partialRequirement = 0;                 // P of step 12: integer length behind the dropped adjacency
+  std::shared_ptr<FactorTeam> team;           // what threads keep for this system; null: none yet
 };
 
 struct SolverState {

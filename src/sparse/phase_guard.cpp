@@ -1,8 +1,11 @@
 // The factorization dispatcher.
 #include "sparse/phase_guard.hpp"
 
+#include <algorithm>
+
 #include "ground/kernel_tables.hpp"
 #include "ground/messages.hpp"
+#include "sparse/factor_team.hpp"
 #include "sparse/kernels/dense_kernels.hpp"
 #include "sparse/numeric.hpp"
 #include "sparse/ordering.hpp"
@@ -68,16 +71,17 @@ void symbolicOnce(SolverProtocol& protocol, Int64 NNZ, Vector<Int> WORK, PhaseSi
   remember(protocol, WORK, factorPart, NNZ);
 }
 
-void numericGuarded(const DenseKernels& kernels, SolverProtocol& protocol, Vector<const Int> COLS,
-                    Vector<const Int> ROWI, Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK,
-                    Int& IERR) {
+void numericGuarded(Analysis& run, SolverProtocol& protocol, Vector<const Int> COLS, Vector<const Int> ROWI,
+                    Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK, Int& IERR) {
   const Int64 NNZ = ROWI.length();
   const bool first = !protocol.factorized;
   protocol.factorValid = false;
   IERR = ierr::damaged;
   if (!intact(protocol, WORK, factorPart, NNZ) || (!first && !intact(protocol, WORK, matrixColumnsPart, NNZ)))
     return;
-  numericPhase(kernels, first, COLS, ROWI, SYSM, WORK, RWORK, IERR);
+  FactorTeam* const team = teamOf(run, protocol, WORK);
+  if (team != nullptr) run.record.threadBytes = std::max(run.record.threadBytes, team->bytes());
+  numericPhase(kernelsOf(run), team, first, COLS, ROWI, SYSM, WORK, RWORK, IERR);
   if (IERR == ierr::shortWork3) return;
   if (first) remember(protocol, WORK, matrixColumnsPart, NNZ);
   protocol.factorized = true;
@@ -111,7 +115,7 @@ void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const I
       break;
     case 3:
       WORK(header::freeNow1) = WORK(header::freeNow2) = WORK(header::freePhase3);
-      numericGuarded(kernelsOf(run), protocol, COLS, ROWI, SYSM, WORK, RWORK, IERR);
+      numericGuarded(run, protocol, COLS, ROWI, SYSM, WORK, RWORK, IERR);
       break;
     default:
       break;

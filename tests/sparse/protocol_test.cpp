@@ -351,7 +351,7 @@ TEST(SolverProtocol, EntryWithoutAPlaceInTheStructureIsRefused) {
     moved.rowi[1] = other;
     Int IERR = 0;
     numericPhase(
-        kernelsOf(run), true, {"COLS", moved.cols.data(), n + 1},
+        kernelsOf(run), nullptr, true, {"COLS", moved.cols.data(), n + 1},
         {"ROWI", moved.rowi.data(), run.solver.nsysm}, {"SYSM", moved.values.data(), run.solver.nsysm},
         {"WORK", solver.work.data(), run.solver.niwor}, {"RWORK", solver.rwork.data(), run.solver.nrk}, IERR);
     EXPECT_TRUE(IERR == ierr::ok || IERR == ierr::noPlace);

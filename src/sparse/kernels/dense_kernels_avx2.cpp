@@ -23,10 +23,19 @@ inline double minusProduct(double c, double a, double b) {
 }
 
 #include "sparse/kernels/dense_kernels_body.hpp"
+#include "sparse/kernels/solve_kernels_body.hpp"
 
 }  // namespace kernels_avx2
 
-const DenseKernels avx2Kernels = {"avx2", kernels_avx2::factorFront, kernels_avx2::forward,
+const DenseKernels avx2Kernels = {"avx2",
+                                  kernels_avx2::factorFront,
+                                  kernels_avx2::factorDiagonal,
+                                  kernels_avx2::factorRows,
+                                  kernels_avx2::scaleBlock,
+                                  kernels_avx2::updateRows,
+                                  kernels_avx2::forward,
+                                  kernels_avx2::forwardTop,
+                                  kernels_avx2::forwardRows,
                                   kernels_avx2::backward};
 
 }  // namespace tornwalzen

@@ -23,10 +23,19 @@ inline double minusProduct(double c, double a, double b) {
 }
 
 #include "sparse/kernels/dense_kernels_body.hpp"
+#include "sparse/kernels/solve_kernels_body.hpp"
 
 }  // namespace kernels_avx512
 
-const DenseKernels avx512Kernels = {"avx512", kernels_avx512::factorFront, kernels_avx512::forward,
+const DenseKernels avx512Kernels = {"avx512",
+                                    kernels_avx512::factorFront,
+                                    kernels_avx512::factorDiagonal,
+                                    kernels_avx512::factorRows,
+                                    kernels_avx512::scaleBlock,
+                                    kernels_avx512::updateRows,
+                                    kernels_avx512::forward,
+                                    kernels_avx512::forwardTop,
+                                    kernels_avx512::forwardRows,
                                     kernels_avx512::backward};
 
 }  // namespace tornwalzen

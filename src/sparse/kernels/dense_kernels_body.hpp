@@ -115,11 +115,11 @@ inline void packScaledRows(const double* P, Int64 stride, Int64 K, Int64 row, In
   }
 }
 
-// Step 2 on columns i0 .. i0+ib-1. Returns 0 or the one-based column of a zero pivot.
+// Step 2 on columns i0 .. i0+ib-1 within their own rows. inverse: out, of their pivots. Returns 0 or the one-based
+// column of a zero pivot.
 template <int ib>
-Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
+inline Int64 factorDiagonalBlock(double* P, Int64 stride, Int64 i0, double (&inverse)[ib]) {
   double* const block = P + i0 * stride;  // column p of the block: block + p·stride
-  double inverse[ib];
   for (int k = 0; k < ib; ++k) {
     double* const column = block + k * stride;
     const double d = column[i0 + k];
@@ -134,11 +134,18 @@ Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
     }
     for (int j = k + 1; j < ib; ++j) column[i0 + j] *= inverse[k];
   }
+  return 0;
+}
+
+// Step 2 on the rows i .. rowsEnd-1 below.
+template <int ib>
+inline void factorRowsBelow(double* P, Int64 stride, Int64 i0, const double (&inverse)[ib], Int64 i,
+                            Int64 rowsEnd) {
+  double* const block = P + i0 * stride;
   double l[ib][ib] = {};
   for (int k = 0; k < ib; ++k)
     for (int p = 0; p < k; ++p) l[k][p] = block[p * stride + i0 + k];
 
-  Int64 i = i0 + ib;
   for (; i < rowsEnd && i % VL != 0; ++i) {
     double y[ib];
     for (int k = 0; k < ib; ++k) {
@@ -157,6 +164,13 @@ Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
       store(block + k * stride + i, y[k] * inverse[k]);
     }
   }
+}
+
+template <int ib>
+Int64 factorBlock(double* P, Int64 stride, Int64 i0, Int64 rowsEnd) {
+  double inverse[ib] = {};
+  if (const Int64 zero = factorDiagonalBlock<ib>(P, stride, i0, inverse)) return zero;
+  factorRowsBelow<ib>(P, stride, i0, inverse, i0 + ib, rowsEnd);
   return 0;
 }
 
@@ -165,15 +179,21 @@ constexpr FactorBlock factorBlockOf[blockWidth + 1] = {nullptr,        factorBlo
                                                        factorBlock<3>, factorBlock<4>, factorBlock<5>,
                                                        factorBlock<6>, factorBlock<7>, factorBlock<8>};
 
+// Step 1 on columns i0 .. i0+ib-1, in the rows from `from` on, or from the columns' own where that is further down.
+inline void updateBlock(double* P, Int64 stride, Int64 i0, Int64 ib, Int64 from, Int64 rowsEnd,
+                        double* packing) {
+  for (Int64 j = i0; i0 > 0 && j < i0 + ib; j += NR) {
+    const Int64 nr = smaller(NR, i0 + ib - j), own = alignedDown(j), first = own > from ? own : from;
+    packScaledRows(P, stride, i0, j, nr, packing);
+    anyColumnsOfTiles(nr, i0, P + first, stride, packing, P + j * stride + first, stride, rowsEnd - first);
+  }
+}
+
 // Steps 1 and 2 on a panel of K columns.
 inline Int64 factorPanel(double* P, Int64 stride, Int64 K, Int64 rowsEnd, double* packing) {
   for (Int64 i0 = 0; i0 < K; i0 += blockWidth) {
     const Int64 ib = smaller(blockWidth, K - i0);
-    for (Int64 j = i0; i0 > 0 && j < i0 + ib; j += NR) {
-      const Int64 nr = smaller(NR, i0 + ib - j), first = alignedDown(j);
-      packScaledRows(P, stride, i0, j, nr, packing);
-      anyColumnsOfTiles(nr, i0, P + first, stride, packing, P + j * stride + first, stride, rowsEnd - first);
-    }
+    updateBlock(P, stride, i0, ib, 0, rowsEnd, packing);
     if (const Int64 zero = factorBlockOf[ib](P, stride, i0, rowsEnd)) return zero;
   }
   return 0;
@@ -199,6 +219,20 @@ inline void forTilesBehind(const FrontBlock& panel, double* F, Int64 c, Int64 w,
       visit(j - panel.first, smaller(NR, b.end - j), F + (columnPlace(b, j) + panel.first), b.stride);
 }
 
+// The tiles in rows r0 .. r1-1 behind a panel of K columns, up to column `rest`.
+inline void updateRowBlock(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 rest, Int64 r0,
+                           Int64 r1, const double* scaled, double* rows) {
+  const double* const P = F + (columnPlace(panel, panel.first) + panel.first);
+  const Int64 stride = panel.stride, K = panel.end - panel.first;
+  packRows(P + r0, stride, K, r1 - r0, rows);
+  forTilesBehind(panel, F, c, w, smaller(rest, r1), [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
+    // whole tiles of rows from the one that holds the diagonal; what lies above it is scratch
+    const Int64 first = j <= r0 ? 0 : (j - r0) / (MV * VL) * (MV * VL);
+    anyColumnsOfTiles(nr, K, rows + first * K, 0, scaled + (j - K) * K, C + r0 + first, cStride,
+                      r1 - r0 - first);
+  });
+}
+
 inline void updateRest(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 rowsEnd, double* packing) {
   const double* const P = F + (columnPlace(panel, panel.first) + panel.first);
   const Int64 stride = panel.stride, K = panel.end - panel.first, rest = c - panel.first;
@@ -214,17 +248,9 @@ inline void updateRest(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int
     });
     return;
   }
-  double* const rows = packing + panelWidth * (c + largestTile);
-  for (Int64 r0 = alignedDown(K); r0 < rowsEnd; r0 += rowsOfBlock) {
-    const Int64 r1 = smaller(r0 + rowsOfBlock, rowsEnd);
-    packRows(P + r0, stride, K, r1 - r0, rows);
-    forTilesBehind(panel, F, c, w, smaller(rest, r1), [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
-      // whole tiles of rows from the one that holds the diagonal; what lies above it is scratch
-      const Int64 first = j <= r0 ? 0 : (j - r0) / (MV * VL) * (MV * VL);
-      anyColumnsOfTiles(nr, K, rows + first * K, 0, scaled + (j - K) * K, C + r0 + first, cStride,
-                        r1 - r0 - first);
-    });
-  }
+  double* const rows = packing + scaledDoubles(c);
+  for (Int64 r0 = alignedDown(K); r0 < rowsEnd; r0 += rowsOfBlock)
+    updateRowBlock(F, panel, c, w, rest, r0, smaller(r0 + rowsOfBlock, rowsEnd), scaled, rows);
 }
 
 Int64 factorFront(double* F, Int64 c, Int64 w, double* packing) {
@@ -238,117 +264,59 @@ Int64 factorFront(double* F, Int64 c, Int64 w, double* packing) {
   return 0;
 }
 
-// The first `count` lanes of v, zeros in the others: what stands there may be anything.
-inline Vec firstLanes(Vec v, Int64 count) {
-  using Lanes = long long __attribute__((vector_size(VL * sizeof(double))));
-  Lanes lane;
-  for (int l = 0; l < VL; ++l) lane[l] = l;
-  return lane < count ? v : Vec{};
+// The same in shares: every entry goes through the operations above, in their order.
+
+inline double* panelStart(double* F, const FrontBlock& panel) {
+  return F + (columnPlace(panel, panel.first) + panel.first);
+}
+inline Int64 wholeVectors(Int64 rows) {
+  return (rows + VL - 1) / VL * VL;
 }
 
-// The sum of a vector's lanes, its halves first; without a way through memory.
-template <class V>
-inline double laneSum(V v) {
-  if constexpr (sizeof(V) == 8 * sizeof(double))
-    return laneSum(__builtin_shufflevector(v, v, 0, 1, 2, 3) + __builtin_shufflevector(v, v, 4, 5, 6, 7));
-  else if constexpr (sizeof(V) == 4 * sizeof(double))
-    return laneSum(__builtin_shufflevector(v, v, 0, 1) + __builtin_shufflevector(v, v, 2, 3));
-  else
-    return v[0] + v[1];
+Int64 factorDiagonal(double* F, const FrontBlock& panel, Int64 c, double* packing) {
+  const Int64 K = panel.end - panel.first;
+  const Int64 rowsEnd = wholeVectors(smaller(linesOf(K), c - panel.first));
+  const Int64 zero = factorPanel(panelStart(F, panel), panel.stride, K, rowsEnd, packing);
+  return zero > 0 ? panel.first + zero : 0;
 }
 
-// The columns p .. p+N-1 of a supernode's block of L, each so that [i] is its entry in row i.
-template <int N>
-inline void findColumns(const double* L, Int64 p, Int64 c, const double* (&column)[N]) {
-  column[0] = L + p * c - p * (p + 1) / 2 - p - 1;
-#pragma GCC unroll 4
-  for (int k = 1; k < N; ++k) column[k] = column[k - 1] + (c - p - k - 1);
+template <int ib>
+void factorRowsOfBlock(double* P, Int64 stride, Int64 i0, Int64 from, Int64 to) {
+  double inverse[ib];
+  for (int k = 0; k < ib; ++k) inverse[k] = 1.0 / P[(i0 + k) * stride + i0 + k];
+  factorRowsBelow<ib>(P, stride, i0, inverse, from, to);
 }
 
-// The columns p .. p+N-1 of the forward substitution, in whole vectors that may pass the end of y and of L.
-// The first ones take the rows from w on as zeros, and set them.
-template <int N>
-inline void forwardColumns(const double* L, Int64 p, Int64 w, Int64 c, double* y) {
-  const double* column[N];
-  double value[N];
-  findColumns<N>(L, p, c, column);
-#pragma GCC unroll 4
-  for (int k = 0; k < N; ++k) {
-    value[k] = y[p + k];
-#pragma GCC unroll 4
-    for (int j = 0; j < k; ++j) value[k] = minusProduct(value[k], column[j][p + k], value[j]);
-  }
-#pragma GCC unroll 4
-  for (int k = 0; k < N; ++k) y[p + k] = value[k];
-  for (Int64 i = p + N; i < c; i += VL) {
-    Vec rest = {};
-    if (p > 0)
-      rest = load(y + i);
-    else if (i < w)
-      rest = firstLanes(load(y + i), w - i);
-#pragma GCC unroll 4
-    for (int k = 0; k < N; ++k) rest = minusProduct(rest, load(column[k] + i), inAllLanes(value[k]));
-    store(y + i, rest);
+using FactorRows = void (*)(double*, Int64, Int64, Int64, Int64);
+constexpr FactorRows factorRowsOf[blockWidth + 1] = {nullptr,
+                                                     factorRowsOfBlock<1>,
+                                                     factorRowsOfBlock<2>,
+                                                     factorRowsOfBlock<3>,
+                                                     factorRowsOfBlock<4>,
+                                                     factorRowsOfBlock<5>,
+                                                     factorRowsOfBlock<6>,
+                                                     factorRowsOfBlock<7>,
+                                                     factorRowsOfBlock<8>};
+
+void factorRows(double* F, const FrontBlock& panel, Int64 from, Int64 to, double* packing) {
+  double* const P = panelStart(F, panel);
+  const Int64 K = panel.end - panel.first, rowsEnd = wholeVectors(to);
+  for (Int64 i0 = 0; i0 < K; i0 += blockWidth) {
+    const Int64 ib = smaller(blockWidth, K - i0);
+    updateBlock(P, panel.stride, i0, ib, from, rowsEnd, packing);
+    factorRowsOf[ib](P, panel.stride, i0, from, rowsEnd);
   }
 }
 
-// The columns p .. p+N-1 of the backward substitution.
-template <int N>
-inline void backwardColumns(const double* L, Int64 p, Int64 c, double* y) {
-  const double* column[N];
-  findColumns<N>(L, p, c, column);
-  Vec sum[N] = {};
-  Int64 i = p + N;
-  for (; i + VL <= c; i += VL) {
-    const Vec v = load(y + i);
-#pragma GCC unroll 4
-    for (int k = 0; k < N; ++k) sum[k] = plusProduct(sum[k], load(column[k] + i), v);
-  }
-  if (i < c) {
-    const Vec v = firstLanes(load(y + i), c - i);
-#pragma GCC unroll 4
-    for (int k = 0; k < N; ++k) sum[k] = plusProduct(sum[k], firstLanes(load(column[k] + i), c - i), v);
-  }
-  double value[N];
-#pragma GCC unroll 4
-  for (int k = N - 1; k >= 0; --k) {  // the value that comes last is used last
-    value[k] = y[p + k] - laneSum(sum[k]);
-#pragma GCC unroll 4
-    for (int j = N - 1; j > k; --j) value[k] = minusProduct(value[k], column[k][p + j], value[j]);
-  }
-#pragma GCC unroll 4
-  for (int k = 0; k < N; ++k) y[p + k] = value[k];
+void scaleBlock(const double* F, const FrontBlock& panel, const FrontBlock& behind, double* scaled) {
+  const double* const P = F + (columnPlace(panel, panel.first) + panel.first);
+  const Int64 K = panel.end - panel.first;
+  for (Int64 j = behind.first; j < behind.end; j += NR)
+    packScaledRows(P, panel.stride, K, j - panel.first, smaller(NR, behind.end - j),
+                   scaled + (j - panel.end) * K);
 }
 
-void forward(const double* L, Int64 w, Int64 c, double* y) {
-  Int64 p = 0;
-  for (; p + 4 <= w; p += 4) forwardColumns<4>(L, p, w, c, y);
-  switch (w - p) {
-    case 1:
-      return forwardColumns<1>(L, p, w, c, y);
-    case 2:
-      return forwardColumns<2>(L, p, w, c, y);
-    case 3:
-      return forwardColumns<3>(L, p, w, c, y);
-    default:
-      return;
-  }
-}
-
-void backward(const double* L, Int64 w, Int64 c, double* y) {
-  Int64 p = w - w % 4;
-  switch (w - p) {
-    case 1:
-      backwardColumns<1>(L, p, c, y);
-      break;
-    case 2:
-      backwardColumns<2>(L, p, c, y);
-      break;
-    case 3:
-      backwardColumns<3>(L, p, c, y);
-      break;
-    default:
-      break;
-  }
-  while ((p -= 4) >= 0) backwardColumns<4>(L, p, c, y);
+void updateRows(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 from, Int64 to,
+                const double* scaled, double* packing) {
+  updateRowBlock(F, panel, c, w, c - panel.first, from, wholeVectors(to), scaled, packing);
 }

@@ -20,10 +20,19 @@ inline Number plusProduct(Number c, Number a, Number b) {
 }
 
 #include "sparse/kernels/dense_kernels_body.hpp"
+#include "sparse/kernels/solve_kernels_body.hpp"
 
 }  // namespace kernels_portable
 
-const DenseKernels portableKernels = {"portable", kernels_portable::factorFront, kernels_portable::forward,
+const DenseKernels portableKernels = {"portable",
+                                      kernels_portable::factorFront,
+                                      kernels_portable::factorDiagonal,
+                                      kernels_portable::factorRows,
+                                      kernels_portable::scaleBlock,
+                                      kernels_portable::updateRows,
+                                      kernels_portable::forward,
+                                      kernels_portable::forwardTop,
+                                      kernels_portable::forwardRows,
                                       kernels_portable::backward};
 
 }  // namespace tornwalzen

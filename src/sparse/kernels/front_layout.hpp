@@ -30,10 +30,15 @@ struct FrontBlock {
   Int64 start;       // where it lies, from the start of the front
 };
 
+/// Rows up to the next cache line.
+static constexpr Int64 linesOf(Int64 rows) {
+  return (rows + frontAlignment - 1) / frontAlignment * frontAlignment;
+}
+
 /// Leading dimension for a number of rows: whole cache lines, and no multiple of 4 KiB, which would put a row's
 /// entries of all columns into one set of the first-level cache.
 static constexpr Int64 blockStride(Int64 rows) {
-  const Int64 lines = (rows + frontAlignment - 1) / frontAlignment * frontAlignment;
+  const Int64 lines = linesOf(rows);
   return lines % 512 == 0 ? lines + frontAlignment : lines;
 }
 
@@ -77,10 +82,17 @@ constexpr Int64 updateDoubles(Int64 u) {
   return u * (u + 1) / 2;
 }
 
-/// Packing space of the dense kernels for a front of c rows: D·Lᵀ of a panel by columns, and a block of its rows of L,
-/// with the last tile of each filled up.
+/// D·Lᵀ of a panel by columns in a front of c rows, the last tile filled up.
+static constexpr Int64 scaledDoubles(Int64 c) {
+  return panelWidth * (c + largestTile);
+}
+/// A block of `rows` rows of a panel of L, at most rowsOfBlock of them, the last tile filled up.
+static constexpr Int64 packedRowsDoubles(Int64 rows) {
+  return panelWidth * ((rows < rowsOfBlock ? rows : rowsOfBlock) + largestTile);
+}
+/// Packing space of the dense kernels for a front of c rows.
 constexpr Int64 packingDoubles(Int64 c) {
-  return panelWidth * (c + largestTile) + panelWidth * ((c < rowsOfBlock ? c : rowsOfBlock) + largestTile);
+  return scaledDoubles(c) + packedRowsDoubles(c);
 }
 
 }  // namespace tornwalzen

@@ -1,0 +1,101 @@
+// Threads that stand ready for an analysis: started once, asleep between jobs. A job is divided into shares; which
+// worker takes which share changes no result, so shares must not depend on one another, and the sums within a share
+// keep their order.
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "ground/array_view.hpp"
+
+namespace tornwalzen {
+
+constexpr Int mostThreads = 64;
+
+class ThreadPool {
+ public:
+  /// A pool of `threads` workers, the calling thread being one of them: 2..mostThreads. Null where memory or a
+  /// thread cannot be had; then none was left running.
+  static std::unique_ptr<ThreadPool> start(Int threads);
+  ~ThreadPool();
+  ThreadPool(const ThreadPool&) = delete;
+  ThreadPool& operator=(const ThreadPool&) = delete;
+
+  Int threads() const { return threads_; }
+
+  /// One worker's part in a job. All workers of a job must come to the same meetings and shares in the same order.
+  class Worker {
+   public:
+    Worker(ThreadPool& pool, Int number, Int64 taken) : pool_(pool), number_(number), shares_(taken) {}
+    /// 0 on the thread that called run, else 1..threads-1.
+    Int number() const { return number_; }
+    Int count() const { return pool_.threads_; }
+    /// Returns when all workers have come here; what each did before is then seen by all.
+    void meet() { pool_.meet(); }
+    /// Calls use(i) for those i in 0..items-1 that no other worker takes, in rising order; ends with a meeting.
+    template <class Use>
+    void share(Int64 items, Use use) {
+      for (;;) {
+        const Int64 i = pool_.taken_.fetch_add(1, std::memory_order_relaxed) - shares_;
+        if (i >= items) break;
+        use(i);
+      }
+      shares_ += items + count();  // every worker asks once in vain
+      meet();
+    }
+
+   private:
+    ThreadPool& pool_;
+    const Int number_;
+    Int64 shares_;  // numbers handed out before this share
+  };
+
+  /// Calls job(worker) on all workers, the calling thread among them, and returns when all have ended. job: must not
+  /// throw, and must not call run of the same pool. In a process that was forked from the pool's own, which has the
+  /// calling thread alone, that thread is the only worker.
+  template <class Job>
+  void run(const Job& job) {
+    job_ = &job;
+    call_ = [](const void* its, Worker& worker) { (*static_cast<const Job*>(its))(worker); };
+    perform();
+  }
+
+ private:
+  explicit ThreadPool(Int threads);
+  void startHelpers();
+  void serve(Int number);
+  void perform();
+  void call(Int number);
+  void meet(Int arriving = 1);
+  void forgetLostHelpers();
+
+  Int threads_;
+  std::vector<std::thread> helpers_;
+  const long process_;
+  const void* job_ = nullptr;
+  void (*call_)(const void*, Worker&) = nullptr;  // null: the helpers end
+  Int64 takenBefore_ = 0;                         // numbers handed out before the job
+  // Each on a cache line of its own: all workers write them.
+  alignas(64) std::atomic<Int64> taken_{0};
+  alignas(64) std::atomic<Int> arrived_{0};
+  alignas(64) std::atomic<Int> meetings_{0};
+};
+
+/// Calls work(first, last) on ranges that together make up 1..length, each at least `least` long: on all workers of
+/// `pool`, or, where that is null or the length small, in one range on the calling thread.
+template <class Work>
+void inRanges(ThreadPool* pool, Int64 length, Int64 least, Work work) {
+  if (pool == nullptr || length < 2 * least) {
+    work(Int64{1}, length);
+    return;
+  }
+  const Int64 ranges = std::min<Int64>(length / least, 4 * Int64{pool->threads()});
+  pool->run([&](ThreadPool::Worker& worker) {
+    worker.share(ranges, [&](Int64 i) { work(length * i / ranges + 1, length * (i + 1) / ranges); });
+  });
+}
+
+}  // namespace tornwalzen
