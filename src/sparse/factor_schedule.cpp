@@ -97,19 +97,20 @@ double predict(const Tree& t, double limit, Int threads) {
   return top + lastEnd(LOADS.vector(), threads);
 }
 
-/// Doubles for the fronts and the stack of a range, and what the stack holds at its end. ONSTACK: scratch, zero on entry
-/// and on return.
+/// Doubles for the fronts and the stack of a range. left: out, those of its roots' update matrices, which lie elsewhere.
+/// ONSTACK: scratch, zero on entry and on return.
 Int64 spaceOf(const Tree& t, const SubtreeRange& r, Vector<Int64> ONSTACK, Int64& left) {
   Int64 stack = 0, peak = 0;
+  left = 0;
   for (Int k = r.first; k <= r.last; ++k) {
     const Int64 c = t.rows(k), own = updateDoubles(t.updateRows(k)), others = stack - ONSTACK(k);
     ONSTACK(k) = 0;
     peak = std::max(peak, frontDoubles(c, t.pivots(k)) + std::max(stack, others + packingDoubles(c)));
-    stack = others + own;
     const Int parent = t.f.PARENT(k);
-    if (parent > 0 && parent <= r.last) ONSTACK(parent) += own;
+    const bool leaves = parent == 0 || parent > r.last;
+    stack = others + (leaves ? 0 : own);
+    (leaves ? left : ONSTACK(parent)) += own;
   }
-  left = stack;
   return peak;
 }
 
@@ -133,8 +134,7 @@ bool layRanges(const Tree& t, FactorSchedule& s) {
     SubtreeRange& r = RANGES(i);
     Int64 left;
     s.rangeSpace = std::max(s.rangeSpace, spaceOf(t, r, ONSTACK.vector(), left) + 2 * frontAlignment);
-    r.updates = s.updates;
-    s.updates += left;
+    r.updatesEnd = s.updates += left;
     r.crossing = s.crossing;
     s.crossing += crossingRows(t, r);
     ORDER(i) = i;
@@ -166,7 +166,8 @@ class WaitingUpdates {
 };
 
 /// The roots of a range, the first one deepest in its update matrices.
-void pushRoots(const Tree& t, const SubtreeRange& r, Int64 end, WaitingUpdates& waiting) {
+void pushRoots(const Tree& t, const SubtreeRange& r, WaitingUpdates& waiting) {
+  Int64 end = r.updatesEnd;
   for (Int k = r.first; k <= r.last; ++k) {
     if (t.f.PARENT(k) == 0 || t.f.PARENT(k) <= r.last) continue;
     end -= updateDoubles(t.updateRows(k));
@@ -193,7 +194,7 @@ bool layTop(const Tree& t, Int threads, FactorSchedule& s) {
   for (Int64 i = 1; i <= TOP.length(); ++i) {
     TopFront& top = TOP(i);
     for (; range <= RANGES.length() && RANGES(range).last < top.supernode; ++range)
-      pushRoots(t, RANGES(range), range < RANGES.length() ? RANGES(range + 1).updates : s.updates, waiting);
+      pushRoots(t, RANGES(range), waiting);
     top.firstChild = child + 1;
     for (Int n = 0; n < t.f.NCHILD(top.supernode); ++n) {
       const TopChild popped = waiting.pop();

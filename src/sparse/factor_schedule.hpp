@@ -13,9 +13,9 @@ namespace tornwalzen {
 /// Consecutive supernodes; with each, all its descendants.
 struct SubtreeRange {
   Int first, last;
-  double work;    // as frontWork counts
-  Int64 updates;  // place of its roots' update matrices, which wait for the top: those of the last root first
-  Int64 crossing;  // place of what its forward substitution adds to rows behind it
+  double work;       // as frontWork counts
+  Int64 updatesEnd;  // place behind its roots' update matrices, which wait for the top: the last root's first
+  Int64 crossing;    // place of what its forward substitution adds to rows behind it
 };
 
 /// A front of the top.

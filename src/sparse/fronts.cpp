@@ -110,9 +110,11 @@ Int eliminateRange(const Elimination& a, Int first, Int last, FrontSpace& space,
       IERR = ierr::zeroPivot;
       return k;
     }
-    space.stackTop -= updateDoubles(c - w);
-    storeUpdate(F, space.stackTop, w + 1, c);
-    if (c > w) space.STACK(++space.pending) = k;
+    const bool leaves = a.f.PARENT(k) > last;
+    double*& top = leaves ? space.leaving : space.stackTop;
+    top -= updateDoubles(c - w);
+    storeUpdate(F, top, w + 1, c);
+    if (c > w && !leaves) space.STACK(++space.pending) = k;
     storeFactor(F, block, a.D + (a.f.XSUP(k) - 1), 1, w);
   }
   IERR = ierr::ok;

@@ -84,10 +84,12 @@ struct FrontSpace {
   Vector<Int> STACK;   // supernodes whose update matrices are on the stack
   double* front;       // where every front starts; null: each where its part of L will be
   double* stackTop;    // of the update matrices, which grow downwards
-  Int pending = 0;     // update matrices on the stack
+  double* leaving =
+      nullptr;      // likewise where those go whose parent does not follow; none where all parents do
+  Int pending = 0;  // update matrices on the stack
 };
 
-/// Eliminates the supernodes first .. last one after the other; their children are among them. IERR: out, 0, noPlace or
+/// Eliminates the supernodes first .. last one after the other; with each, all its descendants are among them. IERR: out, 0, noPlace or
 /// zeroPivot. Returns the supernode that failed.
 Int eliminateRange(const Elimination& a, Int first, Int last, FrontSpace& space, Int& IERR);
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
 
 #include "ground/thread_pool.hpp"
 #include "sparse/kernels/dense_kernels.hpp"
@@ -40,9 +39,61 @@ struct ColumnBlocks {
   Int64 c, w;
   Int64 ofPivots() const { return (w + panelWidth - 1) / panelWidth; }
   Int64 count() const { return ofPivots() + (c - w + panelWidth - 1) / panelWidth; }
+  /// Blocks that begin before a column, zero-based.
+  Int64 before(Int64 column) const {
+    return column <= w ? (column + panelWidth - 1) / panelWidth
+                       : ofPivots() + (column - w + panelWidth - 1) / panelWidth;
+  }
   /// First column of block b, zero-based both.
   Int64 first(Int64 b) const { return b < ofPivots() ? b * panelWidth : w + (b - ofPivots()) * panelWidth; }
   Int64 end(Int64 b) const { return std::min(first(b) + panelWidth, b < ofPivots() ? w : c); }
+};
+
+/// The rest of a front behind a panel, cut into tiles of some hundred rows and columns, so that what a tile reads of L
+/// stays in the second-level cache. The first tile is the next panel's diagonal block; the lower ones, which are the
+/// longest, come before the upper ones.
+class UpdateTiles {
+ public:
+  struct Tile {
+    Int64 from, to;              // rows, in the panel's counting
+    Int64 firstBlock, endBlock;  // columns, as blocks of the front
+  };
+
+  UpdateTiles(const ColumnBlocks& blocks, const FrontBlock& panel, Int threads)
+      : blocks_(blocks), panel_(panel), rows_(blocks.c - panel.first), behind_(blocks.before(panel.end)) {
+    const Int64 K = panel.end - panel.first;
+    start_ = K / frontAlignment * frontAlignment;
+    next_ = std::min(start_ + panelWidth, rows_);
+    height_ = leastRows * std::clamp<Int64>(rows_ / (leastRows * 2 * threads), 1, mostHeight);
+    bands_ = (rows_ - next_ + height_ - 1) / height_;
+    count_ = rows_ > K ? 1 : 0;
+    for (Int64 band = 0; band < bands_; ++band) count_ += tilesOf(band);
+  }
+  Int64 count() const { return count_; }
+  Tile operator[](Int64 i) const {
+    if (i == 0) return {start_, next_, behind_, blocksUpTo(next_)};
+    --i;
+    Int64 band = bands_ - 1;
+    for (; i >= tilesOf(band); --band) i -= tilesOf(band);
+    const Int64 first = behind_ + i * blocksOfTile;
+    return {next_ + band * height_, endOf(band), first,
+            std::min(first + blocksOfTile, blocksUpTo(endOf(band)))};
+  }
+
+ private:
+  static constexpr Int64 mostHeight = 3;  // in leastRows
+  static constexpr Int64 blocksOfTile = 8;
+
+  Int64 endOf(Int64 band) const { return std::min(next_ + (band + 1) * height_, rows_); }
+  Int64 blocksUpTo(Int64 row) const { return blocks_.before(panel_.first + row); }
+  Int64 tilesOf(Int64 band) const {
+    return (blocksUpTo(endOf(band)) - behind_ + blocksOfTile - 1) / blocksOfTile;
+  }
+
+  const ColumnBlocks blocks_;
+  const FrontBlock panel_;
+  const Int64 rows_, behind_;
+  Int64 start_, next_, height_, bands_, count_;
 };
 
 class TeamNumeric {
@@ -79,12 +130,11 @@ class TeamNumeric {
   Int code() const { return failure_.code(); }
 
  private:
-  /// The places of a range in the space of one worker; its update matrices then go to their own.
+  /// A range in the space of one worker.
   void range(Worker& me, const SubtreeRange& r) {
     if (r.first > failure_.supernode()) return;
     double* const space = doubles_ + s_.space() + me.number() * s_.rangeSpace;
-    double* const end = space + s_.rangeSpace;
-    FrontSpace fronts{BIGMAP_, STACK_, space, end};
+    FrontSpace fronts{BIGMAP_, STACK_, space, space + s_.rangeSpace, doubles_ + r.updatesEnd};
     if (me.number() > 0) {
       const Int64 NEQ = BIGMAP_.length(), m = STACK_.length();
       Int* const own = INTEGERS_.data() + (me.number() - 1) * (NEQ + m);
@@ -93,9 +143,7 @@ class TeamNumeric {
     }
     Int IERR;
     const Int failed = eliminateRange(a_, r.first, r.last, fronts, IERR);
-    if (failed > 0) return failure_.tell(failed, IERR);
-    std::memcpy(doubles_ + r.updates, fronts.stackTop,
-                static_cast<std::size_t>(end - fronts.stackTop) * sizeof(double));
+    if (failed > 0) failure_.tell(failed, IERR);
   }
 
   double* frontOfTop() const { return doubles_ + s_.space(); }
@@ -166,21 +214,19 @@ class TeamNumeric {
       });
     }
     const ColumnBlocks blocks{c, w};
-    const Int64 behind = panel.end < w ? panel.end / panelWidth : blocks.ofPivots();
+    const Int64 behind = blocks.before(panel.end);
     me.share(blocks.count() - behind, [&](Int64 b) {
       a_.kernels.scaleBlock(F.first(), panel, blockFrom(blocks.first(behind + b), 0, c, w), scaledOfTop());
     });
-    const Int64 start = K / frontAlignment * frontAlignment, next = std::min(start + panelWidth, rows);
-    const Int64 height =
-        leastRows * std::clamp<Int64>(rows / (leastRows * 6 * me.count()), 1, rowsOfBlock / leastRows);
-    const Int64 lower = (rows - next + height - 1) / height;
-    me.share(rows > K ? lower + 1 : 0,
-             [&](Int64 i) {  // the longest rows first, behind those of the next diagonal
-               const Int64 from = i == 0 ? start : next + (lower - i) * height,
-                           to = i == 0 ? next : std::min(from + height, rows);
-               a_.kernels.updateRows(F.first(), panel, c, w, from, to, scaledOfTop(), packingOf(me));
-               if (i == 0 && panel.end < w) diagonal(me, k, F, blockAfter(panel, c, w));
-             });
+    const UpdateTiles tiles(blocks, panel, me.count());
+    me.share(tiles.count(), [&](Int64 i) {
+      const UpdateTiles::Tile t = tiles[i];
+      FrontBlock first = blockAfter(panel, c, w);
+      for (Int64 b = behind; b < t.firstBlock; ++b) first = blockAfter(first, c, w);
+      a_.kernels.updateRows(F.first(), panel, first, c, w, blocks.end(t.endBlock - 1), t.from, t.to,
+                            scaledOfTop(), packingOf(me));
+      if (i == 0 && panel.end < w) diagonal(me, k, F, blockAfter(panel, c, w));
+    });
   }
 
   const Elimination& a_;

@@ -32,8 +32,8 @@ struct DenseKernels {
   Int64 (*factorDiagonal)(double* F, const FrontBlock& panel, Int64 c, double* packing);
   void (*factorRows)(double* F, const FrontBlock& panel, Int64 from, Int64 to, double* packing);
   void (*scaleBlock)(const double* F, const FrontBlock& panel, const FrontBlock& behind, double* scaled);
-  void (*updateRows)(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 from, Int64 to,
-                     const double* scaled, double* packing);
+  void (*updateRows)(double* F, const FrontBlock& panel, const FrontBlock& behind, Int64 c, Int64 w,
+                     Int64 end, Int64 from, Int64 to, const double* scaled, double* packing);
 
   /// One supernode of w columns and c rows in the forward substitution: y1 := L11⁻¹·y1, y2 := -L21·y1.
   /// L: in, its columns one after the other, each from below its diagonal: trapezoidEntries(w, c), then

@@ -210,22 +210,23 @@ inline void packRows(const double* A, Int64 stride, Int64 K, Int64 rows, double*
   }
 }
 
-// Step 3: calls visit(j, nr, C) for the tiles of columns j .. j+nr-1 behind the panel, up to `end`, in the
+// Step 3: calls visit(j, nr, C) for the tiles of columns j .. j+nr-1 from block b on, up to `end`, in the
 // panel's counting; C is the first of them, C[i] its entry in row i.
 template <class Visit>
-inline void forTilesBehind(const FrontBlock& panel, double* F, Int64 c, Int64 w, Int64 end, Visit visit) {
-  for (FrontBlock b = blockAfter(panel, c, w); b.first < panel.first + end; b = blockAfter(b, c, w))
+inline void forTiles(FrontBlock b, const FrontBlock& panel, double* F, Int64 c, Int64 w, Int64 end,
+                     Visit visit) {
+  for (; b.first < panel.first + end; b = blockAfter(b, c, w))
     for (Int64 j = b.first; j < smaller(b.end, panel.first + end); j += NR)
       visit(j - panel.first, smaller(NR, b.end - j), F + (columnPlace(b, j) + panel.first), b.stride);
 }
 
-// The tiles in rows r0 .. r1-1 behind a panel of K columns, up to column `rest`.
-inline void updateRowBlock(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 rest, Int64 r0,
-                           Int64 r1, const double* scaled, double* rows) {
+// The tiles in rows r0 .. r1-1 from the block `behind` the panel up to column `rest`, in the panel's counting.
+inline void updateRowBlock(double* F, const FrontBlock& panel, const FrontBlock& behind, Int64 c, Int64 w,
+                           Int64 rest, Int64 r0, Int64 r1, const double* scaled, double* rows) {
   const double* const P = F + (columnPlace(panel, panel.first) + panel.first);
   const Int64 stride = panel.stride, K = panel.end - panel.first;
   packRows(P + r0, stride, K, r1 - r0, rows);
-  forTilesBehind(panel, F, c, w, smaller(rest, r1), [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
+  forTiles(behind, panel, F, c, w, smaller(rest, r1), [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
     // whole tiles of rows from the one that holds the diagonal; what lies above it is scratch
     const Int64 first = j <= r0 ? 0 : (j - r0) / (MV * VL) * (MV * VL);
     anyColumnsOfTiles(nr, K, rows + first * K, 0, scaled + (j - K) * K, C + r0 + first, cStride,
@@ -237,12 +238,12 @@ inline void updateRest(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int
   const double* const P = F + (columnPlace(panel, panel.first) + panel.first);
   const Int64 stride = panel.stride, K = panel.end - panel.first, rest = c - panel.first;
   double* const scaled = packing;  // D·Lᵀ, one tile of columns behind the other
-  forTilesBehind(panel, F, c, w, rest, [&](Int64 j, Int64 nr, double*, Int64) {
+  forTiles(blockAfter(panel, c, w), panel, F, c, w, rest, [&](Int64 j, Int64 nr, double*, Int64) {
     packScaledRows(P, stride, K, j, nr, scaled + (j - K) * K);
   });
   constexpr Int64 fewRows = 96;  // fronts so small that the panel stays in the first-level cache as it lies
   if (rowsEnd - K <= fewRows) {
-    forTilesBehind(panel, F, c, w, rest, [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
+    forTiles(blockAfter(panel, c, w), panel, F, c, w, rest, [&](Int64 j, Int64 nr, double* C, Int64 cStride) {
       const Int64 first = alignedDown(j);
       anyColumnsOfTiles(nr, K, P + first, stride, scaled + (j - K) * K, C + first, cStride, rowsEnd - first);
     });
@@ -250,7 +251,8 @@ inline void updateRest(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int
   }
   double* const rows = packing + scaledDoubles(c);
   for (Int64 r0 = alignedDown(K); r0 < rowsEnd; r0 += rowsOfBlock)
-    updateRowBlock(F, panel, c, w, rest, r0, smaller(r0 + rowsOfBlock, rowsEnd), scaled, rows);
+    updateRowBlock(F, panel, blockAfter(panel, c, w), c, w, rest, r0, smaller(r0 + rowsOfBlock, rowsEnd),
+                   scaled, rows);
 }
 
 Int64 factorFront(double* F, Int64 c, Int64 w, double* packing) {
@@ -316,7 +318,7 @@ void scaleBlock(const double* F, const FrontBlock& panel, const FrontBlock& behi
                    scaled + (j - panel.end) * K);
 }
 
-void updateRows(double* F, const FrontBlock& panel, Int64 c, Int64 w, Int64 from, Int64 to,
-                const double* scaled, double* packing) {
-  updateRowBlock(F, panel, c, w, c - panel.first, from, wholeVectors(to), scaled, packing);
+void updateRows(double* F, const FrontBlock& panel, const FrontBlock& behind, Int64 c, Int64 w, Int64 end,
+                Int64 from, Int64 to, const double* scaled, double* packing) {
+  updateRowBlock(F, panel, behind, c, w, end - panel.first, from, wholeVectors(to), scaled, packing);
 }
