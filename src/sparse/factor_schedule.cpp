@@ -211,6 +211,26 @@ bool layTop(const Tree& t, Int threads, FactorSchedule& s) {
   return true;
 }
 
+/// Parents in the top, and DOWNWARDS.
+bool findParents(const Tree& t, FactorSchedule& s) {
+  OwnArray<Int> PLACE("PLACE");  // in TOP, of a supernode
+  if (!PLACE.allocate(t.m)) return false;
+  const Vector<TopFront> TOP = s.TOP.vector();
+  const Vector<Int> DOWNWARDS = s.DOWNWARDS.vector();
+  const auto place = [&](Int parent) { return parent > 0 ? PLACE.vector()(parent) : 0; };
+  for (Int i = 1; i <= TOP.length(); ++i) PLACE.vector()(TOP(i).supernode) = DOWNWARDS(i) = i;
+  for (Int i = 1; i <= TOP.length(); ++i) TOP(i).parent = place(t.f.PARENT(TOP(i).supernode));
+  for (Int64 i = 1; i <= s.RANGES.length(); ++i) {
+    SubtreeRange& r = s.RANGES.vector()(i);
+    r.parent = place(t.f.PARENT(r.last));
+  }
+  std::sort(DOWNWARDS.data(), DOWNWARDS.data() + DOWNWARDS.length(), [&](Int a, Int b) {
+    const double workA = t.TOTAL(TOP(a).supernode), workB = t.TOTAL(TOP(b).supernode);
+    return workA != workB ? workA > workB : a > b;
+  });
+  return true;
+}
+
 }  // namespace
 
 double frontWork(Int64 c, Int64 w) {
@@ -223,7 +243,7 @@ double frontWork(Int64 c, Int64 w) {
 
 Int64 FactorSchedule::bytes() const {
   return static_cast<Int64>(sizeof(SubtreeRange)) * RANGES.length() +
-         static_cast<Int64>(sizeof(Int)) * ORDER.length() +
+         static_cast<Int64>(sizeof(Int)) * (ORDER.length() + DOWNWARDS.length()) +
          static_cast<Int64>(sizeof(TopFront)) * TOP.length() +
          static_cast<Int64>(sizeof(TopChild)) * CHILDREN.length();
 }
@@ -256,18 +276,16 @@ bool makeSchedule(const FactorStructure& f, Int m, Int threads, FactorSchedule& 
 
   const Counts n = count(t, limit);
   if (!s.RANGES.allocate(n.ranges) || !s.ORDER.allocate(n.ranges) || !s.TOP.allocate(n.top) ||
-      !s.CHILDREN.allocate(n.children))
+      !s.DOWNWARDS.allocate(n.top) || !s.CHILDREN.allocate(n.children))
     return false;
   Int64 range = 0, top = 0;
   divide(
       t, limit,
-      [&](Int first, Int last, double work) {
-        s.RANGES.vector()(++range) = {first, last, work, 0, 0};
-      },
+      [&](Int first, Int last, double work) { s.RANGES.vector()(++range) = {first, last, 0, work, 0, 0}; },
       [&](Int k) {
-        s.TOP.vector()(++top) = {k, false, 0, 0};
+        s.TOP.vector()(++top) = {k, false, 0, 0, 0};
       });
-  if (!layRanges(t, s) || !layTop(t, threads, s)) return false;
+  if (!layRanges(t, s) || !layTop(t, threads, s) || !findParents(t, s)) return false;
   s.divides = true;
   return true;
 }

@@ -13,6 +13,7 @@ namespace tornwalzen {
 /// Consecutive supernodes; with each, all its descendants.
 struct SubtreeRange {
   Int first, last;
+  Int parent;        // in TOP, of the last root: those of the others are above it; 0 for none
   double work;       // as frontWork counts
   Int64 updatesEnd;  // place behind its roots' update matrices, which wait for the top: the last root's first
   Int64 crossing;    // place of what its forward substitution adds to rows behind it
@@ -24,6 +25,7 @@ struct TopFront {
   bool shared;       // divided among all threads; else one thread does it
   Int64 firstChild;  // in CHILDREN, NCHILD of them
   Int64 update;      // place of its update matrix
+  Int parent;        // in TOP, 0 for a root
 };
 
 /// A child of a front of the top; they stand in the order in which they are added.
@@ -37,6 +39,7 @@ struct FactorSchedule {
   OwnArray<SubtreeRange> RANGES{"RANGES"};  // ascending
   OwnArray<Int> ORDER{"ORDER"};             // the ranges by falling work: the order in which they are begun
   OwnArray<TopFront> TOP{"TOP"};            // ascending
+  OwnArray<Int> DOWNWARDS{"DOWNWARDS"};  // the top by falling work of the subtrees, parents before children
   OwnArray<TopChild> CHILDREN{"CHILDREN"};
   Int64 rangeSpace = 0;    // doubles that the front, the stack and the packing of a range take at most
   Int64 topPacking = 0;    // what the top's fronts take at most: the packing lies behind it,

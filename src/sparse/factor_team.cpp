@@ -13,7 +13,7 @@ bool allocate(FactorTeam& team, Vector<Int> WORK) {
   const Int64 space = std::max(team.threads * s.rangeSpace, s.topSpace);
   if (!team.DOUBLES.allocate(s.space() + space + frontAlignment) ||
       !team.INTEGERS.allocate(others * (NEQ + m)) || !team.CROSSING.allocate(s.crossing) ||
-      !team.ROWS.allocate(team.threads * linesOf(s.largestFront + solveMargin)))
+      !team.ROWS.allocate(team.threads * team.rowsOfWorker()) || !team.ENDED.allocate(s.TOP.length()))
     return false;
   team.INTEGERS.fill(0);
   return true;
@@ -23,7 +23,7 @@ bool allocate(FactorTeam& team, Vector<Int> WORK) {
 
 Int64 FactorTeam::bytes() const {
   return static_cast<Int64>(sizeof(double)) * (DOUBLES.length() + CROSSING.length() + ROWS.length()) +
-         static_cast<Int64>(sizeof(Int)) * INTEGERS.length() + schedule.bytes();
+         static_cast<Int64>(sizeof(Int)) * (INTEGERS.length() + ENDED.length()) + schedule.bytes();
 }
 
 FactorTeam* teamOf(Analysis& run, SolverProtocol& protocol, Vector<Int> WORK) {

@@ -2,6 +2,8 @@
 // RWORK.
 #pragma once
 
+#include <atomic>
+
 #include "ground/analysis.hpp"
 #include "sparse/factor_schedule.hpp"
 
@@ -16,7 +18,10 @@ struct FactorTeam {
   OwnArray<Int> INTEGERS{"INTEGERS"};     // BIGMAP and STACK of each worker but the first
   OwnArray<double> CROSSING{"CROSSING"};  // what the forward substitution of ranges adds to rows behind them
   OwnArray<double> ROWS{"ROWS"};          // a supernode's rows for each worker of the solve
+  OwnArray<std::atomic<Int>> ENDED{
+      "ENDED"};  // by fronts of the top: has the backward substitution found its rows?
 
+  Int64 rowsOfWorker() const { return linesOf(schedule.largestFront + solveMargin); }
   Int64 bytes() const;
 };
 

@@ -21,24 +21,26 @@ namespace {
 // What stands in WORK between the steps, and the checksum that the protocol keeps of each part.
 enum GuardedPart { orderedPart, factorPart, matrixColumnsPart };
 
-std::uint64_t sumOf(Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
+std::uint64_t sumOf(Vector<const Int> WORK, GuardedPart part, Int64 NNZ, ThreadPool* pool) {
   const Int64 free3 = WORK(header::freePhase3);
   switch (part) {
     case orderedPart:
-      return structureSum(WORK, 1, Int64{WORK(header::freePhase2)} - 1);
+      return structureSum(WORK, 1, Int64{WORK(header::freePhase2)} - 1, pool);
     case factorPart:
-      return structureSum(WORK, 1, free3 - 1);
+      return structureSum(WORK, 1, free3 - 1, pool);
     default:
-      return structureSum(WORK, free3, free3 + NNZ - 1);  // XUPPER and COLIDX
+      return structureSum(WORK, free3, free3 + NNZ - 1, pool);  // XUPPER and COLIDX
   }
 }
 
-bool intact(const SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
-  return WORK.length() > header::length && sumOf(WORK, part, NNZ) == protocol.structureSum[part];
+bool intact(const SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ,
+            ThreadPool* pool) {
+  return WORK.length() > header::length && sumOf(WORK, part, NNZ, pool) == protocol.structureSum[part];
 }
 
-void remember(SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ) {
-  protocol.structureSum[part] = sumOf(WORK, part, NNZ);
+void remember(SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ,
+              ThreadPool* pool) {
+  protocol.structureSum[part] = sumOf(WORK, part, NNZ, pool);
 }
 
 void printControlFailure(Analysis& run, Int phase) {
@@ -52,15 +54,16 @@ void printControlFailure(Analysis& run, Int phase) {
 }
 
 // Phase 2, or what it determined before: it may be repeated, although it drops the adjacency that it needs.
-void symbolicOnce(SolverProtocol& protocol, Int64 NNZ, Vector<Int> WORK, PhaseSizes& sizes, Int& IERR) {
-  if (protocol.lastPhase >= 2 && intact(protocol, WORK, factorPart, NNZ)) {
+void symbolicOnce(ThreadPool* pool, SolverProtocol& protocol, Int64 NNZ, Vector<Int> WORK, PhaseSizes& sizes,
+                  Int& IERR) {
+  if (protocol.lastPhase >= 2 && intact(protocol, WORK, factorPart, NNZ, pool)) {
     sizes.f1 = WORK(header::largestFront);
     sizes.f2 = WORK(header::largestUpdate);
     sizes.g = WORK(header::realGrowth);
     IERR = ierr::ok;
     return;
   }
-  if (!intact(protocol, WORK, orderedPart, NNZ)) {
+  if (!intact(protocol, WORK, orderedPart, NNZ, pool)) {
     IERR = ierr::damaged;
     return;
   }
@@ -68,22 +71,24 @@ void symbolicOnce(SolverProtocol& protocol, Int64 NNZ, Vector<Int> WORK, PhaseSi
   if (IERR != ierr::ok) return;
   protocol.lastPhase = 2;
   protocol.factorized = false;
-  remember(protocol, WORK, factorPart, NNZ);
+  remember(protocol, WORK, factorPart, NNZ, pool);
 }
 
 void numericGuarded(Analysis& run, SolverProtocol& protocol, Vector<const Int> COLS, Vector<const Int> ROWI,
                     Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK, Int& IERR) {
   const Int64 NNZ = ROWI.length();
   const bool first = !protocol.factorized;
+  ThreadPool* const pool = run.pool.get();
   protocol.factorValid = false;
   IERR = ierr::damaged;
-  if (!intact(protocol, WORK, factorPart, NNZ) || (!first && !intact(protocol, WORK, matrixColumnsPart, NNZ)))
+  if (!intact(protocol, WORK, factorPart, NNZ, pool) ||
+      (!first && !intact(protocol, WORK, matrixColumnsPart, NNZ, pool)))
     return;
   FactorTeam* const team = teamOf(run, protocol, WORK);
   if (team != nullptr) run.record.threadBytes = std::max(run.record.threadBytes, team->bytes());
   numericPhase(kernelsOf(run), team, first, COLS, ROWI, SYSM, WORK, RWORK, IERR);
   if (IERR == ierr::shortWork3) return;
-  if (first) remember(protocol, WORK, matrixColumnsPart, NNZ);
+  if (first) remember(protocol, WORK, matrixColumnsPart, NNZ, pool);
   protocol.factorized = true;
   protocol.lastPhase = 3;
   protocol.factorValid = IERR == ierr::ok;
@@ -95,6 +100,7 @@ void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const I
               Vector<const Int> ROWI, Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK,
               PhaseSizes& sizes, Int& IERR) {
   const Int64 NNZ = ROWI.length();
+  ThreadPool* const pool = run.pool.get();
   const bool hasHeader = WORK.length() >= header::length;
   const Int started = phase == 1 || !hasHeader ? 0 : WORK(header::phase);
   IERR = ierr::outOfOrder;
@@ -107,11 +113,11 @@ void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const I
       orderingPhase(COLS, ROWI, WORK, sizes.s, sizes.m, IERR);
       if (IERR != ierr::ok) break;
       protocol.lastPhase = 1;
-      remember(protocol, WORK, orderedPart, NNZ);
+      remember(protocol, WORK, orderedPart, NNZ, pool);
       break;
     case 2:
       WORK(header::freeNow1) = WORK(header::freeNow2) = WORK(header::freePhase2);
-      symbolicOnce(protocol, NNZ, WORK, sizes, IERR);
+      symbolicOnce(pool, protocol, NNZ, WORK, sizes, IERR);
       break;
     case 3:
       WORK(header::freeNow1) = WORK(header::freeNow2) = WORK(header::freePhase3);
@@ -127,8 +133,8 @@ const DenseKernels& kernelsOf(const Analysis& run) {
   return run.kernels != nullptr ? *run.kernels : denseKernelTables().best();
 }
 
-bool factorStands(const SolverProtocol& protocol, Vector<const Int> WORK) {
-  return protocol.lastPhase == 3 && protocol.factorValid && intact(protocol, WORK, factorPart, 0);
+bool factorStands(const SolverProtocol& protocol, Vector<const Int> WORK, ThreadPool* pool) {
+  return protocol.lastPhase == 3 && protocol.factorValid && intact(protocol, WORK, factorPart, 0, pool);
 }
 
 }  // namespace tornwalzen

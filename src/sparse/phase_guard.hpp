@@ -24,7 +24,8 @@ void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const I
 /// The dense kernels that the analysis uses.
 const DenseKernels& kernelsOf(const Analysis& run);
 
-/// True if WORK is still what phase 3 left and a valid factor stands: what the solve needs.
-bool factorStands(const SolverProtocol& protocol, Vector<const Int> WORK);
+/// True if WORK is still what phase 3 left and a valid factor stands: what the solve needs. pool: in, threads that may
+/// help; null: none.
+bool factorStands(const SolverProtocol& protocol, Vector<const Int> WORK, ThreadPool* pool = nullptr);
 
 }  // namespace tornwalzen

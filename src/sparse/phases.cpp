@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "ground/messages.hpp"
+#include "sparse/factor_team.hpp"
 #include "sparse/phase_error.hpp"
 #include "sparse/phase_guard.hpp"
 #include "sparse/solve.hpp"
@@ -84,11 +85,14 @@ void factorizeStep(Analysis& run, SolverState& system, Vector<const Int> COLS, V
 // its message stands; otherwise the factor is missing or WORK was damaged since.
 void solveStep(Analysis& run, SolverState& system, Vector<Int> WORK, Vector<double> RWORK,
                Vector<const double> RHS, Vector<double> SOLUTION, Vector<double> WRHS) {
-  const bool usable = factorStands(system.protocol, WORK);
-  for (Int64 i = 1; i <= system.neq; ++i) SOLUTION(i) = usable ? RHS(i) : 0.0;
+  const bool usable = factorStands(system.protocol, WORK, run.pool.get());
+  constexpr Int64 leastCopied = 32768;  // entries, for a thread
+  inRanges(run.pool.get(), system.neq, leastCopied, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) SOLUTION(i) = usable ? RHS(i) : 0.0;
+  });
   Int IERR = ierr::damaged;
   if (usable)
-    triangularSolve(kernelsOf(run), RWORK, WORK, WRHS, SOLUTION, IERR);
+    triangularSolve(kernelsOf(run), teamOf(run, system.protocol, WORK), RWORK, WORK, WRHS, SOLUTION, IERR);
   else if (system.protocol.factorFailed)
     return;
   if (IERR != ierr::ok) failSolver(run, solveFailed);

@@ -4,12 +4,13 @@
 
 #include "sparse/kernels/dense_kernels.hpp"
 #include "sparse/phase_error.hpp"
+#include "sparse/team_solve.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
 
-void triangularSolve(const DenseKernels& kernels, Vector<double> RWORK, Vector<Int> WORK, Vector<double> WRHS,
-                     Vector<double> SOLUTION, Int& IERR) {
+void triangularSolve(const DenseKernels& kernels, FactorTeam* team, Vector<double> RWORK, Vector<Int> WORK,
+                     Vector<double> WRHS, Vector<double> SOLUTION, Int& IERR) {
   const Int NEQ = WORK(header::equations), m = WORK(header::supernodes);
   const Int64 required = Int64{WORK(header::freePhase3)} - 1;
   if (WORK.length() < required) {
@@ -19,6 +20,7 @@ void triangularSolve(const DenseKernels& kernels, Vector<double> RWORK, Vector<I
   }
   IERR = ierr::ok;
   const FactorStructure f = factorStructure(WORK);
+  if (team != nullptr) return solveInTeam(kernels, f, *team, RWORK, WRHS, SOLUTION);
   const double* const D = RWORK.data();
   const double* const L = D + NEQ;
   double* const y =

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "ground/thread_pool.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
@@ -14,6 +15,26 @@ constexpr int lanes = 8;  // of 64 bits, two entries each
 
 struct Sums {
   std::uint64_t plain[lanes] = {}, weighted[lanes] = {};
+
+  /// As if what `later` has summed, over `words` of each lane, had been added here.
+  void append(const Sums& later, Int64 words) {
+    for (int l = 0; l < lanes; ++l) {
+      weighted[l] += static_cast<std::uint64_t>(words) * plain[l] + later.weighted[l];
+      plain[l] += later.plain[l];
+    }
+  }
+  /// As add, by parts on the threads of the pool.
+  void addInParts(ThreadPool* pool, const Int* first, Int64 count) {
+    constexpr Int64 parts = mostThreads, step = 2 * lanes, leastCount = 1 << 18;
+    if (pool == nullptr || count < leastCount) return add(first, count);
+    const Int64 words = count / step / parts;  // of each lane in a part; the rest is added behind them
+    Sums sums[parts];
+    inRanges(pool, parts, 1, [&](Int64 from, Int64 to) {
+      for (Int64 i = from; i <= to; ++i) sums[i - 1].add(first + (i - 1) * words * step, words * step);
+    });
+    for (const Sums& part : sums) append(part, words);
+    add(first + parts * words * step, count - parts * words * step);
+  }
 
   void add(const Int* first, Int64 count) {
     Int64 i = 0;
@@ -46,7 +67,7 @@ struct Sums {
 
 }  // namespace
 
-std::uint64_t structureSum(Vector<const Int> WORK, Int64 first, Int64 last) {
+std::uint64_t structureSum(Vector<const Int> WORK, Int64 first, Int64 last, ThreadPool* pool) {
   if (first < 1 || last > WORK.length()) return 0;
   Sums sums;
   for (const Int changing : {header::shortage, header::freeNow1, header::freeNow2, header::phase}) {
@@ -54,7 +75,7 @@ std::uint64_t structureSum(Vector<const Int> WORK, Int64 first, Int64 last) {
     sums.add(WORK.data() + (first - 1), changing - first);
     first = changing + 1;
   }
-  sums.add(WORK.data() + (first - 1), last - first + 1);
+  sums.addInParts(pool, WORK.data() + (first - 1), last - first + 1);
   return sums.value() | 1;  // never the 0 of a range that leaves WORK
 }
 

@@ -275,7 +275,7 @@ TEST(SolverProtocol, ShortWorkAtEachPhaseLeavesItsRequirement) {
   EXPECT_EQ(phase(3, run.solver.niwor, L + a.n + scratch), ierr::ok);
 
   std::vector<double> x(a.n, 1.0), scratchVector(a.n);
-  triangularSolve(kernelsOf(run), {"RWORK", solver.rwork.data(), run.solver.nrk},
+  triangularSolve(kernelsOf(run), nullptr, {"RWORK", solver.rwork.data(), run.solver.nrk},
                   {"WORK", solver.work.data(), needed - 2}, {"WRHS", scratchVector.data(), a.n},
                   {"RB", x.data(), a.n}, IERR);
   EXPECT_EQ(IERR, ierr::shortWorkSolve);
