@@ -7,15 +7,29 @@ namespace tornwalzen {
 
 namespace {
 
+/// CROSSROWS: the rows behind each range in the lists of its supernodes.
+void listCrossingRows(const FactorStructure& f, FactorTeam& team) {
+  const Vector<Int> CROSSROWS = team.CROSSROWS.vector();
+  Int64 count = 0;
+  for (Int64 i = 1; i <= team.schedule.RANGES.length(); ++i) {
+    const SubtreeRange& r = team.schedule.RANGES.vector()(i);
+    for (Int k = r.first; k <= r.last; ++k)
+      for (Int64 t = f.XLINDX(k); t < f.XLINDX(k + 1); ++t)
+        if (f.LINDX(t) >= f.XSUP(r.last + 1)) CROSSROWS(++count) = f.LINDX(t);
+  }
+}
+
 bool allocate(FactorTeam& team, Vector<Int> WORK) {
   const Int64 NEQ = WORK(header::equations), m = WORK(header::supernodes), others = team.threads - 1;
   const FactorSchedule& s = team.schedule;
   const Int64 space = std::max(team.threads * s.rangeSpace, s.topSpace);
   if (!team.DOUBLES.allocate(s.space() + space + frontAlignment) ||
       !team.INTEGERS.allocate(others * (NEQ + m)) || !team.CROSSING.allocate(s.crossing) ||
-      !team.ROWS.allocate(team.threads * team.rowsOfWorker()) || !team.ENDED.allocate(s.TOP.length()))
+      !team.CROSSROWS.allocate(s.crossing) || !team.ROWS.allocate(team.threads * team.rowsOfWorker()) ||
+      !team.ENDED.allocate(s.TOP.length()))
     return false;
   team.INTEGERS.fill(0);
+  listCrossingRows(factorStructure(WORK), team);
   return true;
 }
 
@@ -23,7 +37,8 @@ bool allocate(FactorTeam& team, Vector<Int> WORK) {
 
 Int64 FactorTeam::bytes() const {
   return static_cast<Int64>(sizeof(double)) * (DOUBLES.length() + CROSSING.length() + ROWS.length()) +
-         static_cast<Int64>(sizeof(Int)) * (INTEGERS.length() + ENDED.length()) + schedule.bytes();
+         static_cast<Int64>(sizeof(Int)) * (INTEGERS.length() + CROSSROWS.length() + ENDED.length()) +
+         schedule.bytes();
 }
 
 FactorTeam* teamOf(Analysis& run, SolverProtocol& protocol, Vector<Int> WORK) {

@@ -17,6 +17,7 @@ struct FactorTeam {
   OwnArray<double> DOUBLES{"DOUBLES"};    // as the schedule's places tell, from a cache line on
   OwnArray<Int> INTEGERS{"INTEGERS"};     // BIGMAP and STACK of each worker but the first
   OwnArray<double> CROSSING{"CROSSING"};  // what the forward substitution of ranges adds to rows behind them
+  OwnArray<Int> CROSSROWS{"CROSSROWS"};   // those rows
   OwnArray<double> ROWS{"ROWS"};          // a supernode's rows for each worker of the solve
   OwnArray<std::atomic<Int>> ENDED{
       "ENDED"};  // by fronts of the top: has the backward substitution found its rows?

@@ -15,7 +15,7 @@ namespace {
 
 using Worker = ThreadPool::Worker;
 
-constexpr Int64 sharedEntries = 60000;  // of L, from which on the front is divided: 40 µs of one thread
+constexpr Int64 sharedEntries = 30000;  // of L, from which on the front is divided: 40 µs of one thread
 constexpr Int64 leastRows = 128;        // of a share
 constexpr Int64 permuted = 4096;        // entries of a share of the permutation
 
@@ -30,6 +30,7 @@ class TeamSolve {
         DOWNWARDS_(team.schedule.DOWNWARDS.vector()),
         TOP_(team.schedule.TOP.vector()),
         ENDED_(team.ENDED.vector()),
+        CROSSROWS_(team.CROSSROWS.vector()),
         crossing_(team.CROSSING.data()),
         rows_(team.ROWS.data()),
         rowsOfWorker_(team.rowsOfWorker()),
@@ -94,27 +95,23 @@ class TeamSolve {
     keep(r, y);
   }
 
-  void addWaiting(const SubtreeRange& range) {
-    const double* waiting = crossing_ + range.crossing;
-    const Int behind = f_.XSUP(range.last + 1);
-    for (Int k = range.first; k <= range.last; ++k) {
-      const Rows r = rows(k);
-      if (r.list[r.c - 1] < behind) continue;
-      const Int* const first = std::lower_bound(r.list + r.w, r.list + r.c, behind);
-      for (const Int* row = first; row < r.list + r.c; ++row) WRHS_(*row) += *waiting++;
-    }
+  /// first, end: places in CROSSING.
+  void addWaiting(Int64 first, Int64 end) {
+    for (Int64 t = first; t < end; ++t) WRHS_(CROSSROWS_(t + 1)) += crossing_[t];
   }
 
   /// One thread walks the top; the others join it at the fronts that are divided.
   void forwardTop(Worker& me) {
     double* const y = rows_;
-    Int64 range = 1;
+    Int64 range = 1, added = 0;
     for (Int64 i = 1; i <= TOP_.length(); ++i) {
       const Int k = TOP_(i).supernode;
       const Rows r = rows(k);
       const bool shared = trapezoidEntries(r.w, r.c) >= sharedEntries;
-      if (me.number() == 0)
-        for (; range <= RANGES_.length() && RANGES_(range).last < k; ++range) addWaiting(RANGES_(range));
+      while (range <= RANGES_.length() && RANGES_(range).last < k) ++range;
+      const Int64 end = range <= RANGES_.length() ? RANGES_(range).crossing : CROSSROWS_.length();
+      if (me.number() == 0) addWaiting(added, end);
+      added = end;
       if (shared)
         forwardShared(me, y, k, r);
       else if (me.number() == 0)
@@ -165,6 +162,7 @@ class TeamSolve {
   const Vector<const Int> ORDER_, DOWNWARDS_;
   const Vector<const TopFront> TOP_;
   const Vector<std::atomic<Int>> ENDED_;
+  const Vector<const Int> CROSSROWS_;
   double *const crossing_, *const rows_;
   const Int64 rowsOfWorker_;
   const double *const D_, *const L_;
