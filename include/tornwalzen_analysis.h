@@ -90,6 +90,7 @@ TORNWALZEN_API int32_t tornwalzen_analysis_set_law(TornwalzenAnalysis* analysis,
 /* As the functions of tornwalzen_ext.h with these names. */
 TORNWALZEN_API int32_t tornwalzen_analysis_set_normal_anisotropy(TornwalzenAnalysis* analysis, double r);
 TORNWALZEN_API int32_t tornwalzen_analysis_set_energy_reference(TornwalzenAnalysis* analysis, int32_t reference);
+TORNWALZEN_API int32_t tornwalzen_analysis_set_threads(TornwalzenAnalysis* analysis, int32_t threads);
 TORNWALZEN_API int32_t tornwalzen_analysis_set_path(TornwalzenAnalysis* analysis, int32_t path);
 TORNWALZEN_API int32_t tornwalzen_analysis_set_start(TornwalzenAnalysis* analysis, int32_t start);
 TORNWALZEN_API int32_t tornwalzen_analysis_set_tolerance_factors(TornwalzenAnalysis* analysis, double final_factor,

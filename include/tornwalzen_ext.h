@@ -76,6 +76,8 @@ enum {
   TORNWALZEN_BAD_SELECTOR_OF_LAW = -33,
   TORNWALZEN_BAD_PATH = -34,
   TORNWALZEN_BAD_START = -35,
+  TORNWALZEN_BAD_THREADS = -36, /* not 1..64 */
+  TORNWALZEN_NO_THREAD = -37,    /* the system gave no thread, or no memory for one */
   /* -50 to -66: the press model of tornwalzen_analysis.h */
   TORNWALZEN_BAD_MODEL = -50,
   TORNWALZEN_SHORT_PRESS = -51, /* its structures are too short */
@@ -163,6 +165,13 @@ TORNWALZEN_API int32_t tornwalzen_set_path(int32_t path);
    edges; 1 its largest flat patch alone, all else opened over edges. With undercut there may be several minima: the start
    decides, and TornwalzenReport.energy tells which blank is the better one. */
 TORNWALZEN_API int32_t tornwalzen_set_start(int32_t start);
+
+/* How many threads an analysis may work on, the calling one included: 1 (neutral) to 64. The threads stand ready until
+   the number is set again, or to the reset; all results are the same to the bit for every number, and handlers are called on the calling
+   thread alone. What the threads need beyond the arrays of the fixed interface is memory of the library's own, told in
+   TornwalzenReport.thread_bytes; where it cannot be had, one thread does the work. Refused with TORNWALZEN_BAD_THREADS or,
+   where a thread cannot be started, TORNWALZEN_NO_THREAD (value: the number asked for); the number before then stays. */
+TORNWALZEN_API int32_t tornwalzen_set_threads(int32_t threads);
 
 /* TornwalzenReport.reason: why a run is not converged. */
 enum {
@@ -253,6 +262,10 @@ typedef struct TornwalzenReport {
   double share_beyond_curve;    /* of part_area: strain beyond the data of the flow curve */
   double share_beyond_one;      /* of part_area: equivalent strain above 1 */
   double time_checks;           /* processor time (s) of these figures */
+  /* Threads. All times of this report are processor times, summed over the threads. */
+  int32_t threads;              /* that the analysis may work on */
+  int32_t reserved3;            /* 0 */
+  int64_t thread_bytes;         /* own memory that the threads took beyond what one needs, at the most */
 } TornwalzenReport;
 
 /* Fills the report. A structure whose size field is smaller than that of the first version, which ended with fatal_text,

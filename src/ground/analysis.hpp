@@ -93,6 +93,11 @@ class RunLifetime {
 /// The flow-curve table as a 50 × 7 view.
 Table<double> flowCurve(Analysis& run);
 
+/// Threads that the analysis may work on, the calling one included.
+inline Int threadsOf(const Analysis& run) {
+  return run.pool ? run.pool->threads() : 1;
+}
+
 inline bool failed(Int errorWord) {
   return (errorWord & 1) != 0;
 }

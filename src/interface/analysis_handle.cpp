@@ -140,6 +140,10 @@ int32_t tornwalzen_analysis_set_tolerance_factors(TornwalzenAnalysis* analysis, 
                              : setToleranceFactors(analysis->own.run, final_factor, path_factor);
 }
 
+int32_t tornwalzen_analysis_set_threads(TornwalzenAnalysis* analysis, int32_t threads) {
+  return analysis == nullptr ? TORNWALZEN_NULL_POINTER : setThreads(analysis->own.run, threads);
+}
+
 int32_t tornwalzen_analysis_set_path(TornwalzenAnalysis* analysis, int32_t path) {
   return analysis == nullptr ? TORNWALZEN_NULL_POINTER : setPath(analysis->own.run, path);
 }

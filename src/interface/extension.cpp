@@ -28,6 +28,10 @@ int32_t tornwalzen_set_path(int32_t path) {
   return setPath(defaultAnalysis(), path);
 }
 
+int32_t tornwalzen_set_threads(int32_t threads) {
+  return setThreads(defaultAnalysis(), threads);
+}
+
 int32_t tornwalzen_set_start(int32_t start) {
   return setStart(defaultAnalysis(), start);
 }

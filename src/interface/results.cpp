@@ -88,6 +88,8 @@ TornwalzenReport currentReport(const Analysis& run) {
   r.first_beyond_curve = blank.firstBeyondCurve;
   r.first_beyond_one = blank.firstBeyondOne;
   r.time_checks = record.checks;
+  r.threads = threadsOf(run);
+  r.thread_bytes = record.threadBytes;
   if (record.checked) {
     r.blank_inverted = blank.inverted;
     r.smallest_stretch = blank.smallestStretch;

@@ -2,6 +2,7 @@
 #include "interface/settings.hpp"
 
 #include <cmath>
+#include <utility>
 
 #include "material/curve_check.hpp"
 #include "tornwalzen_ext.h"
@@ -64,6 +65,17 @@ Int setPath(Analysis& run, Int path) {
   if (const Int busy = refuseWhileRunning(run)) return busy;
   if (path != 0 && path != 1) return refuse(run.refusal, TORNWALZEN_BAD_PATH, 0, path);
   run.options.surePath = path == 1;
+  return TORNWALZEN_OK;
+}
+
+Int setThreads(Analysis& run, Int threads) {
+  if (const Int busy = refuseWhileRunning(run)) return busy;
+  if (threads < 1 || threads > mostThreads) return refuse(run.refusal, TORNWALZEN_BAD_THREADS, 0, threads);
+  if (threads == threadsOf(run)) return TORNWALZEN_OK;
+  std::unique_ptr<ThreadPool> pool;
+  if (threads > 1) pool = ThreadPool::start(threads);
+  if (threads > 1 && !pool) return refuse(run.refusal, TORNWALZEN_NO_THREAD, 0, threads);
+  run.pool = std::move(pool);
   return TORNWALZEN_OK;
 }
 

@@ -12,6 +12,7 @@ Int setNormalAnisotropy(Analysis& run, double r);
 Int setEnergyReference(Analysis& run, Int reference);
 Int setToleranceFactors(Analysis& run, double finalFactor, double pathFactor);
 Int setPath(Analysis& run, Int path);
+Int setThreads(Analysis& run, Int threads);
 Int setStart(Analysis& run, Int start);
 
 /// 0, or TORNWALZEN_BUSY while the analysis runs.
