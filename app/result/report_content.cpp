@@ -100,10 +100,13 @@ void addPlaces(const RunReport& report, ReportData& data) {
   const Results& results = report.results;
   ReportField places =
       fieldOf("places", "", "where to look first", std::vector<double>(results.partArea.size(), nothing));
-  places.classes = {
-      {"nothing to note", ClassColour::plain},        {"corner below 5 degrees", ClassColour::violet},
-      {"folded over in the blank", ClassColour::red}, {"thickest", ClassColour::blue},
-      {"largest strain", ClassColour::amber},         {"thinnest", ClassColour::red}};
+  places.classes = {{"nothing to note", ClassColour::plain},
+                    {"corner below 5 degrees", ClassColour::violet},
+                    {"equivalent strain above 1", ClassColour::amber},
+                    {"turned over in the blank", ClassColour::red},
+                    {"thickest", ClassColour::blue},
+                    {"largest strain", ClassColour::amber},
+                    {"thinnest", ClassColour::red}};
   const auto mark = [&](std::int64_t element, int which, const std::string& text) {
     if (element == 0) return;
     places.values[static_cast<std::size_t>(element) - 1] = which;

@@ -48,9 +48,12 @@ std::string percent(double share) {
 
 void addEquilibrium(const RunReport& report, Findings& findings) {
   const TornwalzenReport& run = report.run.report;
-  findings.add(ReportLevel::good, "equilibrium: the largest gradient, " + rough(run.last_gradient) +
-                                      "\u00a0mm, is within its tolerance of " + rough(run.gradient_limit) +
-                                      "\u00a0mm");
+  if (run.newton_iterations == 0)
+    findings.add(ReportLevel::good, "equilibrium: the start is the blank, nothing is left to iterate");
+  else
+    findings.add(ReportLevel::good, "equilibrium: the largest gradient, " + rough(run.last_gradient) +
+                                        "\u00a0mm, is within its tolerance of " + rough(run.gradient_limit) +
+                                        "\u00a0mm");
   for (const std::string& why : report.verdict.why)
     findings.add(report.verdict.worth == Worth::notABlank ? ReportLevel::bad : ReportLevel::caution, why);
   if (run.minimum_certified == 1)

@@ -265,6 +265,34 @@ TEST(ReportTrust, WordsTheVerdict) {
   EXPECT_THAT(text(), Not(HasSubstr("Equilibrium")));
 }
 
+TEST(ReportTrust, ASheetThatUnrollsExactlyNeedsNoIteration) {
+  SampleRun sample;
+  sample.run.report.newton_iterations = 0;
+  EXPECT_THAT(textOf(trustOf(sample.report())),
+              HasSubstr("\nEquilibrium: the start is the blank, nothing is left to iterate."));
+}
+
+TEST(ReportContent, PlacesAreClassesWithTheirNames) {
+  SampleRun sample;
+  sample.run.strains[0].equivalent = 1.5;
+  sample.run.EVAL[7] = 1.0;  // corner of the second triangle
+  sample.results = {};
+  sample.compute();
+  sample.results.thinnest = 0;
+  const ReportData data = reportDataOf(sample.report(), ConvergenceHistory());
+  const ReportField& places = data.fields.back();
+  const auto nameOf = [&](std::size_t e) {
+    return places.classes.at(static_cast<std::size_t>(places.values[e])).name;
+  };
+  EXPECT_EQ(nameOf(0), "largest strain");
+  EXPECT_EQ(nameOf(1), "corner below 5 degrees");
+  sample.run.strains[1].equivalent = 1.25;
+  const ReportData again = reportDataOf(sample.report(), ConvergenceHistory());
+  EXPECT_EQ(again.fields.back().classes.at(static_cast<std::size_t>(again.fields.back().values[1])).name,
+            "equivalent strain above 1");
+  EXPECT_EQ(again.fields.back().classes.back().name, "thinnest");
+}
+
 TEST(ReportTrust, TellsWhatWasLookedAtAndWhatElseIsToBeKnown) {
   SampleRun sample;
   sample.run.report.checked = sample.run.report.sheet_checked = sample.run.report.minimum_certified = 1;
