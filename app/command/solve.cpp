@@ -107,7 +107,8 @@ RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool
 // run; runs: out, their number. Sure path: where the blank is doubtful or the part has undercut, the better of two
 // starts; second: out, what the other one told.
 RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, RunLog& log,
-                            ConvergenceHistory& history, RunSettings& settings, int& runs, SecondStart& second) {
+                            ConvergenceHistory& history, RunSettings& settings, int& runs,
+                            SecondStart& second) {
   LibraryRun library(part, hold);
   RunOutput run = runWithMessages(library, settings, verbose, log, history);
   runs = 1;
@@ -178,8 +179,8 @@ int solve(const SolveOptions& options) {
   ConvergenceHistory history;
   int runs;
   SecondStart second;
-  const RunOutput run =
-      runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, history, settings, runs, second);
+  const RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, history,
+                                          settings, runs, second);
   Verdict verdict = judge(part, run);
   noteSecondStart(second, verdict);
   if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)

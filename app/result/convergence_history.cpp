@@ -36,6 +36,10 @@ void ConvergenceHistory::read(std::string_view line) {
     if (!numbers.empty()) increments_.back().number = static_cast<int>(numbers[0]);
     return;
   }
+  if (line.find("START AUS ") != std::string_view::npos) {  // the sure path is one increment to the full part
+    increments_.push_back({1, 1.0, false, {}, {}});
+    return;
+  }
   if (increments_.empty()) return;
   ReportIncrement& increment = increments_.back();
   if (numbersBehind(line, "FORTSCHRITT/SCHRITTWEITE", numbers)) {
@@ -44,6 +48,17 @@ void ConvergenceHistory::read(std::string_view line) {
     if (numbers.size() < 2) return;  // a field too narrow for its number
     increment.gradient.push_back(numbers[0]);
     increment.factor.push_back(numbers[1]);
+  } else if (const std::size_t at = line.find("NEWTON "); at != std::string_view::npos) {
+    // number, tangent, kind of step, its length, gradient, ...
+    std::size_t position = at + 7;
+    for (int word = 0; word < 3; ++word) nextWord(line, position);
+    double length, gradient;
+    if (!readReal(nextWord(line, position), length) || !readReal(nextWord(line, position), gradient)) return;
+    increment.gradient.push_back(gradient);
+    increment.factor.push_back(length);
+  } else if (numbersBehind(line, "SEHNENSCHRITT", numbers) && !numbers.empty()) {
+    increment.gradient.push_back(numbers[0]);
+    increment.factor.push_back(1.0);
   } else if (line.find("INKREMENT WIRD WIEDERHOLT") != std::string_view::npos) {
     increment.repeated = true;
   }

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <numeric>
 #include <unordered_map>
 
 #include "result/report_trust.hpp"
@@ -13,8 +11,6 @@
 namespace host {
 
 namespace {
-
-constexpr double sharpAngle = 5.0;  // degrees: below, a triangle's strains hang on the digits of its nodes
 
 void addMesh(const RunReport& report, ReportData& data) {
   data.part = report.part.file;
@@ -100,14 +96,17 @@ std::int64_t mostStrained(const RunReport& report) {
 
 // Where to look: a class per triangle, and buttons that lead there.
 void addPlaces(const RunReport& report, ReportData& data) {
-  constexpr int nothing = 0, needle = 1, folded = 2, thickest = 3, strained = 4, thinnest = 5;
+  constexpr int nothing = 0, needle = 1, beyondOne = 2, folded = 3, thickest = 4, strained = 5, thinnest = 6;
   const Results& results = report.results;
   ReportField places =
       fieldOf("places", "", "where to look first", std::vector<double>(results.partArea.size(), nothing));
-  places.classes = {
-      {"nothing to note", ClassColour::plain},        {"corner below 5 degrees", ClassColour::violet},
-      {"folded over in the blank", ClassColour::red}, {"thickest", ClassColour::blue},
-      {"largest strain", ClassColour::amber},         {"thinnest", ClassColour::red}};
+  places.classes = {{"nothing to note", ClassColour::plain},
+                    {"corner below 5 degrees", ClassColour::violet},
+                    {"equivalent strain above 1", ClassColour::amber},
+                    {"turned over in the blank", ClassColour::red},
+                    {"thickest", ClassColour::blue},
+                    {"largest strain", ClassColour::amber},
+                    {"thinnest", ClassColour::red}};
   const auto mark = [&](std::int64_t element, int which, const std::string& text) {
     if (element == 0) return;
     places.values[static_cast<std::size_t>(element) - 1] = which;
@@ -115,7 +114,8 @@ void addPlaces(const RunReport& report, ReportData& data) {
   };
   std::int64_t firstFold = 0;
   for (std::size_t e = 0; e < results.partArea.size(); ++e) {
-    if (results.smallestAngle[e] < sharpAngle) places.values[e] = needle;
+    if (results.smallestAngle[e] < sharpCorner) places.values[e] = needle;
+    if (results.developed && report.run.strains[e].equivalent > 1.0) places.values[e] = beyondOne;
     if (results.blankArea[e] > 0.0) continue;
     places.values[e] = folded;
     if (firstFold == 0) firstFold = static_cast<std::int64_t>(e) + 1;
@@ -125,7 +125,7 @@ void addPlaces(const RunReport& report, ReportData& data) {
     mark(results.thickest, thickest, "thickest");
     mark(mostStrained(report), strained, "largest strain");
   }
-  mark(firstFold, folded, "folded over");
+  mark(firstFold, folded, "turned over");
   if (std::any_of(places.values.begin(), places.values.end(), [](double value) { return value > nothing; }))
     data.fields.push_back(places);
 }
@@ -168,6 +168,10 @@ void addOutline(const RunReport& report, ReportData& data) {
   std::stable_sort(data.outline.loops.begin(), data.outline.loops.end(),
                    [&](const auto& a, const auto& b) { return lengthOf(a) > lengthOf(b); });
   data.outline.angle = report.results.blankRectangle.angle;
+  const TornwalzenReport& run = report.run.report;
+  if (run.crossings > 0)
+    data.outline.marks.push_back(
+        {run.crossing_u / report.unit.millimetres, run.crossing_v / report.unit.millimetres});
 }
 
 std::string elementText(const RunReport& report, std::int64_t element) {
@@ -209,12 +213,18 @@ void addSettings(const RunReport& report, ReportData& data) {
                       (settings.curve.source.empty() ? "" : " as " + settings.curve.source));
   add("normal anisotropy r", decimal(settings.r));
   add("energy weighed with", settings.partReference ? "the part" : "the blank");
-  add("tolerance factors", decimal(settings.finalFactor) + ", " + decimal(settings.pathFactor));
+  add("path", settings.surePath
+                  ? std::string("sure") + (settings.patchStart ? ", from the largest flat patch" : "")
+                  : std::string("fixed, by increments"));
+  add("tolerance factors",
+      decimal(settings.finalFactor) + (settings.surePath ? "" : ", " + decimal(settings.pathFactor)));
   add("held", report.holdRule + ", " + counted(report.hold.held, "unknown"));
-  add("increments", std::to_string(run.increments) + ", " + counted(run.repeats, "repeat"));
+  if (!settings.surePath)
+    add("increments", std::to_string(run.increments) + ", " + counted(run.repeats, "repeat"));
   add("Newton iterations",
       std::to_string(run.newton_iterations) +
-          (report.runs > 1 ? ", in the last of " + std::to_string(report.runs) + " runs" : ""));
+          (report.runs > 1 ? ", in one of " + std::to_string(report.runs) + " runs" : ""));
+  add("factorizations", std::to_string(run.factorizations));
   add("time",
       fixedDecimal(times.structure + times.ordering + times.symbolic + times.development + times.increments,
                    2) +

@@ -10,7 +10,7 @@
 
 namespace host {
 
-enum class ReportLevel { good, caution, bad };
+enum class ReportLevel { good, note, caution, bad };
 
 // A term of the key that a field follows: factor times a value of one field, or of two.
 struct KeyTerm {
@@ -66,6 +66,7 @@ using ReportPoint = std::array<double, 2>;  // x, y
 struct ReportOutline {
   std::vector<std::vector<ReportPoint>> loops;  // closed, the longest around first
   double angle = 0.0;                           // degrees from x to the length of the smallest rectangle
+  std::vector<ReportPoint> marks;               // where it is wrong
 };
 
 struct ReportIncrement {

@@ -29,7 +29,14 @@ void check(const ReportData& report) {
   bool fits = report.corners.size() == 3 * triangles && report.partPoints.size() == 3 * nodes &&
               report.blankPoints.size() == 2 * nodes &&
               (report.number.empty() || report.number.size() == triangles);
-  for (const ReportField& field : report.fields) fits = fits && field.values.size() == triangles;
+  for (const ReportField& field : report.fields) {
+    fits = fits && field.values.size() == triangles;
+    const auto classes = static_cast<double>(field.classes.size());
+    if (classes > 0)
+      for (const double value : field.values)
+        fits = fits &&
+               (!std::isfinite(value) || (value >= 0.0 && value < classes && value == std::floor(value)));
+  }
   for (const std::int32_t corner : report.corners)
     fits = fits && corner >= 0 && static_cast<std::size_t>(corner) < nodes;
   for (std::size_t f = 0; f < report.fields.size(); ++f)

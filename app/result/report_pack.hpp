@@ -38,7 +38,8 @@ struct PackedMesh {
   std::string bytes;  // the streams one after the other as one zlib stream (RFC 1950)
 };
 
-// Throws Failure where a count does not fit the triangles, a corner is no node, a key refers to what is not stored
+// Throws Failure where a count does not fit the triangles, a corner is no node, a value is no class of
+// its field, a key refers to what is not stored
 // before it, a coordinate is not finite, or memory runs out. Triangles without number count from 1.
 PackedMesh packMesh(const ReportData& report);
 

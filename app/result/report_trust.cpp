@@ -10,8 +10,6 @@ namespace host {
 
 namespace {
 
-constexpr double sharpAngle = 5.0;  // degrees, as in report_content.cpp
-
 // Two significant digits as a power of ten: 7.4 times 10 to the -8.
 std::string rough(double value) {
   char text[32];
@@ -32,75 +30,93 @@ std::string capital(std::string sentence) {
   return sentence;
 }
 
-void addEquilibrium(const RunReport& report, ReportTrust& trust) {
-  const TornwalzenReport& run = report.run.report;
-  const auto add = [&](ReportLevel level, const std::string& text) {
-    trust.findings.push_back({level, text});
-  };
-  if (!report.verdict.converged) {
-    add(ReportLevel::bad, capital(report.verdict.reason) + ".");
-    return;
+// What speaks for the blank or against it, in the order of its weight.
+class Findings {
+ public:
+  explicit Findings(ReportTrust& trust) : trust_(trust) {}
+  void add(ReportLevel level, const std::string& text) {
+    trust_.findings.push_back({level, capital(text) + "."});
   }
-  add(ReportLevel::good, "Equilibrium: the largest gradient, " + rough(run.last_gradient) +
-                             "\u00a0mm, is within its tolerance of " + rough(run.gradient_limit) +
-                             "\u00a0mm.");
-  if (run.accepted_unconverged > 0)
-    add(ReportLevel::caution,
-        counted(run.accepted_unconverged, "increment") +
-            " on the way did not converge, so this may be another equilibrium than the sheet's; "
-            "compare with a run of tighter --tolerance or a finer mesh.");
-  if (run.negative_pivots > 0)
-    add(ReportLevel::caution, "The last tangent had " + counted(run.negative_pivots, "negative pivot") +
-                                  ": the energy may be no minimum there.");
+
+ private:
+  ReportTrust& trust_;
+};
+
+std::string percent(double share) {
+  return fixedDecimal(100.0 * share, share < 1e-3 ? 3 : 1) + "\u00a0%";
 }
 
-void addSheet(const RunReport& report, ReportTrust& trust) {
-  const Results& results = report.results;
-  const auto add = [&](ReportLevel level, const std::string& text) {
-    trust.findings.push_back({level, text});
-  };
-  if (results.folded > 0)
-    add(ReportLevel::bad, counted(results.folded, "triangle") + " of the blank " +
-                              (results.folded == 1 ? "is" : "are") + " folded over: no sheet can be cut so.");
+void addEquilibrium(const RunReport& report, Findings& findings) {
+  const TornwalzenReport& run = report.run.report;
+  if (run.newton_iterations == 0)
+    findings.add(ReportLevel::good, "equilibrium: the start is the blank, nothing is left to iterate");
   else
-    add(ReportLevel::good, "Every triangle lies the right way up in the blank.");
-  if (report.run.report.beyond_curve == 1)
-    add(ReportLevel::caution,
-        "The largest equivalent strain, " + fixedDecimal(report.run.report.largest_strain, 3) +
-            ", lies beyond the data of the flow curve, which goes on along its last slope.");
-  else
-    add(ReportLevel::good, "All strains lie within the data of the flow curve.");
+    findings.add(ReportLevel::good, "equilibrium: the largest gradient, " + rough(run.last_gradient) +
+                                        "\u00a0mm, is within its tolerance of " + rough(run.gradient_limit) +
+                                        "\u00a0mm");
+  for (const std::string& why : report.verdict.why)
+    findings.add(report.verdict.worth == Worth::notABlank ? ReportLevel::bad : ReportLevel::caution, why);
+  if (run.minimum_certified == 1)
+    findings.add(ReportLevel::good, "the tangent there is positive definite: the energy has a minimum");
 }
 
-void addMesh(const RunReport& report, ReportTrust& trust) {
+void addSheet(const RunReport& report, Findings& findings) {
+  const TornwalzenReport& run = report.run.report;
+  if (report.verdict.worth != Worth::notABlank && run.sheet_checked == 1)
+    findings.add(ReportLevel::good,
+                 "no triangle is turned over, the outline crosses itself nowhere, nothing lies twofold");
+  else if (report.results.folded == 0)
+    findings.add(ReportLevel::good, "no triangle is turned over");
+  if (report.second.made && report.second.agrees)
+    findings.add(ReportLevel::good, "a second start ends in the same blank");
+  else if (report.second.made && !report.second.converged)
+    findings.add(ReportLevel::note, "a second start, to compare with, did not converge");
+}
+
+void addNotes(const RunReport& report, Findings& findings) {
+  const TornwalzenReport& run = report.run.report;
+  if (report.results.developed && run.beyond_curve == 1)
+    findings.add(ReportLevel::note,
+                 "the largest equivalent strain, " + fixedDecimal(run.largest_strain, 3) +
+                     ", lies beyond the data of the flow curve, which goes on along its last slope" +
+                     (run.checked == 1 ? "; " + percent(run.share_beyond_curve) + " of the area do" : ""));
+  if (run.checked == 1 && run.undercut_share > 0.0)
+    findings.add(ReportLevel::note, percent(run.undercut_share) +
+                                        " of the part's area are undercut, seen along its "
+                                        "mean normal");
   const std::vector<double>& angles = report.results.smallestAngle;
   const auto sharp =
-      std::count_if(angles.begin(), angles.end(), [](double angle) { return angle < sharpAngle; });
+      std::count_if(angles.begin(), angles.end(), [](double angle) { return angle < sharpCorner; });
   if (sharp > 0)
-    trust.findings.push_back(
-        {ReportLevel::caution, counted(sharp, "triangle") +
-                                   " of the mesh with a corner below 5 degrees: strains there "
-                                   "hang on the last digits of the nodes."});
+    findings.add(ReportLevel::note, counted(sharp, "triangle") +
+                                        " of the mesh with a corner below 5 degrees: strains "
+                                        "there hang on the last digits of the nodes");
+}
+
+std::string headline(const RunReport& report) {
+  if (!report.results.developed) return "There is no blank.";
+  if (!report.verdict.converged) return "Not converged: do not cut from this.";
+  if (report.verdict.worth == Worth::notABlank) return "Not a blank: no sheet can lie so.";
+  if (report.verdict.worth == Worth::doubtful) return "Doubtful: look at this first.";
+  return "Good: blank and part are in equilibrium.";
 }
 
 }  // namespace
 
 ReportTrust trustOf(const RunReport& report) {
   ReportTrust trust;
-  addEquilibrium(report, trust);
-  if (report.results.developed) addSheet(report, trust);
-  addMesh(report, trust);
-  for (const ReportFinding& finding : trust.findings) trust.level = std::max(trust.level, finding.level);
-  if (!report.results.developed)
-    trust.headline = "There is no blank.";
-  else if (!report.verdict.converged)
-    trust.headline = "Not converged: do not cut from this blank.";
-  else if (trust.level == ReportLevel::bad)
-    trust.headline = "Converged, but to no sheet.";
-  else if (trust.level == ReportLevel::caution)
-    trust.headline = "Converged, with points to look at.";
+  const Worth worth = report.verdict.worth;
+  trust.level = worth == Worth::good       ? ReportLevel::good
+                : worth == Worth::doubtful ? ReportLevel::caution
+                                           : ReportLevel::bad;
+  trust.headline = headline(report);
+  Findings findings(trust);
+  if (report.verdict.converged)
+    addEquilibrium(report, findings);
   else
-    trust.headline = "Converged: blank and part are in equilibrium.";
+    findings.add(ReportLevel::bad, report.verdict.reason);
+  if (report.results.developed) addSheet(report, findings);
+  addNotes(report, findings);
   trust.scope =
       "A one-step estimate by deformation theory: no friction, no blank holder, no bending, no springback, "
       "no history of "

@@ -7,7 +7,10 @@
 
 namespace host {
 
-// Bad where there is no equilibrium or no sheet can lie so; with caution where something speaks against the figures.
+// Degrees: below, a triangle's strains hang on the digits of its nodes.
+inline constexpr double sharpCorner = 5.0;
+
+// The level is the verdict's worth; its reasons are findings of that level, what else is to be known are notes.
 ReportTrust trustOf(const RunReport& report);
 
 }  // namespace host

@@ -14,7 +14,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* levelName[] = {"good", "caution", "bad"};
+constexpr const char* levelName[] = {"good", "note", "caution", "bad"};
 constexpr const char* colourName[] = {"plain", "green", "amber", "red", "blue", "violet"};
 
 Json figuresJson(const std::vector<ReportFigure>& figures) {
@@ -108,7 +108,8 @@ std::string reportJson(const ReportData& report, const PackedMesh& mesh) {
   json["shownField"] = report.shownField;
   json["majorField"] = report.majorField;
   json["minorField"] = report.minorField;
-  json["outline"] = {{"loops", report.outline.loops}, {"angle", report.outline.angle}};
+  json["outline"] = {
+      {"loops", report.outline.loops}, {"angle", report.outline.angle}, {"marks", report.outline.marks}};
   json["convergence"] = convergenceJson(report.convergence);
   json["limits"] = {
       {"curve", report.limits.curve}, {"margin", report.limits.margin}, {"source", report.limits.source}};

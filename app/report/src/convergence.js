@@ -34,7 +34,7 @@ export function convergenceCard({ convergence }) {
     at += n;
   });
   let room = Infinity;  // labels from the last backwards, as many as fit
-  for (const [end, progress] of reached.reverse()) {
+  for (const [end, progress] of increments.length > 1 ? reached.reverse() : []) {
     if (room - end < 42) continue;
     room = end;
     bands.push(svg('text', { x: end, y: low + 17, 'text-anchor': 'end' }, `${fixed(100 * progress, 0)}\u202f%`));
@@ -44,8 +44,8 @@ export function convergenceCard({ convergence }) {
     svg('text', { x: right + 7, y: y(convergence.tolerance) + 4 }, 'tolerance')];
   const again = increments.filter(one => one.repeated).length;
   return html('section', { class: 'card', 'aria-labelledby': 'convergence-title' }, html('h2', { id: 'convergence-title' }, 'Convergence'),
-    html('p', {}, `Largest gradient (mm) after each of ${total} Newton iterations in ${increments.length} increments` +
-      (again ? `, ${again} of them repeated with a smaller step (shaded amber)` : '') + '. Hollow: shortened step. Below: share of the part reached.'),
+    html('p', {}, `Largest gradient (mm) after each of ${total} ${increments.length > 1 ? `Newton iterations in ${increments.length} increments` : 'Newton iterations'}` +
+      (again ? `, ${again} of them repeated with a smaller step (shaded amber)` : '') + '. Hollow: shortened step.' + (increments.length > 1 ? ' Below: share of the part reached.' : '')),
     svg('svg', { class: 'chart', viewBox: `0 0 ${width} ${height}`, role: 'img', 'aria-label':
       `The gradient ends at ${increments.at(-1).gradient.at(-1).toExponential(2)} mm; the tolerance is ${convergence.tolerance.toExponential(2)} mm` },
     bands, grid, tolerance || '', lines, dots, svg('line', { class: 'axis', x1: left, x2: right, y1: low, y2: low }),

@@ -52,7 +52,8 @@ export function outlineCard({ outline, unit }) {
   arrowed(shift, top + h + 22, shift + w, top + h + 22), arrowed(shift - 22, top + h, shift - 22, top),
   svg('text', { class: 'strong halo', x: shift + w / 2, y: top + h + 26, 'text-anchor': 'middle' }, fixed(x1 - x0, digits)),
   svg('text', { class: 'strong halo', transform: `translate(${shift - 18} ${top + h / 2}) rotate(-90)`, 'text-anchor': 'middle' }, fixed(y1 - y0, digits)),
-  holes(loops.slice(1), at, digits));
+  holes(loops.slice(1), at, digits),
+  turned(outline.marks, -outline.angle).map(at).map(([x, y]) => svg('circle', { class: 'wrong', cx: x, cy: y, r: 9 }, svg('title', {}, 'The outline crosses itself here'))));
   const angle = fixed(outline.angle, 1);
   const turnedText = Math.abs(outline.angle) < 0.05 ? '' : `, turned by ${fixed(-outline.angle, 1)}\u00b0 to lie in it`;
   return html('section', { class: 'card', 'aria-labelledby': 'outline-title', 'data-angle': angle },

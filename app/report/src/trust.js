@@ -1,9 +1,9 @@
 // What the result is worth; the figures beside it.
 import { byId, html, pairs, svg } from './dom.js';
 
-const words = { good: 'Sound', caution: 'Look closer', bad: 'Do not cut' };
-const spoken = { good: 'fine', caution: 'doubt', bad: 'failed' };
-const signs = { good: 'M3.5 8.5l3 3 6-7', caution: 'M8 3.5v5.5M8 12.2v.3', bad: 'M4 4l8 8M12 4l-8 8' };
+const words = { good: 'Good', caution: 'Doubtful', bad: 'Not a blank' };
+const spoken = { good: 'fine', note: 'note', caution: 'doubt', bad: 'failed' };
+const signs = { good: 'M3.5 8.5l3 3 6-7', note: 'M5 8h6', caution: 'M8 3.5v5.5M8 12.2v.3', bad: 'M4 4l8 8M12 4l-8 8' };
 
 function sign(level) {
   return svg('svg', { viewBox: '0 0 16 16', class: level, role: 'img', 'aria-label': spoken[level] },

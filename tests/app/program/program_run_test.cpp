@@ -52,8 +52,8 @@ TEST(Run, ABentPipeUnrollsToItsRectangle) {
   folder.write("pipe.obj", halfPipeObj(24, 8));
   const Outcome outcome = tornwalzen(folder, "solve pipe.obj");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(folder.names("pipe_blank"),
-              ElementsAre("blank.obj", "blank.vtu", "part.vtu", "report.html", "summary.json", "tornwalzen.log"));
+  EXPECT_THAT(folder.names("pipe_blank"), ElementsAre("blank.obj", "blank.vtu", "part.vtu", "report.html",
+                                                      "summary.json", "tornwalzen.log"));
   const auto json = summaryOf(folder, "pipe_blank");
   EXPECT_EQ(json["converged"], true);
   EXPECT_EQ(json["nodes"], 225);
@@ -71,7 +71,7 @@ TEST(Run, ThePageCarriesTheRunAndIsLeftOnDemand) {
   const ScratchFolder folder;
   const std::string name = "a<script>hacked=1<!--.obj";
   folder.write(name, halfPipeObj(8, 4));
-  ASSERT_EQ(tornwalzen(folder, "solve '" + name + "' --out with").status, 0);
+  ASSERT_EQ(tornwalzen(folder, "solve '" + name + "' --path fixed --out with").status, 0);
   ASSERT_EQ(tornwalzen(folder, "solve '" + name + "' --out without --no-report").status, 0);
   EXPECT_THAT(folder.names("without"), Not(testing::Contains("report.html")));
   const std::string page = folder.read("with/report.html"), lead = "id=\"report-data\">";
@@ -84,9 +84,11 @@ TEST(Run, ThePageCarriesTheRunAndIsLeftOnDemand) {
   const auto summary = summaryOf(folder, "with");
   std::size_t iterations = 0;
   for (const auto& increment : data["convergence"]["increments"]) iterations += increment["gradient"].size();
-  EXPECT_EQ(iterations, summary["newton_iterations"]);
+  EXPECT_GE(iterations,
+            summary["newton_iterations"]);  // a step with the factor that stands is not counted there
   EXPECT_EQ(data["convergence"]["increments"].back()["progress"], 1.0);
-  EXPECT_NEAR(data["convergence"]["increments"].back()["gradient"].back(), summary["last_largest_gradient_mm"].get<double>(),
+  EXPECT_NEAR(data["convergence"]["increments"].back()["gradient"].back(),
+              summary["last_largest_gradient_mm"].get<double>(),
               1e-5 * summary["last_largest_gradient_mm"].get<double>());
 }
 

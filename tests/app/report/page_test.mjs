@@ -264,6 +264,7 @@ const tests = {
     const below = await page.locator('#below').textContent();
     for (const words of ['Outline of the blank', '100.0', '\u2300 20.0', 'On the strip', '110.0', '104.0', 'utilisation', 'Convergence', '8 Newton iterations in 3 increments, 1 of them repeated'])
       assert.ok(below.includes(words), words);
+    assert.equal(await page.locator('[aria-labelledby=outline-title] .wrong').count(), 1);
     assert.equal(await page.locator('[aria-labelledby=strip-title] .sheet').count(), 3);
     assert.equal(await page.locator('[aria-labelledby=convergence-title] circle').count(), 8);
     await closed(page);
@@ -320,6 +321,7 @@ const tests = {
         assert.equal(Number(await page.inputValue('#number')), summary.thinnest.element_number_in_file);
         const thinning = (await valuesOf(page)).thinning, wanted = 100 * (1 - summary.thinnest.thickness_ratio_Ablank_by_Apart);
         assert.ok(Math.abs(numberIn(thinning) - wanted) < 0.0051, `${thinning} for ${wanted}`);
+        assert.equal((await page.locator('#pill').textContent()).toLowerCase(), summary.verdict);
         await page.click('#fit');
         if (shots) {
           await page.setViewportSize({ width: 1280, height: 800 });

@@ -29,7 +29,7 @@ ReportData fullReport() {
                   {{ReportLevel::good, "fine"}, {ReportLevel::caution, evil}, {ReportLevel::bad, "no"}},
                   evil};
   report.places = {{"steepest", 1600}};
-  report.outline = {{{{-50, -50}, {50, -50}, {50, 50}, {-50, 50}}, {}}, 0.0};
+  report.outline = {{{{-50, -50}, {50, -50}, {50, 50}, {-50, 50}}, {}}, 0.0, {{50, 50}}};
   for (int k = 0; k < 12; ++k)
     report.outline.loops[1].push_back(
         {10 * std::cos(k * 0.5235987755982988), -10 * std::sin(k * 0.5235987755982988)});

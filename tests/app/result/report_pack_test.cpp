@@ -229,6 +229,10 @@ TEST(ReportPack, WhatDoesNotFitIsRefused) {
   EXPECT_EQ(refused([](ReportData& report) { report.partPoints.pop_back(); }), misfit);
   EXPECT_EQ(refused([](ReportData& report) { report.number.pop_back(); }), misfit);
   EXPECT_EQ(refused([](ReportData& report) { report.fields[1].values.pop_back(); }), misfit);
+  EXPECT_EQ(refused([](ReportData& report) { report.fields[5].values[2] = 3.0; }), misfit)
+      << "there are three classes";
+  EXPECT_EQ(refused([](ReportData& report) { report.fields[5].values[2] = 0.5; }), misfit);
+  EXPECT_EQ(refused([](ReportData& report) { report.fields[5].values[2] = -1.0; }), misfit);
   EXPECT_EQ(refused([](ReportData& report) { report.fields[0].key = {{1.0, 99}}; }), misfit);
   EXPECT_EQ(refused([](ReportData& report) {
               report.fields[3].key = {{1.0, 4}};

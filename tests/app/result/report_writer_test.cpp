@@ -144,6 +144,31 @@ TEST(ConvergenceHistory, FollowsTheMessagesOfARun) {
   EXPECT_THAT(history.increments(), IsEmpty());
 }
 
+TEST(ConvergenceHistory, FollowsTheSurePath) {
+  ConvergenceHistory history;
+  for (const char* line :
+       {" START AUS MITTLERER NORMALE @   ", " DREHUNGEN UEBER KANTEN, GEWENDET, S-MIN       213  0 0.78E+00",
+        " NEWTON   1 MILD  GEDREHT  0.5000 0.848254E+00 0.824884E+00 0.663503E+02  ",
+        " NEWTON   2 GENAU GERADE   1.0000 0.221984E-03 0.826011E+00 0.660733E+02  ", " NEWTON x",
+        " SEHNENSCHRITT                     0.227710E-05 0.826011E+00 0.660733E+02       ",
+        " SICHERER WEG KONVERGIERT, ZERLEGUNGEN, LOESUNGEN     3    5 "})
+    history.take(line);
+  ASSERT_EQ(history.increments().size(), 1u);
+  EXPECT_EQ(history.increments()[0].progress, 1.0);
+  EXPECT_THAT(history.increments()[0].gradient, ElementsAre(0.848254, 0.221984e-3, 0.227710e-5));
+  EXPECT_THAT(history.increments()[0].factor, ElementsAre(0.5, 1.0, 1.0));
+}
+
+TEST(ReportContent, TheFirstCrossingOfTheOutlineIsMarkedInThePartsUnit) {
+  SampleRun sample;
+  sample.unit = unitOf("inch");
+  sample.run.report.crossings = 3;
+  sample.run.report.crossing_u = 25.4;
+  sample.run.report.crossing_v = -50.8;
+  EXPECT_THAT(reportDataOf(sample.report(), ConvergenceHistory()).outline.marks,
+              ElementsAre(ReportPoint{1.0, -2.0}));
+}
+
 TEST(ReportContent, ARunShowsItsFieldsFiguresAndOutline) {
   const SampleRun sample;
   const ReportData data = reportDataOf(sample.report(), ConvergenceHistory());
@@ -165,7 +190,7 @@ TEST(ReportContent, ARunShowsItsFieldsFiguresAndOutline) {
 TEST(ReportContent, ARunWithoutBlankShowsWhatTheDevelopmentLeft) {
   SampleRun sample;
   sample.run.report.reason = TORNWALZEN_NOT_DEVELOPED;
-  sample.verdict = {false, "the part could not be developed", exitUnconverged};
+  sample.verdict = {false, "the part could not be developed", exitUnconverged, Worth::notABlank, {}};
   sample.run.RX = {0, 0, 1, 0, 9, 9, 1, 1, 2, 0.5};  // the second triangle is inverted
   sample.compute();
   const ReportData data = reportDataOf(sample.report(), ConvergenceHistory());
@@ -174,7 +199,7 @@ TEST(ReportContent, ARunWithoutBlankShowsWhatTheDevelopmentLeft) {
   EXPECT_EQ(data.majorField, -1);
   EXPECT_THAT(data.outline.loops, IsEmpty());
   ASSERT_EQ(data.places.size(), 1u);
-  EXPECT_EQ(data.places[0].text, "folded over");
+  EXPECT_EQ(data.places[0].text, "turned over");
   EXPECT_EQ(data.places[0].triangle, 1);
   EXPECT_EQ(data.trust.headline, "There is no blank.");
   EXPECT_THAT(textOf(data.trust), HasSubstr("\nThe part could not be developed."));
@@ -212,45 +237,86 @@ TEST(ReportContent, AHoleIsALoopOfItsOwn) {
   EXPECT_EQ(data.outline.loops[1].size(), 4u);
 }
 
-TEST(ReportTrust, WordsWhatSpeaksAgainstAResult) {
+TEST(ReportTrust, WordsTheVerdict) {
   SampleRun sample;
   const auto level = [&] { return trustOf(sample.report()).level; };
   const auto text = [&] { return textOf(trustOf(sample.report())); };
   EXPECT_EQ(level(), ReportLevel::good);
-  EXPECT_THAT(text(),
-              testing::StartsWith("Converged: blank and part are in equilibrium.\nEquilibrium: the largest "
-                                  "gradient, 5.0\u00a0\u00d7\u00a010\u207b\u2075\u00a0mm, is within"));
+  EXPECT_THAT(text(), testing::StartsWith(
+                          "Good: blank and part are in equilibrium.\nEquilibrium: the largest gradient, "
+                          "5.0\u00a0\u00d7\u00a010\u207b\u2075\u00a0mm, is within its tolerance of "
+                          "1.0\u00a0\u00d7\u00a010\u207b\u2074\u00a0mm.\nNo triangle is turned over."));
 
-  sample.run.report.accepted_unconverged = 2;
+  sample.verdict = {true, "", exitConverged, Worth::doubtful, {"2 increments on the way did not converge"}};
   EXPECT_EQ(level(), ReportLevel::caution);
-  EXPECT_THAT(text(), HasSubstr("2 increments on the way did not converge"));
+  EXPECT_THAT(text(), testing::StartsWith("Doubtful: look at this first."));
+  EXPECT_EQ(trustOf(sample.report()).findings[1].level, ReportLevel::caution);
+  EXPECT_THAT(text(), HasSubstr("\n2 increments on the way did not converge.\n"));
 
-  sample = SampleRun();
-  sample.run.report.negative_pivots = 1;
-  EXPECT_THAT(text(), HasSubstr("1 negative pivot:"));
-  EXPECT_EQ(level(), ReportLevel::caution);
+  sample.verdict = {true, "", exitUnconverged, Worth::notABlank, {"the outline crosses itself"}};
+  EXPECT_EQ(level(), ReportLevel::bad);
+  EXPECT_THAT(text(), testing::StartsWith("Not a blank: no sheet can lie so."));
+  EXPECT_EQ(trustOf(sample.report()).findings[1].level, ReportLevel::bad);
+  EXPECT_THAT(text(), HasSubstr("\nThe outline crosses itself.\n"));
 
-  sample = SampleRun();
+  sample.verdict = {false, "increments failed", exitUnconverged, Worth::notABlank, {"not converged"}};
+  EXPECT_EQ(level(), ReportLevel::bad);
+  EXPECT_THAT(text(), testing::StartsWith("Not converged: do not cut from this.\nIncrements failed.\n"));
+  EXPECT_THAT(text(), Not(HasSubstr("Equilibrium")));
+}
+
+TEST(ReportTrust, ASheetThatUnrollsExactlyNeedsNoIteration) {
+  SampleRun sample;
+  sample.run.report.newton_iterations = 0;
+  EXPECT_THAT(textOf(trustOf(sample.report())),
+              HasSubstr("\nEquilibrium: the start is the blank, nothing is left to iterate."));
+}
+
+TEST(ReportContent, PlacesAreClassesWithTheirNames) {
+  SampleRun sample;
+  sample.run.strains[0].equivalent = 1.5;
+  sample.run.EVAL[7] = 1.0;  // corner of the second triangle
+  sample.results = {};
+  sample.compute();
+  sample.results.thinnest = 0;
+  const ReportData data = reportDataOf(sample.report(), ConvergenceHistory());
+  const ReportField& places = data.fields.back();
+  const auto nameOf = [&](std::size_t e) {
+    return places.classes.at(static_cast<std::size_t>(places.values[e])).name;
+  };
+  EXPECT_EQ(nameOf(0), "largest strain");
+  EXPECT_EQ(nameOf(1), "corner below 5 degrees");
+  sample.run.strains[1].equivalent = 1.25;
+  const ReportData again = reportDataOf(sample.report(), ConvergenceHistory());
+  EXPECT_EQ(again.fields.back().classes.at(static_cast<std::size_t>(again.fields.back().values[1])).name,
+            "equivalent strain above 1");
+  EXPECT_EQ(again.fields.back().classes.back().name, "thinnest");
+}
+
+TEST(ReportTrust, TellsWhatWasLookedAtAndWhatElseIsToBeKnown) {
+  SampleRun sample;
+  sample.run.report.checked = sample.run.report.sheet_checked = sample.run.report.minimum_certified = 1;
   sample.run.report.beyond_curve = 1;
-  EXPECT_EQ(level(), ReportLevel::caution);
-  EXPECT_THAT(text(), HasSubstr("The largest equivalent strain, 0.250, lies beyond the data"));
-
-  sample = SampleRun();
+  sample.run.report.share_beyond_curve = 0.02;
+  sample.run.report.undercut_share = 0.0005;
   sample.run.EVAL[2] = 4.0;
   sample.results = {};
   sample.compute();
-  EXPECT_EQ(level(), ReportLevel::caution);
-  EXPECT_THAT(text(), HasSubstr("1 triangle of the mesh with a corner below 5 degrees"));
-
-  sample = SampleRun();
-  sample.results.folded = 1;
-  EXPECT_EQ(level(), ReportLevel::bad);
-  EXPECT_THAT(text(), testing::StartsWith("Converged, but to no sheet."));
-  EXPECT_THAT(text(), HasSubstr("1 triangle of the blank is folded over"));
-
-  sample = SampleRun();
-  sample.verdict = {false, "increments failed", exitUnconverged};
-  EXPECT_EQ(level(), ReportLevel::bad);
-  EXPECT_THAT(text(),
-              testing::StartsWith("Not converged: do not cut from this blank.\nIncrements failed.\n"));
+  sample.second = {true, true, false, true, 1.0, 1.0};
+  const ReportTrust trust = trustOf(sample.report());
+  EXPECT_EQ(trust.level, ReportLevel::good) << "notes do not change it";
+  const std::string text = textOf(trust);
+  for (const char* sentence :
+       {"\nThe tangent there is positive definite: the energy has a minimum.",
+        "\nNo triangle is turned over, the outline crosses itself nowhere, nothing lies twofold.",
+        "\nA second start ends in the same blank.",
+        "\nThe largest equivalent strain, 0.250, lies beyond the data of the flow curve, which goes on along "
+        "its last "
+        "slope; 2.0\u00a0% of the area do.",
+        "\n0.050\u00a0% of the part's area are undercut, seen along its mean normal.",
+        "\n1 triangle of the mesh with a corner below 5 degrees:"})
+    EXPECT_THAT(text, HasSubstr(sentence));
+  sample.second.agrees = sample.second.converged = false;
+  EXPECT_THAT(textOf(trustOf(sample.report())),
+              HasSubstr("\nA second start, to compare with, did not converge."));
 }
