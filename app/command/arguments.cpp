@@ -120,11 +120,51 @@ void describeMethod(CLI::App* solve, SolveOptions& options) {
       ->capture_default_str();
 }
 
+void describePress(CLI::App* solve, PressOptionTexts& press) {
+  const char* group = "Press";
+  const auto option = [&](const char* name, std::string& text, const char* type, const char* words) {
+    return solve->add_option(name, text, words)->type_name(type)->group(group);
+  };
+  option("--model", press.model, "press|fixed",
+         "press: the work of deformation itself, with what is known of the press; fixed: half its square; "
+         "default: "
+         "press where --thickness and a curve or law in MPa are given")
+      ->check(CLI::IsMember({"press", "fixed"}));
+  option("--thickness", press.thickness, "MM", "thickness of the sheet");
+  option("--young", press.young, "MPA", "Young's modulus (default 206000)");
+  option("--planar-r", press.planarR, "R0,R45,R90",
+         "anisotropy along, diagonal and across the rolling direction");
+  option("--rolling", press.rolling, "DEGREES", "rolling direction, from the blank's u axis");
+  option("--mu", press.mu, "MU|PUNCH,DIE", "coefficients of friction; the binder's is the die's");
+  option("--binder", press.binder, "NEWTON", "binder force on the part as meshed: a quarter takes a quarter");
+  option("--flange", press.flange, "auto|FILE",
+         "what the binder presses on: auto, the largest nearly flat area at the rim, or a file of element "
+         "numbers; "
+         "default with --binder: auto");
+  solve
+      ->add_option("--bead", press.beads,
+                   "a draw bead along the nodes that the file names, and what it holds back per length; may "
+                   "be repeated")
+      ->type_name("FILE:N/MM")
+      ->group(group);
+  option("--bending", press.bending, "auto|off|released|kept",
+         "bending: its own work taken off (released: developable parts stay exact) or kept (nearer on drawn "
+         "parts)")
+      ->check(CLI::IsMember({"auto", "off", "released", "kept"}));
+  option("--edge", press.edge, "auto|on|off", "free edges bear no traction")
+      ->check(CLI::IsMember({"auto", "on", "off"}));
+  option("--mesh-side", press.meshSide, "middle|punch|die", "side of the sheet that the mesh shows")
+      ->check(CLI::IsMember({"middle", "punch", "die"}));
+  option("--punch", press.punch, "below|above", "side that the punch comes from")
+      ->check(CLI::IsMember({"below", "above"}));
+}
+
 void describeSolve(CLI::App& app, SolveOptions& options) {
   CLI::App* solve = app.add_subcommand("solve", "Find the flat blank of a formed part.");
   solve->add_option("PART", options.part, partDescription)->required();
   describeMaterial(solve, options);
   describeMethod(solve, options);
+  describePress(solve, options.press);
   describeHold(solve, options.hold);
   solve->add_option("--out", options.out, "folder for the results (default: the part's name with _blank)")
       ->type_name("DIR");

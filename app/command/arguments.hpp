@@ -3,12 +3,25 @@
 #define TORNWALZEN_APP_ARGUMENTS_HPP
 
 #include <string>
+#include <vector>
 
 #include "mesh/read_options.hpp"
 
 namespace host {
 
+// The press model, as the user wrote it; empty: not given.
+struct PressOptionTexts {
+  std::string model;               // press or fixed
+  std::string thickness, young;    // mm, MPa
+  std::string planarR, rolling;    // R0,R45,R90; degrees
+  std::string mu, binder, flange;  // MU or PUNCH,DIE; N; auto or FILE
+  std::string bending, edge;       // auto|off|released|kept; auto|on|off
+  std::string meshSide, punch;     // middle|punch|die; below|above
+  std::vector<std::string> beads;  // FILE:N/mm
+};
+
 struct SolveOptions {
+  PressOptionTexts press;
   std::string part;             // mesh file
   int material = 1;             // 0, 1, 2 flow curves; 10 geometric
   std::string curve, law;       // own flow curve in place of that one: file, or hardening law; empty: none

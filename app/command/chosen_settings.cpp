@@ -2,6 +2,7 @@
 #include "command/chosen_settings.hpp"
 
 #include "command/flow_curve.hpp"
+#include "command/press_choice.hpp"
 #include "run/run_settings.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
@@ -37,6 +38,9 @@ RunSettings settingsOf(const SolveOptions& options) {
         "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
   if (!options.curve.empty()) settings.curve = readFlowCurve(options.curve);
   if (!options.law.empty()) settings.curve = hardeningLaw(options.law);
+  settings.press = pressSettings(options.press, ownCurve);
+  if (settings.press.chosen && options.path == "fixed")
+    throw Failure("--model press goes the sure path; leave --path fixed out");
   checkSettings(settings);  // refused before anything is computed
   return settings;
 }

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "command/chosen_settings.hpp"
+#include "command/press_choice.hpp"
 #include "mesh/mesh_check.hpp"
 #include "mesh/part_file.hpp"
 #include "mesh/part_unit.hpp"
@@ -166,6 +167,7 @@ int solve(const SolveOptions& options) {
     std::fprintf(stderr, "%s\n", sentence.c_str());
   });
   tellAboutMesh(part);
+  readPressMarks(options.press, part, settings.press);
   if (options.eben || options.ebenStart) checkFlatBlankFits(part.file, part.nodes(), part.elements());
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);

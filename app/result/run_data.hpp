@@ -9,6 +9,7 @@
 
 #include "system/failure.hpp"
 #include "system/file_identity.hpp"
+#include "tornwalzen_analysis.h"
 #include "tornwalzen_ext.h"
 
 namespace host {
@@ -49,7 +50,22 @@ struct FlowCurve {
   std::string source;          // as the user gave it; empty: built in
 };
 
+// Nodes of a draw bead and its restraining force.
+struct Bead {
+  std::vector<std::int32_t> nodes;  // from 1
+  double force = 0.0;               // N/mm
+};
+
+// The press model; without it the fixed one.
+struct PressSettings {
+  bool chosen = false;
+  TornwalzenPress press{};
+  std::vector<std::int32_t> flange;  // per element 1 under the binder; empty: none marked
+  std::vector<Bead> beads;
+};
+
 struct RunSettings {
+  PressSettings press;
   int material = 1;  // 0, 1, 2 or 10; a curve of the user stands in for that of the number
   FlowCurve curve;
   double r = 1.0;             // mean normal anisotropy
@@ -76,8 +92,10 @@ struct RunOutput {
   std::vector<double> EVAL;  // five values per element as in tornwalzen.h; NaN if no increment converged
   std::vector<TornwalzenElementStrain> strains;  // per element, between part and blank
   TornwalzenReport report{};
-  std::int64_t matrixEntries = 0;  // stored entries of the global matrix
-  PhaseTimes times;                // of the structure's phases: when it was set up
+  TornwalzenPressResult press{};        // of the press model, else zero
+  std::vector<double> contact, binder;  // MPa per element, of the press model with tools; else empty
+  std::int64_t matrixEntries = 0;       // stored entries of the global matrix
+  PhaseTimes times;                     // of the structure's phases: when it was set up
 };
 
 // Whether one can stand behind the blank.

@@ -147,6 +147,48 @@ std::string inSummary(const std::string& text) {
   return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace)).get<std::string>();
 }
 
+namespace {
+
+// What acted, and what it tells of the press; pressures and force are estimates.
+Json pressJson(const RunReport& report) {
+  if (!report.settings.press.chosen) return nullptr;
+  const TornwalzenPress& given = report.settings.press.press;
+  const TornwalzenPressResult& r = report.run.press;
+  const char* const bending[] = {"off", "released", "kept"};
+  return {{"thickness_mm", given.thickness_mm},
+          {"exponent", r.exponent},
+          {"bending", bending[r.bending]},
+          {"free_edges", r.edge == 1},
+          {"contact_friction", r.contact == 1},
+          {"binder", r.binder == 1},
+          {"beads", r.beads == 1},
+          {"thinnest_mm", r.thinnest_mm},
+          {"thickest_mm", r.thickest_mm},
+          {"contact_pressure_punch_MPa", r.punch_pressure_mpa},
+          {"contact_pressure_die_MPa", r.die_pressure_mpa},
+          {"flange_triangles", r.flange_elements},
+          {"binder_pressure_largest_MPa", r.binder_pressure_mpa},
+          {"binder_area_mm2", r.binder_area_mm2},
+          {"work_of_deformation_J", 1e-3 * r.work_nmm},
+          {"work_of_friction_J", 1e-3 * r.friction_work_nmm},
+          {"depth_mm", r.depth_mm},
+          {"punch_force_mean_N", r.punch_force_n}};
+}
+
+std::string pressText(const RunReport& report) {
+  const TornwalzenPressResult& r = report.run.press;
+  std::string text = "work" + std::string(r.exponent == 1.0 ? "" : " to the exponent " + decimal(r.exponent));
+  if (r.bending != 0) text += r.bending == 2 ? ", bending kept" : ", bending released";
+  for (const auto& [acts, words] : {std::pair{r.edge, ", free edges"},
+                                    {r.contact, ", friction"},
+                                    {r.binder, ", binder"},
+                                    {r.beads, ", beads"}})
+    if (acts == 1) text += words;
+  return text;
+}
+
+}  // namespace
+
 std::string summaryJson(const RunReport& report) {
   const Results& results = report.results;
   const TornwalzenReport& run = report.run.report;
@@ -162,6 +204,8 @@ std::string summaryJson(const RunReport& report) {
   json["checks"] = checksJson(report);
   json["second_start"] = secondStartJson(report.second);
   json["path"] = report.settings.surePath ? "sure" : "fixed";
+  json["model"] = report.settings.press.chosen ? "press" : "fixed";
+  json["press"] = pressJson(report);
   json["material"] = report.settings.material;
   json["flow_curve"] =
       report.settings.curve.source.empty() ? Json("built in") : Json(report.settings.curve.source);
@@ -236,6 +280,19 @@ std::string summaryTable(const RunReport& report) {
   } else {
     row("blank", "none");
     row("part area", partArea);
+  }
+  if (report.settings.press.chosen) {
+    const TornwalzenPressResult& press = report.run.press;
+    row("press", pressText(report));
+    row("thickness",
+        fixedDecimal(press.thinnest_mm, 3) + " to " + fixedDecimal(press.thickest_mm, 3) + " mm");
+    if (press.contact == 1)
+      row("contact pressure", "punch " + fixedDecimal(press.punch_pressure_mpa, 1) + ", die " +
+                                  fixedDecimal(press.die_pressure_mpa, 1) + " MPa at most (estimate)");
+    if (press.binder == 1)
+      row("binder pressure", fixedDecimal(press.binder_pressure_mpa, 1) + " MPa at most, " +
+                                 fixedDecimal(press.binder_area_mm2, 0) + " mm2 bear");
+    row("punch force", fixedDecimal(1e-3 * press.punch_force_n, 2) + " kN (mean over the depth, estimate)");
   }
   row("settings", settingsText(report.settings));
   if (report.settings.surePath)

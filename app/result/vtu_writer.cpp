@@ -108,6 +108,14 @@ void writeCellData(FileWriter& file, const RunReport& report, Shape shape) {
   writeArray(file, "part_area_" + report.unit.name + "2", results.partArea);
   writeArray(file, "blank_area_" + report.unit.name + "2", results.blankArea);
   writeStrains(file, report, shape);
+  if (!report.run.contact.empty()) {
+    std::vector<double> thickness;
+    for (const double ratio : results.thicknessRatio)
+      thickness.push_back(report.settings.press.press.thickness_mm * ratio);
+    writeArray(file, "thickness_mm", thickness);
+    writeArray(file, "contact_pressure_MPa", report.run.contact);
+    writeArray(file, "binder_pressure_MPa", report.run.binder);
+  }
   writeArray(file, "element_number_in_file", report.part.fileElement);
   if (!report.part.ids.element.empty()) writeArray(file, "element_id", report.part.ids.element);
   if (!report.part.ids.part.empty()) writeArray(file, "part_id", report.part.ids.part);

@@ -79,12 +79,15 @@ LibraryRun::LibraryRun(const Part& part, const Hold& hold)
 
 RunOutput LibraryRun::run(const RunSettings& settings, const RunListener& listener) {
   applySettings(settings, handle_.get());
+  applyMarks(settings.press, handle_.get());
   Listening listening{listener, progress_};
   const Registration registration(handle_.get(), listening);
   progress_.beginRun();
   const std::int32_t code = tornwalzen_analysis_run(handle_.get());
   progress_.endRun();
   if (code <= TORNWALZEN_CLOSED_SURFACE && code >= TORNWALZEN_REPEATED_NODE)
+    throw Failure(std::string(tornwalzen_analysis_error_text(handle_.get(), code, 1)), exitRefused);
+  if (code <= TORNWALZEN_BAD_MODEL && code >= TORNWALZEN_PRESS_WITHOUT_CURVE)
     throw Failure(std::string(tornwalzen_analysis_error_text(handle_.get(), code, 1)), exitRefused);
   if (code != TORNWALZEN_OK)
     throw libraryFailure(handle_.get(), code, "could not set up the equations of " + size_);
@@ -102,6 +105,10 @@ RunOutput LibraryRun::collect() {
   output.EVAL = copied(tornwalzen_analysis_element_table(analysis), 5 * elements);
   output.strains.resize(output.RX.empty() ? 0 : static_cast<std::size_t>(elements));
   if (!output.strains.empty()) tornwalzen_analysis_strains(analysis, output.strains.data());
+  output.press.size = sizeof output.press;
+  tornwalzen_analysis_press_result(analysis, &output.press);
+  output.contact = copied(tornwalzen_analysis_contact_pressure(analysis), elements);
+  output.binder = copied(tornwalzen_analysis_binder_pressure(analysis), elements);
   output.report.size = sizeof output.report;
   tornwalzen_analysis_report(analysis, &output.report);
   output.matrixEntries = tornwalzen_analysis_matrix_entries(analysis);

@@ -23,9 +23,32 @@ void applySettings(const RunSettings& settings, TornwalzenAnalysis* analysis) {
                  "--energy");
   expectAccepted(tornwalzen_analysis_set_path(analysis, settings.surePath ? 1 : 0), "--path");
   expectAccepted(tornwalzen_analysis_set_start(analysis, settings.patchStart ? 1 : 0), "--path");
+  expectAccepted(tornwalzen_analysis_set_model(analysis, settings.press.chosen ? 1 : 0), "--model");
+  if (settings.press.chosen)
+    expectAccepted(tornwalzen_analysis_set_press(analysis, &settings.press.press), "--model press");
   expectAccepted(
       tornwalzen_analysis_set_tolerance_factors(analysis, settings.finalFactor, settings.pathFactor),
       "--tolerance");
+}
+
+void applyMarks(const PressSettings& press, TornwalzenAnalysis* analysis) {
+  const auto expectAccepted = [analysis](std::int32_t code, const std::string& option) {
+    if (code != TORNWALZEN_OK)
+      throw Failure(option + ": " + tornwalzen_analysis_error_text(analysis, code, 1));
+  };
+  expectAccepted(
+      tornwalzen_analysis_set_flange(analysis, press.flange.empty() ? nullptr : press.flange.data()),
+      "--flange");
+  std::vector<std::int32_t> lengths, nodes;
+  std::vector<double> force;
+  for (const Bead& bead : press.beads) {
+    lengths.push_back(static_cast<std::int32_t>(bead.nodes.size()));
+    nodes.insert(nodes.end(), bead.nodes.begin(), bead.nodes.end());
+    force.push_back(bead.force);
+  }
+  expectAccepted(tornwalzen_analysis_set_beads(analysis, static_cast<std::int32_t>(lengths.size()),
+                                               lengths.data(), nodes.data(), force.data()),
+                 "--bead");
 }
 
 void checkSettings(const RunSettings& settings) {

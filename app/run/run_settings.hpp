@@ -11,6 +11,9 @@ namespace host {
 // Sets what was chosen. Throws Failure with the library's own words where it refuses.
 void applySettings(const RunSettings& settings, TornwalzenAnalysis* analysis);
 
+// Sets what of the press lies on the mesh, which has been taken. Throws Failure likewise.
+void applyMarks(const PressSettings& press, TornwalzenAnalysis* analysis);
+
 // Throws Failure as applySettings would; nothing else happens.
 void checkSettings(const RunSettings& settings);
 

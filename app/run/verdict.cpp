@@ -100,7 +100,8 @@ std::string percent(double share) {
 }
 
 // What makes the result no blank at all.
-std::vector<std::string> faults(const Part& part, const TornwalzenReport& r) {
+std::vector<std::string> faults(const Part& part, const RunOutput& run) {
+  const TornwalzenReport& r = run.report;
   std::vector<std::string> why;
   if (r.not_finite > 0)
     why.push_back(counted(r.not_finite, "triangle") + " with a position that is no number, the first is " +
@@ -118,16 +119,24 @@ std::vector<std::string> faults(const Part& part, const TornwalzenReport& r) {
   else if (r.open_nodes > 0 && r.blank_inverted == 0)
     why.push_back("the triangles around node " + std::to_string(r.first_open_node) +
                   " do not close once (nodes like this: " + std::to_string(r.open_nodes) + ")");
-  if (r.path == 1 && r.minimum_certified == 0) why.push_back("the equilibrium found is no minimum");
+  if (r.path == 1 && r.minimum_certified == 0 && run.press.loads_held == 0)
+    why.push_back("the equilibrium found is no minimum");
   return why;
 }
 
 // What makes a blank doubtful.
-std::vector<std::string> doubts(const Part& part, const TornwalzenReport& r) {
+std::vector<std::string> doubts(const Part& part, const RunOutput& run) {
+  const TornwalzenReport& r = run.report;
   std::vector<std::string> why;
   if (r.checked == 0) why.push_back("there was no memory to check the blank");
   if (r.path == 0 && r.minimum_certified == 0)
     why.push_back("the last tangent was not positive definite: the equilibrium may be no minimum");
+  if (run.press.loads_held == 1 && r.minimum_certified == 0)
+    why.push_back(
+        "the sheet is at the limit of its strength: the tangent without the tools is not positive definite");
+  if (run.press.exponent > 1.0)
+    why.push_back("the press model held down to the exponent " + decimal(run.press.exponent) +
+                  " alone; 1 is the work of deformation itself");
   if (r.accepted_unconverged > 0)
     why.push_back(counted(r.accepted_unconverged, "increment") + " on the way did not converge");
   if (r.share_beyond_one > strainShare)
@@ -144,13 +153,13 @@ Verdict judge(const Part& part, const RunOutput& run) {
     verdict.why = {"not converged"};
     return verdict;
   }
-  verdict.why = faults(part, run.report);
+  verdict.why = faults(part, run);
   if (!verdict.why.empty()) {
     verdict.worth = Worth::notABlank;
     verdict.status = exitUnconverged;
     return verdict;
   }
-  verdict.why = doubts(part, run.report);
+  verdict.why = doubts(part, run);
   if (!verdict.why.empty()) verdict.worth = Worth::doubtful;
   return verdict;
 }

@@ -163,7 +163,7 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
   NewtonOutcome found{SureEnd::tooLong, {}, 0.0, 0};
   mixing_.restart();
   Int mixed = 0, followed = 0;
-  bool exact = false;
+  bool exact = false, factored = false;
   double best = INFINITY;
   for (Int round = 1; round <= mostRounds; ++round, ++run_.record.press.rounds) {
     freezeLoads(problem);
@@ -178,6 +178,7 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
       return found;
     }
     if (sound && found.value.gradient <= limit) {
+      if (!factored) exact = exactTangentHolds(problem);
       found.end = exact ? SureEnd::minimum : SureEnd::stationary;
       return found;
     }
@@ -196,8 +197,10 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
       keep(problem, best_);
     }
     if (follow) {
+      factored = true;
       if (followed++ == mostFollowed || !followingRound(problem, exact)) break;
     } else if (round <= firstRounds) {
+      factored = true;
       if (!newtonRound(problem, found.value, exact)) follow = true;
     } else {
       problem.tangent.solve(problem.RR, problem.RB);
@@ -209,6 +212,16 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
   }
   found.end = SureEnd::noDescent;
   return found;
+}
+
+/// Is the tangent without loads positive definite at RX? Leaves its factor.
+bool PressPath::exactTangentHolds(SureProblem& problem) {
+  const ProcessorTime time(problem.counts.factorization);
+  potentialTangent(problem.mesh, problem.RX, problem.potential(0.0), problem.tangent.COLS(),
+                   problem.tangent.ROWI(), problem.RB, problem.tangent.SYSM());
+  problem.tangent.hold(problem.FREE);
+  ++problem.counts.factorizations;
+  return problem.tangent.factorize() && problem.tangent.negativePivots() == 0;
 }
 
 /// One step of Newton's method on the whole residual, the loads following the blank: products by differences, the exact

@@ -62,6 +62,7 @@ class PressPath {
   NewtonOutcome downTheFamily(SureProblem& problem, double limit);
   void told(double exponent);
   NewtonOutcome balance(SureProblem& problem, double limit, bool follow);
+  bool exactTangentHolds(SureProblem& problem);
   bool followingRound(SureProblem& problem, bool& exact);
   bool newtonRound(SureProblem& problem, const SureValue& value, bool& exact);
 
