@@ -30,7 +30,7 @@ def developments(folder):
                       r["fixed_iterations"], r["same_energy_iterations"], error(r["host_error_mm"], r["host_converged"]),
                       r["host_iterations"] + runs])
     return table(["part", "mesh (mm)", "curve", "error at 1,1, `blank` (mm)", "iterations", "iterations at 1,1, `part`",
-                  "error at the host's default (mm)", "iterations"], lines)
+                  "error at 0.001, `part` (mm)", "iterations"], lines)
 
 
 def cup(folder):

@@ -90,8 +90,10 @@ check() {
       \<*)
         seen=$((seen + 1))
         # The library stands on the C++ standard library alone: plain header names, <stdint.h> and <stddef.h> in the
-        # C interface, the processors' own vector headers in kernels.
+        # C interface, the processors' own vector headers in kernels; the thread pool asks for the number of its
+        # process, since a forked one has none of its threads.
         case $file in src/*|include/*)
+          if [ "$file $header" = 'src/ground/thread_pool.cpp <unistd.h' ]; then continue; fi
           if ! [[ ${header#<} =~ ^([a-z_0-9]+|stdint\.h|stddef\.h|immintrin\.h|arm_neon\.h)$ ]]; then
             echo "$file must not include <${header#<}>: not of the standard library"; bad=1
           fi ;;
