@@ -47,6 +47,30 @@ def square(folder):
                   "blank's corner x = y (mm)", "draw-in on the axes (mm)", "draw-in on the diagonal (mm)"], lines)
 
 
+def press(folder):
+    names = {"dfg_cup_quarter": "rectangular cup", "round_cup_18": "round cup", "dome_15": "dome"}
+    lines = [[names[r["part"]], r["variant"], r["edge_mean_mm"], r["edge_largest_mm"], r["edge_signed_mm"],
+              r["thickness_rms_mm"], r["correlation"], r["exponent"], r["factorizations"]]
+             for r in rows(folder, "press.csv")]
+    return table(["part", "model", "edge, mean (mm)", "edge, largest (mm)", "edge, signed mean (mm)",
+                  "thickness, rms (mm)", "correlation", "p", "factorizations"], lines)
+
+
+def press_developments(folder):
+    lines = [[r["part"], r["size_mm"], r["bending"], "%.6f" % float(r["error_mm"]), r["exponent"], r["factorizations"]]
+             for r in rows(folder, "press_developments.csv")]
+    return table(["part", "mesh (mm)", "bending", "error (mm)", "p", "factorizations"], lines)
+
+
+def press_square(folder):
+    lines = [[r["edge_on_axis_mm"], r["material"], r["tools"], r["exponent"], r["half_side_mm"], r["corner_mm"],
+              r["draw_in_axis_mm"], r["draw_in_diagonal_mm"], r["thinnest_mm"]]
+             for r in rows(folder, "press_square_cup.csv")]
+    return table(["edge of the part on the axes (mm)", "material", "tools", "p", "blank on the axes (mm)",
+                  "blank's corner x = y (mm)", "draw-in on the axes (mm)", "draw-in on the diagonal (mm)",
+                  "thinnest (mm)"], lines)
+
+
 def replaced(text, name, content):
     pattern = "(<!-- %s -->\n).*?(<!-- end -->)" % name
     result, count = re.subn(pattern, lambda m: m.group(1) + content + m.group(2), text, flags=re.S)
@@ -59,7 +83,9 @@ folder, document = sys.argv[1:]
 with open(document) as file:
     text = file.read()
 for name, source, make in (("developments", "developments.csv", developments), ("cup", "cup.csv", cup),
-                           ("square cup", "square_cup.csv", square)):
+                           ("square cup", "square_cup.csv", square), ("press", "press.csv", press),
+                           ("press developments", "press_developments.csv", press_developments),
+                           ("press square cup", "press_square_cup.csv", press_square)):
     if os.path.exists(os.path.join(folder, source)):
         text = replaced(text, name, make(folder))
 with open(document, "w") as file:

@@ -26,15 +26,18 @@ void ProgressRecord::endRun() {
 
 void ProgressRecord::closePhase() {
   const auto phase = static_cast<std::size_t>(step_.phase);
-  if (phase > 0 && phase < seconds_.size())
-    seconds_[phase] = std::chrono::duration<double>(Clock::now() - since_).count();
+  if (phase == 0 || phase >= seconds_.size()) return;
+  const double seconds = std::chrono::duration<double>(Clock::now() - since_).count();
+  // the press model comes back to phases that it has left
+  seconds_[phase] = phase < TORNWALZEN_PHASE_DEVELOPMENT ? seconds : seconds_[phase] + seconds;
 }
 
 PhaseTimes ProgressRecord::times() const {
   return {seconds_[TORNWALZEN_PHASE_STRUCTURE], seconds_[TORNWALZEN_PHASE_ORDERING],
           seconds_[TORNWALZEN_PHASE_SYMBOLIC],
           seconds_[TORNWALZEN_PHASE_DEVELOPMENT] + seconds_[TORNWALZEN_PHASE_START],
-          seconds_[TORNWALZEN_PHASE_INCREMENTS] + seconds_[TORNWALZEN_PHASE_NEWTON]};
+          seconds_[TORNWALZEN_PHASE_INCREMENTS] + seconds_[TORNWALZEN_PHASE_NEWTON] +
+              seconds_[TORNWALZEN_PHASE_PRESS]};
 }
 
 }  // namespace host

@@ -32,8 +32,8 @@ class ProgressRecord {
 
   TornwalzenStep step_{};
   int steps_ = 0;
-  Clock::time_point since_{};                                  // begin of the phase
-  std::array<double, TORNWALZEN_PHASE_NEWTON + 1> seconds_{};  // by phase; 0: none of these
+  Clock::time_point since_{};                                 // begin of the phase
+  std::array<double, TORNWALZEN_PHASE_PRESS + 1> seconds_{};  // by phase; 0: none of these
 };
 
 }  // namespace host

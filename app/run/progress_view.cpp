@@ -50,6 +50,10 @@ std::string phaseText(const ProgressRecord& record, int percent, bool terminal) 
       return "laying out the starting blank";
     case TORNWALZEN_PHASE_NEWTON:
       return newtonText(record, percent, terminal);
+    case TORNWALZEN_PHASE_PRESS:
+      return terminal && record.residual() >= 0.0
+                 ? "edges and tools, round " + std::to_string(record.iteration()) + gradientText(record)
+                 : "edges and tools";
     default:
       return "running " + std::to_string(percent) + " %";
   }

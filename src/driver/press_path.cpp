@@ -100,7 +100,7 @@ NewtonOutcome PressPath::atOnce(SureProblem& problem, double limit) {
   reportPressWork(run_, 1.0, holds(found), found.value.gradient, found.smallest);
   if (holds(found) && loads_) {
     found = balance(problem, limit, false);
-    reportPressLoads(run_, 1.0, holds(found), found.value.gradient);
+    reportPressLoads(run_, holds(found), found.value.gradient);
   }
   if (holds(found)) told(1.0);
   return found;
@@ -108,7 +108,7 @@ NewtonOutcome PressPath::atOnce(SureProblem& problem, double limit) {
 
 void PressPath::told(double exponent) {
   run_.record.press.exponent = exponent;
-  run_.record.press.loadsHeld = loads_;
+  run_.record.press.loadsHeld = loads_ && (acting_.edge || acting_.tools());
 }
 
 /// One member of the family: without loads by minimisation, with loads by steps that follow them; the first member, far

@@ -29,11 +29,10 @@ void reportPressRound(Analysis& run, Int round, double gradient, double smallest
                         .exponent(smallest, 13, 6));
 }
 
-void reportPressLoads(Analysis& run, double share, bool held, double gradient) {
+void reportPressLoads(Analysis& run, bool held, double gradient) {
   printMessage(run, MessageLine()
-                        .text(" PRESSE: ANTEIL DER WERKZEUGKRAEFTE ")
-                        .fixed(share, 6, 2)
-                        .text(held ? " HAELT " : " HAELT NICHT ")
+                        .text(" PRESSE: RANDKRAEFTE UND WERKZEUGE ")
+                        .text(held ? " HALTEN " : " HALTEN NICHT ")
                         .exponent(gradient, 13, 6));
 }
 

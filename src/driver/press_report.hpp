@@ -11,8 +11,8 @@ void reportPressWork(Analysis& run, double exponent, bool held, double gradient,
 void reportPressExponent(Analysis& run, double exponent);
 /// One round of standing loads.
 void reportPressRound(Analysis& run, Int round, double gradient, double smallest);
-/// A share of the tools' forces: did it come to equilibrium?
-void reportPressLoads(Analysis& run, double share, bool held, double gradient);
+/// All loads at once on the work itself: did they come to equilibrium?
+void reportPressLoads(Analysis& run, bool held, double gradient);
 /// What the record says at the end.
 void reportPressEnd(Analysis& run);
 
