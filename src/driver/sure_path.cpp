@@ -39,6 +39,7 @@ class SurePath {
   SurePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const PressArrays& marks)
       : run_(run),
         a_(a),
+        HOST_(a.KNG),
         EVAL_(EVAL),
         CURVE_(run),
         partWork_(CURVE_, true),
@@ -126,7 +127,7 @@ class SurePath {
     const StartOutcome seen = start_.rotate(mesh(), a_.KNG, a_.RX);
     if (!seen.memory) return noMemory();
     if (!joinStart()) return false;
-    if (!holds_.place(a_.KNG, a_.RX)) {
+    if (!holds_.place(HOST_, a_.RX)) {
       holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
       if (!joinStart()) return false;
     }
@@ -153,7 +154,7 @@ class SurePath {
 
   /// Joins the rotations to a blank under the holds as they are.
   bool joinStart() {
-    if (!holds_.free()) holds_.place(a_.KNG, a_.RX);
+    if (!holds_.free()) holds_.place(HOST_, a_.RX);
     if (!prepareJoiner()) return false;
     start_.join(mesh(), joiner_, a_.RX, a_.TEMP);
     return true;
@@ -201,9 +202,9 @@ class SurePath {
       keepOutcome(found);
       if (found.end == SureEnd::stopped) return RunEnd::stoppedByHost;
       if (!told(found)) return RunEnd::gaveUp;
-      if (holds_.place(a_.KNG, a_.RX)) return RunEnd::converged;
+      if (holds_.place(HOST_, a_.RX)) return RunEnd::converged;
       holds_.pin();
-      holds_.place(a_.KNG, a_.RX);
+      holds_.place(HOST_, a_.RX);
       if (!prepareJoiner()) return gaveUp_;
     }
   }
@@ -271,6 +272,8 @@ class SurePath {
 
   Analysis& run_;
   DriverArrays a_;
+  const Table<const double>
+      HOST_;  // the part as given: its holds are there, whatever side of the sheet it shows
   Vector<double> EVAL_;
   FlowCurve CURVE_;
   PlasticWorkTerm partWork_, blankWork_;

@@ -2,6 +2,7 @@
 #include "interface/own_analysis.hpp"
 
 #include <limits>
+#include <utility>
 
 #include "driver/run_analysis.hpp"
 #include "ground/progress.hpp"
@@ -121,6 +122,10 @@ bool OwnAnalysis::supplyRunArrays() {
   if (!allocate({&CONTACT_, &GRIP_}, press ? ne : 0)) return false;
   CONTACT_.fill(0.0);
   GRIP_.fill(0.0);
+  const Table<Int> INTA = INTA_.table(3);
+  const Vector<Int> TRIANGLES = TRIANGLES_.vector();
+  for (Int64 e = 1; e <= ne; ++e)
+    for (Int64 c = 1; c <= 3; ++c) TRIANGLES(3 * (e - 1) + c) = INTA(e, c);
   EVAL_.fill(std::numeric_limits<double>::quiet_NaN());
   return true;
 }
@@ -166,7 +171,8 @@ Int OwnAnalysis::takeBeads(Int count, const Int* lengths, const Int* nodes, cons
   return TORNWALZEN_OK;
 }
 
-/// The results in the order in which a host reads them.
+/// The results in the order in which a host reads them, and the mesh as it was given: a run may turn its triangles, and
+/// the next is to find what the first one found.
 void OwnAnalysis::publish() {
   const Table<double> KNA = KNA_.table(3);
   const Table<Int> INTA = INTA_.table(3);
@@ -175,7 +181,11 @@ void OwnAnalysis::publish() {
   for (Int64 n = 1; n <= run.nkno; ++n)
     for (Int64 c = 1; c <= 2; ++c) START(2 * (n - 1) + c) = KNA(n, c);
   for (Int64 e = 1; e <= run.nele; ++e)
-    for (Int64 c = 1; c <= 3; ++c) TRIANGLES(3 * (e - 1) + c) = INTA(e, c) - (1 - firstIndex);
+    for (Int64 c = 1; c <= 3; ++c) {
+      Int& given = TRIANGLES(3 * (e - 1) + c);
+      std::swap(given, INTA(e, c));
+      given -= 1 - firstIndex;
+    }
   hasRun_ = true;
 }
 
@@ -208,12 +218,12 @@ void OwnAnalysis::strains(TornwalzenElementStrain* strains) {
   const FlowCurve CURVE = loaded.curve(run.options.anisotropy);
   const Table<double> KNG =
       run.options.press.chosen ? KNZ_.table(3) : KNG_.table(3);  // the middle of the sheet
-  const Table<Int> INTA = INTA_.table(3);
+  const Vector<Int> TRIANGLES = TRIANGLES_.vector();
   const Vector<double> RX = RX_.vector();
   for (Int64 e = 1; e <= run.nele; ++e) {
     double X[9], U[6];
     for (Int corner = 0; corner < 3; ++corner) {
-      const Int n = INTA(e, corner + 1);
+      const Int n = TRIANGLES(3 * (e - 1) + corner + 1) + (1 - firstIndex);
       for (Int i = 0; i < 3; ++i) X[3 * corner + i] = KNG(n, i + 1);
       U[2 * corner] = RX(2 * n - 1);
       U[2 * corner + 1] = RX(2 * n);

@@ -103,6 +103,41 @@ TEST_F(AnalysisHandle, RunsAgainWithOtherSettingsOnTheStructureThatStands) {
   EXPECT_TRUE(sameBits(resultsOf(handle), first));
 }
 
+/// A slightly wavy strip of 5 x 3 nodes, 10 mm apart, turned past the upright about y by `tilt` and then about z (rad):
+/// the sure path sees it from its other side and turns its triangles.
+HostPart steepStrip(double tilt) {
+  HostPart part;
+  for (int j = 0; j < 5; ++j)
+    for (int i = 0; i < 3; ++i) {
+      const double z = 0.6 * std::sin(1.0 + 3.0 * i + 5.0 * j), x = 10.0 * i, y = 10.0 * j;
+      const double u = std::cos(tilt) * x + std::sin(tilt) * z;
+      part.knots.insert(part.knots.end(),
+                        {0.8 * u - 0.6 * y, 0.6 * u + 0.8 * y, std::cos(tilt) * z - std::sin(tilt) * x});
+    }
+  for (int j = 0; j < 4; ++j)
+    for (int i = 0; i < 2; ++i) {
+      const std::int32_t n = 3 * j + i + 1;
+      part.inzi.insert(part.inzi.end(), {n, n + 1, n + 4, n, n + 4, n + 3});
+    }
+  holdRigidMotion(part);
+  return part;
+}
+
+TEST_F(AnalysisHandle, RunsAgainToTheBitWhereTheFirstRunTurnedTheTriangles) {
+  for (const double tilt : {1.6, 1.8, 2.2, 2.9})
+    for (const std::int32_t start : {0, 1}) {
+      const HostPart part = steepStrip(tilt);
+      const Handle handle = newHandle();
+      ASSERT_EQ(take(handle, part), 0);
+      ASSERT_EQ(tornwalzen_analysis_set_path(handle.get(), 1), 0);
+      ASSERT_EQ(tornwalzen_analysis_set_start(handle.get(), start), 0);
+      ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+      const std::vector<double> first = resultsOf(handle);
+      ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+      EXPECT_TRUE(sameBits(resultsOf(handle), first)) << "tilt " << tilt << ", start " << start;
+    }
+}
+
 TEST_F(AnalysisHandle, OrientsTrianglesInTheHostsCounting) {
   HostPart part = samplePart("square_cup", 200);
   for (std::size_t e = 0; e < part.inzi.size(); e += 3)
