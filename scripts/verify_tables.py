@@ -71,6 +71,34 @@ def press_square(folder):
                   "thinnest (mm)"], lines)
 
 
+def sure(folder):
+    """Factorizations by part and size, for the curves 0, 1 and 2."""
+    runs = rows(folder, "sure.csv")
+    lines = []
+    for part in dict.fromkeys(r["part"] for r in runs):
+        for size in dict.fromkeys(r["triangles"] for r in runs if r["part"] == part):
+            same = [r for r in runs if r["part"] == part and r["triangles"] == size]
+            right = all(r["converged"] == r["minimum"] == "1" and r["inverted"] == "0" for r in same)
+            lines.append([part, size, "all" if right else "**not all**", ", ".join(r["factorizations"] for r in same),
+                          "%.3f" % min(float(r["smallest_stretch"]) for r in same)])
+    counts = sorted(int(r["factorizations"]) for r in runs)
+    end = "\nFactorizations over all %d runs: median %d, at most %d.\n" % (len(counts), counts[len(counts) // 2], counts[-1])
+    return table(["part", "triangles", "certified minima", "factorizations with curves 0, 1, 2", "smallest stretch"], lines) + end
+
+
+def both_paths(folder):
+    lines = []
+    for r in rows(folder, "sure_fixed.csv"):
+        same = r["fixed_converged"] == "1"
+        more = float(r["fixed_energy_mm2"]) / float(r["sure_energy_mm2"]) - 1.0 if same else float("nan")
+        tiny = same and float(r["fixed_energy_mm2"]) < 1e-4  # mm^2: a development, both are rounding
+        lines.append([r["part"], r["triangles"], r["curve"],
+                      "not converged" if not same else "both developed" if tiny else "%.1e" % more,
+                      "" if not same else "%.4f" % float(r["apart_mm"]), r["fixed_factorizations"], r["sure_factorizations"]])
+    return table(["part", "triangles", "curve", "energy of the fixed path's blank above the sure path's",
+                  "blanks apart (mm)", "factorizations, fixed", "sure"], lines)
+
+
 def replaced(text, name, content):
     pattern = "(<!-- %s -->\n).*?(<!-- end -->)" % name
     result, count = re.subn(pattern, lambda m: m.group(1) + content + m.group(2), text, flags=re.S)
@@ -85,6 +113,7 @@ with open(document) as file:
 for name, source, make in (("developments", "developments.csv", developments), ("cup", "cup.csv", cup),
                            ("square cup", "square_cup.csv", square), ("press", "press.csv", press),
                            ("press developments", "press_developments.csv", press_developments),
+                           ("sure path", "sure.csv", sure), ("both paths", "sure_fixed.csv", both_paths),
                            ("press square cup", "press_square_cup.csv", press_square)):
     if os.path.exists(os.path.join(folder, source)):
         text = replaced(text, name, make(folder))

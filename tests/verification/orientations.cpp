@@ -10,13 +10,15 @@
 #include <string>
 #include <vector>
 
-#include "interface/handle.hpp"
-#include "verification/blank_error.hpp"
+#include "verification/part_runs.hpp"
 
 namespace {
 
-using extension::Handle;
 using host_kit::HostPart;
+using verification::distance;
+using verification::PartRun;
+using verification::runPart;
+using verification::sizeOf;
 
 constexpr int attitudes = 16;
 constexpr double rightShare = 1e-6;  // of the part's size
@@ -59,57 +61,26 @@ HostPart turned(const HostPart& part, const Rotation& R) {
   return other;
 }
 
-double sizeOf(const HostPart& part) {
-  double least[3], most[3];
-  for (std::size_t i = 0; i < 3; ++i) least[i] = most[i] = part.knots[i];
-  for (std::size_t n = 0; n < part.knots.size(); ++n) {
-    least[n % 3] = std::min(least[n % 3], part.knots[n]);
-    most[n % 3] = std::max(most[n % 3], part.knots[n]);
-  }
-  return std::hypot(most[0] - least[0], most[1] - least[1], most[2] - least[2]);
-}
-
-/// The blank, empty where the run did not converge.
-std::vector<double> blankOf(const HostPart& part, bool sure, TornwalzenReport& report) {
-  const Handle handle = extension::newHandle();
-  tornwalzen_analysis_set_path(handle.get(), sure ? 1 : 0);
-  tornwalzen_analysis_set_energy_reference(handle.get(), 1);
-  tornwalzen_analysis_set_tolerance_factors(handle.get(), 0.001, 1.0);
-  const bool ran = extension::take(handle, part) == 0 && tornwalzen_analysis_run(handle.get()) == 0;
-  report = extension::reportOf(handle);
-  if (!ran || report.converged == 0) return {};
-  const double* blank = tornwalzen_analysis_blank(handle.get());
-  return {blank, blank + 2 * part.nodes()};
-}
-
-/// Seen from the other side a blank is its mirror image: the fit may choose.
-double distance(const std::vector<double>& found, const std::vector<double>& wanted) {
-  std::vector<double> mirrored = found;
-  for (std::size_t i = 0; i < mirrored.size(); i += 2) mirrored[i] = -mirrored[i];
-  return std::min(verification::largestError(found, wanted), verification::largestError(mirrored, wanted));
-}
-
 struct Count {
   int right = 0, refused = 0, wrong = 0;
 };
 
 void tryAttitudes(const std::string& name, const HostPart& part, bool sure, Count& total) {
   std::mt19937 random(20261121);
-  TornwalzenReport report;
   const double size = sizeOf(part);
-  const std::vector<double> asItLies = blankOf(part, true, report);  // the measure of both paths
+  const PartRun asItLies = runPart(part, 1);  // the measure of both paths
   Count count;
   double worst = 0.0;
   int factorizations = 0;
   for (int k = 0; k < attitudes; ++k) {
     const HostPart other = turned(part, attitude(k, random));
-    const std::vector<double> blank = blankOf(other, sure, report);
-    factorizations = std::max(factorizations, report.factorizations);
-    if (blank.empty() || asItLies.empty()) {
+    const PartRun run = runPart(other, sure ? 1 : 0);
+    factorizations = std::max(factorizations, run.report.factorizations);
+    if (!run.converged() || !asItLies.converged()) {
       ++count.refused;
       continue;
     }
-    const double error = distance(blank, asItLies);
+    const double error = distance(run.blank, asItLies.blank);
     worst = std::max(worst, error / size);
     error <= rightShare* size ? ++count.right : ++count.wrong;
   }
