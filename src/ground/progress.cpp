@@ -59,8 +59,12 @@ void reportProcessorTime(ProgressChannel& progress) {
 }
 
 bool hostContinues(ProgressChannel& progress, const ProgressPoint& point) {
-  if (progress.monitor != nullptr && !progress.stopAsked)
-    progress.stopAsked = progress.monitor(progress.monitorData, point) != 0;
+  if (progress.monitor != nullptr && !progress.stopAsked) {
+    ProgressPoint told = point;
+    if (!(told.fraction > 0.0)) told.fraction = 0.0;  // no number where a measure of the development is none
+    if (told.fraction > 1.0) told.fraction = 1.0;
+    progress.stopAsked = progress.monitor(progress.monitorData, told) != 0;
+  }
   return !progress.stopAsked;
 }
 

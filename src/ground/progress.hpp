@@ -22,8 +22,8 @@ void reportProcessorTime(ProgressChannel& progress);
 /// out: at least timeTextLength characters, zero-terminated on return. milliseconds: in, >= 0.
 void processorTimeText(char* out, Int64 milliseconds);
 
-/// Tells the monitor where the run stands. True if the run shall go on; once the monitor has asked for the end it
-/// is asked no more.
+/// Tells the monitor where the run stands, with a fraction of 0..1 whatever a degenerate part made of it.
+/// True if the run shall go on; once the monitor has asked for the end it is asked no more.
 bool hostContinues(ProgressChannel& progress, const ProgressPoint& point);
 
 }  // namespace tornwalzen

@@ -172,4 +172,18 @@ TEST(ProcessorTime, TheTextHoldsTheLongestTime) {  // 2^63 microseconds: the ran
   EXPECT_EQ(timeText(9223372036854775), "TIME: 153722867280min 54s");
 }
 
+// A degenerate part's development measures what is no number; a host that draws a bar must not see it.
+TEST(ProgressMonitor, IsToldFractionsFromZeroToOneAndNothingElse) {
+  std::vector<double> heard;
+  ProgressChannel channel;
+  channel.monitorData = &heard;
+  channel.monitor = [](void* data, const ProgressPoint& point) -> Int {
+    static_cast<std::vector<double>*>(data)->push_back(point.fraction);
+    return 0;
+  };
+  for (const double fraction : {std::nan(""), -0.5, 0.0, 0.25, 1.0, 1.5})
+    EXPECT_TRUE(hostContinues(channel, {RunPhase::development, fraction}));
+  EXPECT_EQ(heard, (std::vector<double>{0.0, 0.0, 0.0, 0.25, 1.0, 1.0}));
+}
+
 }  // namespace

@@ -243,8 +243,11 @@ TEST_F(PressTest, AMeshOfASkinIsMovedToTheMiddle) {
   ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
   const double punch = width();
   const double* blank = tornwalzen_analysis_blank(handle.get());
-  for (std::size_t i = 0; i < part.arfa.size(); ++i)  // held where the mesh is that was given
-    if (part.arfa[i] == 0) EXPECT_EQ(blank[i], part.knots[i / 2 * 3 + i % 2]);
+  for (std::size_t i = 0; i < part.arfa.size(); ++i) {  // held where the mesh is that was given
+    if (part.arfa[i] == 0) {
+      EXPECT_EQ(blank[i], part.knots[i / 2 * 3 + i % 2]);
+    }
+  }
   press.mesh_side = 2;
   model(press);
   ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
