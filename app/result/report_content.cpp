@@ -5,6 +5,7 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "result/report_shop.hpp"
 #include "result/report_trust.hpp"
 #include "system/text.hpp"
 
@@ -246,6 +247,7 @@ ReportData reportDataOf(const RunReport& report, const ConvergenceHistory& histo
     addFieldsWithoutBlank(report, data);
   addPlaces(report, data);
   if (report.results.developed) addOutline(report, data);
+  addShopToPage(report, data);
   addFigures(report, data);
   addSettings(report, data);
   data.trust = trustOf(report);

@@ -85,7 +85,7 @@ struct ReportConvergence {
 // The forming-limit curve; the diagram itself needs the fields alone.
 struct ReportLimits {
   std::vector<ReportPoint> curve;  // minor and major strain, logarithmic
-  double margin = 0.0;             // below the curve, as a share of it: marginal
+  double margin = 0.0;             // percent of engineering strain below the curve: marginal
   std::string source;
 };
 

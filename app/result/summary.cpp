@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "result/shop_summary.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -232,6 +233,7 @@ std::string summaryJson(const RunReport& report) {
   json["blank_rectangle_angle_deg"] = known(results.blankRectangle.angle);
   json["blank_size_x_" + unit] = known(results.blankSizeX);
   json["blank_size_y_" + unit] = known(results.blankSizeY);
+  addShopJson(json, report);
   json["thinnest"] = elementJson(report, results.thinnest);
   json["thickest"] = elementJson(report, results.thickest);
   json["triangles_folded_in_blank"] = known(results.folded);
@@ -273,6 +275,7 @@ std::string summaryTable(const RunReport& report) {
     row("blank size", rectangleText(results.blankRectangle, digits, unit));
     row("blank area",
         fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "2 (part " + partArea + ")");
+    addShopRows(report, row);
     row("thinnest", elementText(report, results.thinnest));
     row("thickest", elementText(report, results.thickest));
     if (results.folded > 0) row("folded over", counted(results.folded, "triangle") + " of the blank");

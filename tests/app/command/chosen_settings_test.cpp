@@ -43,8 +43,8 @@ TEST(ChosenSettings, RefusalsNameTheirOption) {
             "--tolerance: tolerance factor 2 is 0, it must be above 0 and at most 1");
   EXPECT_EQ(refusalOf([](SolveOptions& o) { o.r = 0.0; }),
             "--r: the normal anisotropy r is 0, it must be positive and finite");
-  EXPECT_EQ(refusalOf([](SolveOptions& o) { o.material = 10, o.r = 2.0; }),
+  EXPECT_EQ(refusalOf([](SolveOptions& o) { o.material = "10", o.r = 2.0, o.rGiven = true; }),
             "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
-  EXPECT_EQ(refusalOf([](SolveOptions& o) { o.material = 10, o.law = "hollomon:K=500,n=0.2"; }),
+  EXPECT_EQ(refusalOf([](SolveOptions& o) { o.material = "10", o.law = "hollomon:K=500,n=0.2"; }),
             "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
 }

@@ -57,6 +57,8 @@ TEST(SummaryTable, ShowsTheFiguresWithUnits) {
             "triangles           2\n"
             "blank size          1.00 x 1.00 mm (smallest rectangle, its length at 0.0 degrees to x)\n"
             "blank area          1.0 mm2 (part 1.4 mm2)\n"
+            "outline             0 holes; 4 lines and 0 arcs within 0.05 mm\n"
+            "rectangle used      100.0 %\n"
             "thinnest            element 2, t/t0 0.5774, thickness strain -0.5493\n"
             "thickest            element 1, t/t0 1.0000, thickness strain 0.0000\n"
             "largest strain      0.2500 (equivalent)\n"
