@@ -80,7 +80,8 @@ std::vector<std::string> materialRemarks(const SolveOptions& options, const Mate
   return remarks;
 }
 
-RunSettings settingsOf(const SolveOptions& options, const Material& material) {
+RunSettings settingsOf(const SolveOptions& options, const Material& material,
+                       std::optional<double> measured) {
   RunSettings settings;
   settings.material = material.name.empty() ? builtIn(options.material) : namedMaterial;
   settings.r = options.rGiven || !material.hasMeanR() ? options.r : material.meanR();
@@ -94,7 +95,8 @@ RunSettings settingsOf(const SolveOptions& options, const Material& material) {
         "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
   if (!options.curve.empty()) settings.curve = readFlowCurve(options.curve);
   if (!options.law.empty()) settings.curve = hardeningLaw(options.law);
-  settings.press = pressSettings(options.press, !settings.curve.strain.empty());
+  settings.press =
+      pressSettings(options.press, !settings.curve.strain.empty(), settings.surePath, measured);
   takeMeasured(material, options.press, settings.press);
   if (settings.press.chosen && options.path == "fixed")
     throw Failure("--model press goes the sure path; leave --path fixed out");

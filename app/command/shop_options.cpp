@@ -33,6 +33,7 @@ void checkShopOptions(const ShopOptions& options) {
 ShopReport shopBeforeRun(const ShopOptions& options, const Material& material, double measured) {
   ShopReport shop;
   shop.thickness = options.thickness > 0.0 ? options.thickness : measured;
+  shop.thicknessMeasured = shop.thickness > 0.0 && options.thickness <= 0.0;
   shop.material = material;
   shop.drawing = {options.dxfTolerance, options.dxf == "12" ? DxfRelease::r12 : DxfRelease::r2000,
                   options.square, options.bendLines};

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <limits>
+#include <optional>
 
 #include "command/chosen_settings.hpp"
 #include "command/press_choice.hpp"
@@ -51,26 +52,25 @@ std::string outputFolder(const SolveOptions& options) {
   return fs::path(options.part).stem().string() + "_blank";  // in the working folder
 }
 
-// The names of the files that the run replaces; the log is not among them.
-std::vector<std::string> resultNames(const SolveOptions& options, const ShopReport& shop) {
+// The names of the files that the run replaces or removes; the log is not among them.
+std::vector<std::string> resultNames(const SolveOptions& options) {
   std::vector<std::string> names{"blank.obj", "part.vtu", "blank.vtu", "summary.json"};
   if (options.report) names.push_back("report.html");
-  for (const std::string& name : shopFileNames(shop, options.shop.csv)) names.push_back(name);
+  for (const std::string& name : shopFileNames(options.shop.csv)) names.push_back(name);
   if (options.eben) names.push_back("eben.t51");
   if (options.ebenStart) names.push_back("eben_start.t51");
   return names;
 }
 
 // No result may replace a file that is read, whatever the links, nor the results of another part.
-void checkResultPlaces(const Part& part, const SolveOptions& options, const ShopReport& shop,
-                       const std::string& folder) {
+void checkResultPlaces(const Part& part, const SolveOptions& options, const std::string& folder) {
   std::vector<std::string> places{(fs::path(folder) / logName).string()};
-  for (const std::string& name : resultNames(options, shop))
+  for (const std::string& name : resultNames(options))
     places.push_back((fs::path(folder) / name).string());
   checkOutputsSpareInputs(
       {options.part, options.curve, options.materials, options.shop.flc, holdFile(options.hold)}, places,
       "choose another folder with --out");
-  if (!options.force) checkFolderIsFree(folder, resultNames(options, shop), part.identity);
+  if (!options.force) checkFolderIsFree(folder, resultNames(options), part.identity);
 }
 
 void tellAboutMesh(const Part& part) {
@@ -190,7 +190,7 @@ void finishShop(ShopReport& shop, const Part& part, const RunOutput& run, const 
 
 int solve(const SolveOptions& options) {
   const Material material = chosenMaterial(options);
-  RunSettings settings = settingsOf(options, material);
+  settingsOf(options, material, std::nullopt);  // refused before a part is read
   ShopOptions shopOptions = options.shop;
   shopOptions.thickness = sheetThickness(options.press.thickness);
   checkShopOptions(shopOptions);
@@ -199,9 +199,11 @@ int solve(const SolveOptions& options) {
     std::fprintf(stderr, "%s\n", sentence.c_str());
   });
   tellAboutMesh(part);
+  const double measured = part.thickness * unit.millimetres;  // 0: the file holds no thickness
+  RunSettings settings = settingsOf(options, material, measured);
   readPressMarks(options.press, part, settings.press);
-  ShopReport shop = shopBeforeRun(shopOptions, material, part.thickness * unit.millimetres);
-  tellAboutMaterial(options, shopOptions, material, part.thickness * unit.millimetres);
+  ShopReport shop = shopBeforeRun(shopOptions, material, measured);
+  tellAboutMaterial(options, shopOptions, material, measured);
   if (options.eben || options.ebenStart) checkFlatBlankFits(part.file, part.nodes(), part.elements());
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);
@@ -209,7 +211,7 @@ int solve(const SolveOptions& options) {
   const std::string warning = sizeWarning(part, unit);
   if (!warning.empty()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   const std::string folder = outputFolder(options);
-  checkResultPlaces(part, options, shop, folder);
+  checkResultPlaces(part, options, folder);
   makeFolder(folder);
   RunLog log((fs::path(folder) / logName).string());
   ConvergenceHistory history;
@@ -229,9 +231,10 @@ int solve(const SolveOptions& options) {
   const Results results = computeResults(data, run, unit);
   finishShop(shop, inMillimetres(part, unit), run, results, unit.millimetres);
   const RunReport report{data, hold, run, results, verdict, settings, runs, second, unit, shop, rule, folder};
-  for (const std::string& sentence : shapeWarnings(report))
-    std::fprintf(stderr, "warning: %s\n", sentence.c_str());
-  checkResultPlaces(part, options, shop, folder);  // another run may have filled the folder meanwhile
+  const std::string noDrawing = whyNoDrawing(report);
+  if (!noDrawing.empty())
+    std::fprintf(stderr, "warning: no drawing of the blank was written: %s\n", noDrawing.c_str());
+  checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
   writeResults(report, history, options);
   std::fputs(summaryTable(report).c_str(), stdout);
   if (!log.problem().empty()) throw Failure(log.problem());

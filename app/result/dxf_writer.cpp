@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::size_t longestString = 250;  // bytes, dots that end it apart; the format's limit is 255
 constexpr int layers = 5;
+constexpr int red = 1, ofLayer = 256;
 
 struct Layers {
   DxfLayer table[layers];
@@ -27,7 +28,7 @@ class Entities {
  public:
   Entities(DxfTags& tags, DxfRelease release) : tags_(tags), release_(release) {}
 
-  void begin(const char* kind, const char* subclass, const char* layer) {
+  void begin(const char* kind, const char* subclass, const char* layer, int color = ofLayer) {
     tags_.tag(0, kind);
     if (release_ == DxfRelease::r2000) {
       tags_.handle(5, next_++);
@@ -35,6 +36,7 @@ class Entities {
       tags_.tag(100, "AcDbEntity");
     }
     tags_.tag(8, layer);
+    if (color != ofLayer) tags_.integer(62, color);
     if (release_ == DxfRelease::r2000) tags_.tag(100, subclass);
   }
 
@@ -70,8 +72,8 @@ void addCurve(DxfTags& tags, Entities& entities, const DrawnCurve& curve, DxfRel
 }
 
 void addText(DxfTags& tags, Entities& entities, const std::string& text, double x, double y, double height,
-             DxfRelease release) {
-  entities.begin("TEXT", "AcDbText", "TEXT");
+             bool warns, DxfRelease release) {
+  entities.begin("TEXT", "AcDbText", "TEXT", warns ? red : ofLayer);
   tags.point(10, x, y, 0);
   tags.real(40, height);
   tags.tag(1, dxfString(text, release));
@@ -92,8 +94,9 @@ DxfTags entitiesOf(const Drawing& drawing, const DrawingBox& box, DxfRelease rel
   }
   const double height = letterHeight(box);
   double y = box.bottom;
-  for (const std::string& note : drawing.notes)
-    addText(tags, entities, note, box.left, y -= 2.0 * height, height, release);
+  for (std::size_t k = 0; k < drawing.notes.size(); ++k)
+    addText(tags, entities, drawing.notes[k], box.left, y -= 2.0 * height, height,
+            k < drawing.warnings.size(), release);
   tags.tag(0, "ENDSEC");
   return tags;
 }

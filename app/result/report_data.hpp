@@ -64,7 +64,7 @@ struct ReportPlace {
 using ReportPoint = std::array<double, 2>;  // x, y
 
 struct ReportOutline {
-  std::vector<std::vector<ReportPoint>> loops;  // closed, the longest around first
+  std::vector<std::vector<ReportPoint>> loops;  // closed, the outer one first
   double angle = 0.0;                           // degrees from x to the length of the smallest rectangle
   std::vector<ReportPoint> marks;               // where it is wrong
 };

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "result/shop_files.hpp"
 #include "result/strip_picture.hpp"
 #include "system/text.hpp"
 
@@ -33,11 +34,13 @@ void addStrip(const ShopReport& shop, double millimetres, ReportData& data) {
   const bool paired = shop.strip->paired.utilisation > shop.strip->single.utilisation;
   const StripLayout& layout = paired ? shop.strip->paired : shop.strip->single;
   double low = std::numeric_limits<double>::infinity(), high = -low;
-  for (int row = 0; row < layout.rows; ++row)
-    for (const PlanePoint& p : inStrip(shop.shape.outline.loops, layout, row, 0)[0]) {
+  for (int row = 0; row < layout.rows; ++row) {
+    const auto loops = inStrip(shop.shape.outline.loops, layout, row, 0);
+    for (const PlanePoint& p : loops[0]) {
       low = std::min(low, p[1]);
       high = std::max(high, p[1]);
     }
+  }
   const double rise = 0.5 * layout.width - 0.5 * (low + high);  // the strip's lower edge becomes y = 0
   data.strip.width = layout.width / millimetres;
   data.strip.pitch = layout.pitch / millimetres;
@@ -51,12 +54,28 @@ void addStrip(const ShopReport& shop, double millimetres, ReportData& data) {
                         {"web", decimal(*shop.web) + " mm"}};
 }
 
+void addShopFigures(const ShopReport& shop, ReportData& data) {
+  const auto add = [&](const std::string& name, const std::string& value) {
+    data.figures.push_back({name, value});
+  };
+  if (shop.thickness > 0.0) add("sheet", sheetText(shop) + (shop.thicknessMeasured ? ", measured" : ""));
+  if (shop.weight) add("weight", fixedDecimal(*shop.weight, 3) + "\u00a0kg");
+  add("rectangle used", fixedDecimal(100.0 * shop.rectangleUse, 1) + "\u00a0%");
+  if (!shop.limitCurve) return;
+  for (const LimitZone zone : {LimitZone::split, LimitZone::marginal}) {
+    const auto z = static_cast<std::size_t>(zone);
+    add(limitZoneNames[z], counted(shop.limit.count[z], "triangle"));
+  }
+}
+
 }  // namespace
 
 void addShopToPage(const RunReport& report, ReportData& data) {
   const ShopReport& shop = report.shop;
   if (shop.limitCurve && report.results.developed) addZones(shop, data);
-  if (shop.strip && report.results.developed) addStrip(shop, report.unit.millimetres, data);
+  if (!whyNoDrawing(report).empty()) return;
+  addShopFigures(shop, data);
+  if (shop.strip) addStrip(shop, report.unit.millimetres, data);
 }
 
 }  // namespace host

@@ -7,8 +7,8 @@
 
 namespace host {
 
-// Adds the field of the zones and the curve where there is a limit curve, and the better used of the two strips where
-// they were asked for. data: its fields of the strains stand.
+// Adds the field of the zones and the curve where there is a limit curve; and where the blank may be drawn its figures and
+// the better used of the two strips that were asked for. data: its fields of the strains stand.
 void addShopToPage(const RunReport& report, ReportData& data);
 
 }  // namespace host

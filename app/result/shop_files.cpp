@@ -1,6 +1,8 @@
 // The files for the workshop; see the header.
 #include "result/shop_files.hpp"
 
+#include <array>
+
 #include "result/dxf_writer.hpp"
 #include "result/fld_picture.hpp"
 #include "result/result_tables.hpp"
@@ -10,36 +12,36 @@
 
 namespace host {
 
-std::vector<std::string> shopFileNames(const ShopReport& shop, bool tables) {
-  std::vector<std::string> names{"blank.dxf", "blank.svg"};
-  if (shop.limitCurve) names.push_back("fld.svg");
-  if (shop.web) names.push_back("strip.svg");
+namespace {
+constexpr std::array<const char*, 4> drawingFiles{"blank.dxf", "blank.svg", "fld.svg", "strip.svg"};
+}
+
+std::vector<std::string> shopFileNames(bool tables) {
+  std::vector<std::string> names{drawingFiles.begin(), drawingFiles.end()};
   if (tables) names.insert(names.end(), {"triangles.csv", "nodes.csv"});
   return names;
 }
 
-std::vector<std::string> shapeWarnings(const RunReport& report) {
-  std::vector<std::string> warnings;
-  if (!report.results.developed)
-    warnings.push_back("NO BLANK: this is what the development left");
-  else if (!report.verdict.converged)
-    warnings.push_back("NOT CONVERGED: " + report.verdict.reason);
+std::string whyNoDrawing(const RunReport& report) {
+  const Verdict& verdict = report.verdict;
+  const std::int64_t crossings = report.shop.shape.outline.crossings;
+  if (!report.results.developed) return "there is no blank";
+  if (!verdict.converged) return "the run did not converge";
+  if (verdict.worth == Worth::notABlank)
+    return "no sheet can be cut so" + (verdict.why.empty() ? "" : ": " + verdict.why.front());
   if (report.results.folded > 0)
-    warnings.push_back("FOLDED: " + counted(report.results.folded, "triangle") +
-                       " of the blank lie upside down");
-  if (report.shop.shape.outline.crossings > 0)
-    warnings.push_back("DO NOT CUT: the outline crosses itself in " +
-                       counted(report.shop.shape.outline.crossings, "place"));
-  return warnings;
+    return "no sheet can be cut so: " + counted(report.results.folded, "triangle") +
+           " of the blank turned over";
+  if (crossings > 0)
+    return "no sheet can be cut so: its outline crosses itself in " + counted(crossings, "place");
+  return "";
 }
 
 Drawing drawingOf(const RunReport& report) {
   const BlankShape& shape = report.shop.shape;
-  Drawing drawing{shape.curves, shape.bends, shapeWarnings(report), {}};
-  if (report.verdict.converged && report.verdict.worth != Worth::good)
-    for (const std::string& why : report.verdict.why)
-      drawing.notes.push_back((report.verdict.worth == Worth::doubtful ? "DOUBTFUL: " : "NOT A BLANK: ") +
-                              why);
+  Drawing drawing{shape.curves, shape.bends, {}, {}};
+  if (report.verdict.worth == Worth::doubtful)
+    for (const std::string& why : report.verdict.why) drawing.notes.push_back("DOUBTFUL: " + why);
   drawing.warnings = drawing.notes;
   const double mm = report.unit.millimetres;
   const Rectangle& rectangle = report.results.blankRectangle;
@@ -48,12 +50,17 @@ Drawing drawingOf(const RunReport& report) {
                           fixedDecimal(rectangle.width * mm, 2) + " mm, area " +
                           fixedDecimal(report.results.blankAreaTotal * mm * mm, 1) + " mm2");
   if (report.shop.thickness > 0.0)
-    drawing.notes.push_back("sheet " + decimal(report.shop.thickness) + " mm" +
-                            (report.shop.material.name.empty() ? "" : ", " + report.shop.material.name));
+    drawing.notes.push_back("sheet " + sheetText(report.shop));
   return drawing;
 }
 
 void addShopFiles(ResultFiles& files, const RunReport& report, bool tables) {
+  for (const char* name : drawingFiles) files.withdraw(name);
+  if (tables) {
+    files.add("triangles.csv", [&](FileWriter& file) { writeTriangleTable(file, report); });
+    files.add("nodes.csv", [&](FileWriter& file) { writeNodeTable(file, report); });
+  }
+  if (!whyNoDrawing(report).empty()) return;
   const Drawing drawing = drawingOf(report);
   files.add("blank.dxf",
             [&](FileWriter& file) { file.write(dxfText(drawing, report.shop.drawing.release)); });
@@ -69,9 +76,6 @@ void addShopFiles(ResultFiles& files, const RunReport& report, bool tables) {
       file.write(stripPicture(shop.shape.outline.loops, {shop.strip->single, shop.strip->paired}, *shop.web,
                               "strip for " + report.part.file));
     });
-  if (!tables) return;
-  files.add("triangles.csv", [&](FileWriter& file) { writeTriangleTable(file, report); });
-  files.add("nodes.csv", [&](FileWriter& file) { writeNodeTable(file, report); });
 }
 
 }  // namespace host

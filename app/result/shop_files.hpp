@@ -11,16 +11,19 @@
 
 namespace host {
 
-// blank.dxf and blank.svg, with a limit curve fld.svg, with a web strip.svg, and with `tables` triangles.csv and nodes.csv.
-std::vector<std::string> shopFileNames(const ShopReport& shop, bool tables);
+// What a run may write or remove: blank.dxf, blank.svg, fld.svg, strip.svg; with `tables` triangles.csv and nodes.csv.
+std::vector<std::string> shopFileNames(bool tables);
+
+// Adds the drawings, with a limit curve the diagram, with a strip its picture; and the tables. Of the drawings those of an
+// earlier run go, whether there are new ones or not: a blank that must not be cut has none.
 void addShopFiles(ResultFiles& files, const RunReport& report, bool tables);
 
-// The blank with its notes. What forbids to cut it stands first: not converged, folded over, an outline that crosses
-// itself.
-Drawing drawingOf(const RunReport& report);
+// Why the blank must not get to whoever cuts it, a sentence without full stop: no blank, not converged, not a blank,
+// folded over, an outline that crosses itself. Empty: it may.
+std::string whyNoDrawing(const RunReport& report);
 
-// Sentences without full stop about the shape that a user must see before the blank is cut; none: all is well.
-std::vector<std::string> shapeWarnings(const RunReport& report);
+// The blank with its notes; what makes it doubtful stands first.
+Drawing drawingOf(const RunReport& report);
 
 }  // namespace host
 

@@ -1,6 +1,8 @@
 // What a run leaves for the workshop; see the header.
 #include "result/shop_report.hpp"
 
+#include "system/text.hpp"
+
 namespace host {
 
 namespace {
@@ -48,6 +50,10 @@ void addBlank(ShopReport& shop, const BlankMesh& mesh) {
     shop.limit = classifyStrains(shop.major, shop.minor, mesh.area, *shop.limitCurve, shop.limitMargin);
   addFigures(shop);
   addStrip(shop);
+}
+
+std::string sheetText(const ShopReport& shop) {
+  return shortDecimal(shop.thickness, 4) + " mm" + (shop.material.name.empty() ? "" : ", " + shop.material.name);
 }
 
 }  // namespace host

@@ -17,6 +17,7 @@ namespace host {
 struct ShopReport {
   // known before the run
   double thickness = 0.0;  // of the sheet before drawing, mm; 0: not known
+  bool thicknessMeasured = false;  // on the part; else the user gave it
   Material material;
   DrawingOptions drawing;
   std::optional<LimitCurve> limitCurve;
@@ -43,8 +44,12 @@ struct BlankMesh {
   double size;                               // longest side of the box around the part, mm
 };
 
-// Adds outline, limit zones, areas, weight and strip. A strip is made of an outline that does not cross itself. shop.major and shop.minor are set. Throws Failure as shapeOf does.
+// Adds outline, limit zones, areas, weight and strip. A strip is made of an outline that does not cross itself. shop.major
+// and shop.minor are set. Throws Failure as shapeOf does.
 void addBlank(ShopReport& shop, const BlankMesh& mesh);
+
+// Thickness and material in words: "1.5 mm, DC04". The thickness is known.
+std::string sheetText(const ShopReport& shop);
 
 }  // namespace host
 

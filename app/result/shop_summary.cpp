@@ -4,6 +4,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "result/shop_files.hpp"
 #include "result/strip_picture.hpp"
 #include "system/text.hpp"
 
@@ -13,9 +14,12 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json shapeJson(const ShopReport& shop) {
+Json shapeJson(const RunReport& report) {
+  const ShopReport& shop = report.shop;
   const BlankShape& shape = shop.shape;
-  return {{"holes", shape.outline.loops.size() - 1},
+  const std::string why = whyNoDrawing(report);
+  return {{"why_none", why.empty() ? Json(nullptr) : Json(why)},
+          {"holes", shape.outline.loops.size() - 1},
           {"crossings", shape.outline.crossings},
           {"tolerance_mm", shop.drawing.tolerance},
           {"lines", shape.lines},
@@ -93,8 +97,11 @@ Json layoutJson(const StripLayout& layout) {
   return json;
 }
 
-Json stripJson(const ShopReport& shop) {
+Json stripJson(const RunReport& report) {
+  const ShopReport& shop = report.shop;
   if (!shop.web) return nullptr;
+  const std::string why = whyNoDrawing(report);
+  if (!why.empty()) return {{"web_mm", *shop.web}, {"why_none", why}};
   if (!shop.strip) return {{"web_mm", *shop.web}, {"why_none", shop.whyNoStrip}};
   return {{"web_mm", *shop.web},
           {"one_row", layoutJson(shop.strip->single)},
@@ -104,7 +111,7 @@ Json stripJson(const ShopReport& shop) {
 void addFigureRows(const ShopReport& shop,
                    const std::function<void(const std::string&, const std::string&)>& row) {
   if (shop.weight)
-    row("weight", fixedDecimal(*shop.weight, 3) + " kg (" + decimal(shop.thickness) + " mm, " +
+    row("weight", fixedDecimal(*shop.weight, 3) + " kg (" +
                       fixedDecimal(shop.material.density->value, 0) + " kg/m3)");
   row("rectangle used", fixedDecimal(100.0 * shop.rectangleUse, 1) + " %");
   if (!shop.web) return;
@@ -117,27 +124,34 @@ void addFigureRows(const ShopReport& shop,
 
 void addShopJson(Json& json, const RunReport& report) {
   const ShopReport& shop = report.shop;
+  const bool drawn = whyNoDrawing(report).empty();
   json["thickness_mm"] = shop.thickness > 0.0 ? Json(shop.thickness) : Json(nullptr);
+  json["thickness_is"] = shop.thickness > 0.0 ? Json(shop.thicknessMeasured ? "measured on the part" : "given")
+                                              : Json(nullptr);
   json["material_by_name"] = materialJson(shop.material);
-  json["weight_kg"] = shop.weight ? Json(*shop.weight) : Json(nullptr);
-  json["rectangle_utilisation"] = report.results.developed ? Json(shop.rectangleUse) : Json(nullptr);
-  json["strip"] = stripJson(shop);
+  json["weight_kg"] = shop.weight && drawn ? Json(*shop.weight) : Json(nullptr);
+  json["rectangle_utilisation"] = drawn ? Json(shop.rectangleUse) : Json(nullptr);
+  json["strip"] = stripJson(report);
   json["forming_limit"] = limitJson(report);
-  json["drawing"] = shapeJson(shop);
+  json["drawing"] = shapeJson(report);
 }
 
 void addShopRows(const RunReport& report,
                  const std::function<void(const std::string&, const std::string&)>& row) {
   const ShopReport& shop = report.shop;
   const std::int64_t holes = static_cast<std::int64_t>(shop.shape.outline.loops.size()) - 1;
-  row("outline",
-      counted(holes, "hole") + "; " + counted(shop.shape.lines, "line") + " and " +
-          counted(shop.shape.arcs, "arc") + " within " + decimal(shop.drawing.tolerance) + " mm" +
-          (shop.shape.outline.crossings > 0
-               ? "; CROSSES ITSELF in " + counted(shop.shape.outline.crossings, "place") + ", do not cut it"
-               : ""));
-  addFigureRows(shop, row);
-  addLimitRows(report, row);
+  if (shop.thickness > 0.0)
+    row("sheet", sheetText(shop) + (shop.thicknessMeasured ? " (measured on the part)" : ""));
+  const std::string why = whyNoDrawing(report);
+  if (why.empty()) {
+    row("outline", counted(holes, "hole") + "; " + counted(shop.shape.lines, "line") + " and " +
+                       counted(shop.shape.arcs, "arc") + " within " + decimal(shop.drawing.tolerance) +
+                       " mm");
+    addFigureRows(shop, row);
+  } else {
+    row("drawings", "none: " + why);
+  }
+  if (report.verdict.converged) addLimitRows(report, row);
 }
 
 }  // namespace host

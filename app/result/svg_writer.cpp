@@ -24,10 +24,7 @@ void addCurves(std::string& svg, const Drawing& drawing, bool outer) {
 
 std::string svgNumber(double value) {
   if (!std::isfinite(value)) throw Failure("no SVG of the blank: a coordinate is not finite");
-  std::string number = fixedDecimal(value, 6);
-  number.erase(number.find_last_not_of('0') + 1);
-  if (number.back() == '.') number.pop_back();
-  return number == "-0" ? "0" : number;
+  return shortDecimal(value, 6);
 }
 
 std::string svgPath(const std::vector<CurveVertex>& curve) {
@@ -72,9 +69,9 @@ std::string svgText(const Drawing& drawing, const std::string& title) {
   }
   svg += "<g id=\"TEXT\" fill=\"gray\" font-family=\"sans-serif\" font-size=\"" + svgNumber(height) + "\">\n";
   double y = -box.bottom;
-  for (const std::string& note : drawing.notes)
-    svg += "<text x=\"" + svgNumber(box.left) + "\" y=\"" + svgNumber(y += line) + "\">" + xmlText(note) +
-           "</text>\n";
+  for (std::size_t k = 0; k < drawing.notes.size(); ++k)
+    svg += "<text x=\"" + svgNumber(box.left) + "\" y=\"" + svgNumber(y += line) + "\"" +
+           (k < drawing.warnings.size() ? " fill=\"red\"" : "") + ">" + xmlText(drawing.notes[k]) + "</text>\n";
   return svg + "</g>\n</svg>\n";
 }
 

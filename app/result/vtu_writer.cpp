@@ -123,10 +123,6 @@ void writeCellData(FileWriter& file, const RunReport& report, Shape shape) {
   writeArray(file, "blank_area_" + report.unit.name + "2", results.blankArea);
   writeStrains(file, report, shape);
   if (!report.run.contact.empty()) {
-    std::vector<double> thickness;
-    for (const double ratio : results.thicknessRatio)
-      thickness.push_back(report.settings.press.press.thickness_mm * ratio);
-    writeArray(file, "thickness_mm", thickness);
     writeArray(file, "contact_pressure_MPa", report.run.contact);
     writeArray(file, "binder_pressure_MPa", report.run.binder);
   }
