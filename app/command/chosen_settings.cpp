@@ -95,8 +95,7 @@ RunSettings settingsOf(const SolveOptions& options, const Material& material,
         "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
   if (!options.curve.empty()) settings.curve = readFlowCurve(options.curve);
   if (!options.law.empty()) settings.curve = hardeningLaw(options.law);
-  settings.press =
-      pressSettings(options.press, !settings.curve.strain.empty(), settings.surePath, measured);
+  settings.press = pressSettings(options.press, !settings.curve.strain.empty(), settings.surePath, measured);
   takeMeasured(material, options.press, settings.press);
   if (settings.press.chosen && options.path == "fixed")
     throw Failure("--model press goes the sure path; leave --path fixed out");

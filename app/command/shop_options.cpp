@@ -49,7 +49,7 @@ std::string thicknessDoubt(const ShopOptions& options, double measured) {
   if (!(measured > 0.0) || !(options.thickness > 0.0)) return "";
   if (std::abs(options.thickness - measured) <= doubtfulThickness * measured) return "";
   return "--thickness says " + decimal(options.thickness) + " mm, the part measures " +
-         fixedDecimal(measured, 3) + " mm; that of the option is taken";
+         shortDecimal(measured, 4) + " mm; that of the option is taken";
 }
 
 }  // namespace host

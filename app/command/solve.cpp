@@ -65,8 +65,7 @@ std::vector<std::string> resultNames(const SolveOptions& options) {
 // No result may replace a file that is read, whatever the links, nor the results of another part.
 void checkResultPlaces(const Part& part, const SolveOptions& options, const std::string& folder) {
   std::vector<std::string> places{(fs::path(folder) / logName).string()};
-  for (const std::string& name : resultNames(options))
-    places.push_back((fs::path(folder) / name).string());
+  for (const std::string& name : resultNames(options)) places.push_back((fs::path(folder) / name).string());
   checkOutputsSpareInputs(
       {options.part, options.curve, options.materials, options.shop.flc, holdFile(options.hold)}, places,
       "choose another folder with --out");

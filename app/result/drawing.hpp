@@ -29,7 +29,8 @@ struct Drawing {
   std::vector<DrawnCurve> curves;
   std::vector<std::array<PlanePoint, 2>> bends;  // lines, mm; none: the layer stays empty and off
   std::vector<std::string> notes;                // lines of text, what is wrong with the blank first
-  std::vector<std::string> warnings;             // the first of them, red, repeated where a reader of the file looks first
+  std::vector<std::string>
+      warnings;  // the first of them, red, repeated where a reader of the file looks first
 };
 
 struct DrawingBox {

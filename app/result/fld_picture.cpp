@@ -15,8 +15,9 @@ namespace host {
 
 namespace {
 
-constexpr double cell = 0.5;      // percent
-constexpr double scale = 5.0;     // picture units per percent
+constexpr double cell = 0.5;   // percent
+constexpr double scale = 5.0;  // picture units per percent
+constexpr double captionSize = 10.0;
 constexpr double border = 60.0;   // picture units around the diagram
 constexpr double widest = 300.0;  // percent: what lies beyond is drawn at the rim
 constexpr std::array<const char*, limitZones> colors{"#2e7d32", "#f9a825", "#c62828", "#1565c0"};
@@ -77,13 +78,32 @@ std::string limitPath(const Frame& frame, const LimitCurve& curve, double below,
   return "<path fill=\"none\" " + std::string(style) + " d=\"" + path + "\"/>\n";
 }
 
+// Lines of about so many bytes, broken at blanks alone, so that no character and no word is torn.
+std::vector<std::string> wrapped(std::string text, std::size_t longest) {
+  std::vector<std::string> lines;
+  while (text.size() > longest) {
+    std::size_t blank = text.rfind(' ', longest);
+    if (blank == std::string::npos) blank = text.find(' ', longest);
+    if (blank == std::string::npos) break;
+    lines.push_back(text.substr(0, blank));
+    text.erase(0, blank + 1);
+  }
+  lines.push_back(text);
+  return lines;
+}
+
 }  // namespace
 
 std::string fldPicture(const std::vector<double>& major, const std::vector<double>& minor,
                        const LimitResult& result, const LimitCurve& curve, double margin,
                        const std::string& title) {
   const Frame frame = frameAround(major, minor, curve);
-  const double width = frame.x(frame.right) + border, height = frame.y(0) + border + 20.0 * (limitZones + 1);
+  const double width = frame.x(frame.right) + border;
+  const std::vector<std::string> caption =
+      wrapped(curve.basis + "; margin " + decimal(margin) + " %",
+              static_cast<std::size_t>((width - border) / (0.6 * captionSize)));
+  const double height =
+      frame.y(0) + border + 20.0 * limitZones + 1.4 * captionSize * static_cast<double>(caption.size());
   std::string svg =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " +
       svgNumber(width) + " " + svgNumber(height) +
@@ -111,10 +131,13 @@ std::string fldPicture(const std::vector<double>& major, const std::vector<doubl
   }
   svg += limitPath(frame, curve, 0.0, "stroke=\"#c62828\" stroke-width=\"2\"");
   svg += limitPath(frame, curve, margin, "stroke=\"#f9a825\" stroke-width=\"2\" stroke-dasharray=\"6 4\"");
-  svg += "<g font-size=\"10\">\n" +
-         text(border, frame.y(0) + border + 20.0 * limitZones,
-              curve.basis + "; margin " + decimal(margin) + " %", "start") +
-         "</g>\n";
+  svg += "<g font-size=\"" + svgNumber(captionSize) + "\">\n";
+  double below = frame.y(0) + border + 20.0 * limitZones;
+  for (const std::string& line : caption) {
+    svg += text(border, below, line, "start");
+    below += 1.4 * captionSize;
+  }
+  svg += "</g>\n";
   for (std::size_t z = 0; z < limitZones; ++z) {
     const double y = frame.y(0) + border + 20.0 * static_cast<double>(z);
     svg += "<rect x=\"" + svgNumber(border) + "\" y=\"" + svgNumber(y - 11) +

@@ -38,9 +38,9 @@ LimitCurve keelerCurve(double thickness, double n) {
     const double minor = rightEnd * k / steps;
     curve.points.push_back({logarithmic(minor), logarithmic(lowest + rightSlope * minor)});
   }
-  curve.basis = "FLC0 " + fixedDecimal(lowest, 1) + " % after Keeler and Brazier, t " + shortDecimal(thickness, 4) +
-                " mm" + (thickness > thickestFormula ? " (counts as 3)" : "") + ", n " + decimal(n) +
-                (n > largestExponent ? " (counts as 0.21)" : "");
+  curve.basis = "FLC0 " + fixedDecimal(lowest, 1) + " % after Keeler and Brazier, t " +
+                shortDecimal(thickness, 4) + " mm" + (thickness > thickestFormula ? " (counts as 3)" : "") +
+                ", n " + decimal(n) + (n > largestExponent ? " (counts as 0.21)" : "");
   return curve;
 }
 

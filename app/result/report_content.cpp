@@ -6,6 +6,7 @@
 
 #include "result/report_shop.hpp"
 #include "result/report_trust.hpp"
+#include "result/run_words.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -180,8 +181,7 @@ void addSettings(const RunReport& report, ReportData& data) {
     data.settings.push_back({name, value});
   };
   add("part", report.part.file);
-  add("material", std::to_string(settings.material) +
-                      (settings.curve.source.empty() ? "" : " as " + settings.curve.source));
+  add("material", materialText(report));
   add("normal anisotropy r", decimal(settings.r));
   add("energy weighed with", settings.partReference ? "the part" : "the blank");
   add("path", settings.surePath

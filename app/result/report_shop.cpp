@@ -49,8 +49,8 @@ void addStrip(const ShopReport& shop, double millimetres, ReportData& data) {
       data.strip.placed.push_back({180.0 * row - layout.angle,
                                    (k * layout.pitch + (row == 0 ? 0.0 : layout.along)) / millimetres,
                                    (rise + (row == 0 ? 0.0 : layout.across)) / millimetres});
-  data.strip.figures = {{"one row", stripText(shop.strip->single)},
-                        {"two rows", stripText(shop.strip->paired)},
+  data.strip.figures = {{"one row", stripFigures(shop.strip->single)},
+                        {"two rows, one turned by 180\u00b0", stripFigures(shop.strip->paired)},
                         {"web", decimal(*shop.web) + " mm"}};
 }
 

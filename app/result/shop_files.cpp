@@ -2,6 +2,7 @@
 #include "result/shop_files.hpp"
 
 #include <array>
+#include <filesystem>
 
 #include "result/dxf_writer.hpp"
 #include "result/fld_picture.hpp"
@@ -45,12 +46,11 @@ Drawing drawingOf(const RunReport& report) {
   drawing.warnings = drawing.notes;
   const double mm = report.unit.millimetres;
   const Rectangle& rectangle = report.results.blankRectangle;
-  drawing.notes.push_back(report.part.file);
+  drawing.notes.push_back(std::filesystem::path(report.part.file).filename().string());
   drawing.notes.push_back("rectangle " + fixedDecimal(rectangle.length * mm, 2) + " x " +
                           fixedDecimal(rectangle.width * mm, 2) + " mm, area " +
                           fixedDecimal(report.results.blankAreaTotal * mm * mm, 1) + " mm2");
-  if (report.shop.thickness > 0.0)
-    drawing.notes.push_back("sheet " + sheetText(report.shop));
+  if (report.shop.thickness > 0.0) drawing.notes.push_back("sheet " + sheetText(report.shop));
   return drawing;
 }
 

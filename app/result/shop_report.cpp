@@ -53,7 +53,8 @@ void addBlank(ShopReport& shop, const BlankMesh& mesh) {
 }
 
 std::string sheetText(const ShopReport& shop) {
-  return shortDecimal(shop.thickness, 4) + " mm" + (shop.material.name.empty() ? "" : ", " + shop.material.name);
+  return shortDecimal(shop.thickness, 4) + " mm" +
+         (shop.material.name.empty() ? "" : ", " + shop.material.name);
 }
 
 }  // namespace host

@@ -16,7 +16,7 @@ namespace host {
 
 struct ShopReport {
   // known before the run
-  double thickness = 0.0;  // of the sheet before drawing, mm; 0: not known
+  double thickness = 0.0;          // of the sheet before drawing, mm; 0: not known
   bool thicknessMeasured = false;  // on the part; else the user gave it
   Material material;
   DrawingOptions drawing;

@@ -111,8 +111,8 @@ Json stripJson(const RunReport& report) {
 void addFigureRows(const ShopReport& shop,
                    const std::function<void(const std::string&, const std::string&)>& row) {
   if (shop.weight)
-    row("weight", fixedDecimal(*shop.weight, 3) + " kg (" +
-                      fixedDecimal(shop.material.density->value, 0) + " kg/m3)");
+    row("weight",
+        fixedDecimal(*shop.weight, 3) + " kg (" + fixedDecimal(shop.material.density->value, 0) + " kg/m3)");
   row("rectangle used", fixedDecimal(100.0 * shop.rectangleUse, 1) + " %");
   if (!shop.web) return;
   if (!shop.strip) return row("strip", "none: " + shop.whyNoStrip);
@@ -126,8 +126,8 @@ void addShopJson(Json& json, const RunReport& report) {
   const ShopReport& shop = report.shop;
   const bool drawn = whyNoDrawing(report).empty();
   json["thickness_mm"] = shop.thickness > 0.0 ? Json(shop.thickness) : Json(nullptr);
-  json["thickness_is"] = shop.thickness > 0.0 ? Json(shop.thicknessMeasured ? "measured on the part" : "given")
-                                              : Json(nullptr);
+  json["thickness_is"] =
+      shop.thickness > 0.0 ? Json(shop.thicknessMeasured ? "measured on the part" : "given") : Json(nullptr);
   json["material_by_name"] = materialJson(shop.material);
   json["weight_kg"] = shop.weight && drawn ? Json(*shop.weight) : Json(nullptr);
   json["rectangle_utilisation"] = drawn ? Json(shop.rectangleUse) : Json(nullptr);

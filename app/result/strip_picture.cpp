@@ -59,7 +59,11 @@ Drawn drawStrip(const std::vector<OutlineLoop>& loops, const StripLayout& layout
 
 std::string stripText(const StripLayout& layout) {
   return std::string(layout.rows == 1 ? "one row" : "two rows turned by 180 degrees") + ": " +
-         fixedDecimal(100.0 * layout.utilisation, 1) + " %, pitch " + fixedDecimal(layout.pitch, 2) +
+         stripFigures(layout);
+}
+
+std::string stripFigures(const StripLayout& layout) {
+  return fixedDecimal(100.0 * layout.utilisation, 1) + " %, pitch " + fixedDecimal(layout.pitch, 2) +
          " mm, width " + fixedDecimal(layout.width, 2) + " mm, strip at " + fixedDecimal(layout.angle, 2) +
          " degrees to the blank's x";
 }

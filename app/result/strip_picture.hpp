@@ -18,6 +18,9 @@ std::string stripPicture(const std::vector<OutlineLoop>& loops, const std::vecto
 // A layout in words, with units.
 std::string stripText(const StripLayout& layout);
 
+// The same without the rows.
+std::string stripFigures(const StripLayout& layout);
+
 // The blank's loops in the strip: of row 0 or 1, and of the k-th pitch. Along the strip is x; the blank of row 0 and
 // pitch 0 is only turned.
 std::vector<std::vector<PlanePoint>> inStrip(const std::vector<OutlineLoop>& loops, const StripLayout& layout,

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "result/run_words.hpp"
 #include "result/shop_summary.hpp"
 #include "system/text.hpp"
 
@@ -40,12 +41,12 @@ std::string elementText(const RunReport& report, std::int64_t element) {
          fixedDecimal(report.results.thicknessStrain[e], 4);
 }
 
-std::string settingsText(const RunSettings& settings) {
-  return "material " + std::to_string(settings.material) +
-         (settings.curve.source.empty() ? "" : " as " + settings.curve.source) + ", r " +
-         decimal(settings.r) + ", energy " + (settings.partReference ? "part" : "blank") + ", tolerance " +
-         decimal(settings.finalFactor) + (settings.surePath ? "" : "," + decimal(settings.pathFactor)) +
-         ", path " + (settings.surePath ? "sure" : "fixed");
+std::string settingsText(const RunReport& report) {
+  const RunSettings& settings = report.settings;
+  return "material " + materialText(report) + ", r " + decimal(settings.r) + ", energy " +
+         (settings.partReference ? "part" : "blank") + ", tolerance " + decimal(settings.finalFactor) +
+         (settings.surePath ? "" : "," + decimal(settings.pathFactor)) + ", path " +
+         (settings.surePath ? "sure" : "fixed");
 }
 
 // What to compare a doubtful run with: the next tolerance on the way that was not tried yet, if there is one.
@@ -297,7 +298,7 @@ std::string summaryTable(const RunReport& report) {
                                  fixedDecimal(press.binder_area_mm2, 0) + " mm2 bear");
     row("punch force", fixedDecimal(1e-3 * press.punch_force_n, 2) + " kN (mean over the depth, estimate)");
   }
-  row("settings", settingsText(report.settings));
+  row("settings", settingsText(report));
   if (report.settings.surePath)
     row("factorizations", std::to_string(run.factorizations));
   else

@@ -49,14 +49,18 @@ std::string svgText(const Drawing& drawing, const std::string& title) {
   const double height = letterHeight(box), line = 2.0 * height;
   std::size_t longest = 0;
   for (const std::string& note : drawing.notes) longest = std::max(longest, decodeUtf8(note).size());
+  const double around = 0.1 * height;  // the width of a line, half of which lies outside the blank
   // letters of a sans-serif font are about 0.6 of their size wide
-  const double width = std::max(box.right - box.left, 0.6 * height * static_cast<double>(longest));
-  const double tall = box.top - box.bottom + line * static_cast<double>(drawing.notes.size() + 1);
+  const double width =
+      std::max(box.right - box.left, 0.6 * height * static_cast<double>(longest)) + 2.0 * around;
+  const double tall =
+      box.top - box.bottom + line * static_cast<double>(drawing.notes.size() + 1) + 2.0 * around;
   std::string svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
   svg += "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + svgNumber(width) + "mm\" height=\"" +
-         svgNumber(tall) + "mm\" viewBox=\"" + svgNumber(box.left) + " " + svgNumber(-box.top) + " " +
-         svgNumber(width) + " " + svgNumber(tall) + "\" fill=\"none\" stroke-width=\"" +
-         svgNumber(0.1 * height) + "\">\n<title>" + xmlText(title) + "</title>\n";
+         svgNumber(tall) + "mm\" viewBox=\"" + svgNumber(box.left - around) + " " +
+         svgNumber(-box.top - around) + " " + svgNumber(width) + " " + svgNumber(tall) +
+         "\" fill=\"none\" stroke-width=\"" + svgNumber(around) + "\">\n<title>" + xmlText(title) +
+         "</title>\n";
   for (const std::string& warning : drawing.warnings) svg += "<desc>" + xmlText(warning) + "</desc>\n";
   addCurves(svg, drawing, true);
   addCurves(svg, drawing, false);
@@ -71,7 +75,8 @@ std::string svgText(const Drawing& drawing, const std::string& title) {
   double y = -box.bottom;
   for (std::size_t k = 0; k < drawing.notes.size(); ++k)
     svg += "<text x=\"" + svgNumber(box.left) + "\" y=\"" + svgNumber(y += line) + "\"" +
-           (k < drawing.warnings.size() ? " fill=\"red\"" : "") + ">" + xmlText(drawing.notes[k]) + "</text>\n";
+           (k < drawing.warnings.size() ? " fill=\"red\"" : "") + ">" + xmlText(drawing.notes[k]) +
+           "</text>\n";
   return svg + "</g>\n</svg>\n";
 }
 

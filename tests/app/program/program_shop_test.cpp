@@ -135,8 +135,9 @@ TEST(ProgramShop, AHostileNameStaysText) {
             0);
 }
 
-// A helical strip of more than a turn lies over itself when it is unrolled.
-TEST(ProgramShop, ABlankThatCrossesItselfSaysSo) {
+// A strip of more than a turn lies over itself when it is unrolled. Nobody must find a drawing to cut it by, not even one
+// that an earlier run left.
+TEST(ProgramShop, ABlankThatCrossesItselfIsNotDrawn) {
   const ScratchFolder folder;
   const double slope = 0.6;
   // a cone's strip: its blank is an annular strip of the angle 2 pi turns sin(half opening) > 2 pi
@@ -149,14 +150,59 @@ TEST(ProgramShop, ABlankThatCrossesItselfSaysSo) {
                      << " " << -s * std::cos(half);
                  return xyz.str();
                }));
-  const Outcome run = tornwalzen(folder, "solve cone.obj --material 10 --web 2 --out r");
+  const std::string command = "solve cone.obj --material 10 --web 2 --out r";
+  tornwalzen(folder, command);
+  for (const char* name : {"r/blank.dxf", "r/blank.svg", "r/strip.svg"}) folder.write(name, "of yesterday");
+  const Outcome run = tornwalzen(folder, command);
+  EXPECT_NE(run.status, 0);
   const auto summary = summaryOf(folder, "r");
   ASSERT_GT(summary["drawing"]["crossings"], 0) << run.out << run.err << "this part no longer crosses itself";
-  EXPECT_THAT(run.err, HasSubstr("DO NOT CUT: the outline crosses itself in "));
-  EXPECT_THAT(run.out, HasSubstr("CROSSES ITSELF"));
-  EXPECT_THAT(folder.read("r/blank.dxf"), HasSubstr("DO NOT CUT: "));
-  EXPECT_THAT(folder.read("r/blank.svg"), HasSubstr("DO NOT CUT: "));
-  EXPECT_THAT(run.out, HasSubstr("strip               none: the outline crosses itself\n"));
+  EXPECT_THAT(run.err, HasSubstr("warning: no drawing of the blank was written: "));
+  EXPECT_THAT(run.out, HasSubstr("drawings            none: "));
+  EXPECT_TRUE(summary["drawing"]["why_none"].is_string());
+  EXPECT_TRUE(summary["strip"]["why_none"].is_string());
+  for (const char* name : {"blank.dxf", "blank.svg", "strip.svg"})
+    EXPECT_FALSE(folder.names("r").contains(name)) << name;
+}
+
+// A flat part does not converge by the rules of the fixed path.
+TEST(ProgramShop, ARunThatDoesNotConvergeLeavesNoDrawing) {
+  const ScratchFolder folder;
+  folder.write("plate.obj", plateObj(4, 4));
+  ASSERT_EQ(tornwalzen(folder, "solve plate.obj --out r").status, 0);
+  EXPECT_TRUE(folder.names("r").contains("blank.dxf"));
+  const Outcome run = tornwalzen(folder, "solve plate.obj --path fixed --out r");
+  ASSERT_EQ(run.status, 2) << run.out << run.err;
+  EXPECT_THAT(run.out, HasSubstr("drawings            none: the run did not converge\n"));
+  EXPECT_FALSE(folder.names("r").contains("blank.dxf"));
+  EXPECT_FALSE(folder.names("r").contains("blank.svg"));
+}
+
+// A closed thin solid: a tube's wall of 2 mm, unrolled to 1 mm under its outside.
+TEST(ProgramShop, AThicknessMeasuredOnThePartIsTheDefault) {
+  const ScratchFolder folder;
+  folder.write("solid.obj", halfPipeSolidObj(60, 12, 2.0));
+  const std::string law = " --law swift:K=500,e0=0.01,n=0.2";
+  const Outcome run = tornwalzen(folder, "solve solid.obj --material DC04 --out r");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("sheet               1.9995 mm, DC04 (measured on the part)\n"));
+  auto summary = summaryOf(folder, "r");
+  EXPECT_EQ(summary["thickness_is"], "measured on the part");
+  EXPECT_NEAR(summary["thickness_mm"], 2.0, 2e-3);  // of the chords of a polygon
+  const double perArea = 7850e-9 * summary["thickness_mm"].get<double>();
+  EXPECT_NEAR(summary["weight_kg"], perArea * summary["blank_area_mm2"].get<double>(), 1e-9);
+  EXPECT_THAT(summary["forming_limit"]["basis"].get<std::string>(), HasSubstr("t 1.9995 mm"));
+  EXPECT_EQ(summary["model"], "fixed");
+  ASSERT_EQ(tornwalzen(folder, "solve solid.obj --material DC04 --out r" + law).status, 0);
+  summary = summaryOf(folder, "r");
+  EXPECT_EQ(summary["model"], "press");
+  EXPECT_EQ(summary["press"]["thickness_mm"], summary["thickness_mm"]);
+  const Outcome other = tornwalzen(folder, "solve solid.obj --material DC04 --thickness 1.5 --out r" + law);
+  ASSERT_EQ(other.status, 0) << other.err;
+  EXPECT_THAT(other.err, HasSubstr("warning: --thickness says 1.5 mm, the part measures 1.9995 mm; that of the option is taken"));
+  summary = summaryOf(folder, "r");
+  EXPECT_EQ(summary["thickness_is"], "given");
+  EXPECT_EQ(summary["press"]["thickness_mm"], 1.5);
 }
 
 TEST(ProgramShop, NumbersThatAreNoneAreRefused) {
@@ -237,7 +283,7 @@ TEST(ProgramShop, WeightAndStripOfADevelopedPipe) {
   EXPECT_NEAR(row["utilisation"], 78.54 * 40 / (43.0 * 84.54), 0.004);
   EXPECT_NEAR(summary["strip"]["two_rows_turned_180_deg"]["utilisation"], 2 * 78.54 * 40 / (43.0 * 166.08),
               0.004);
-  EXPECT_THAT(run.out, HasSubstr("weight              0.037 kg (1.5 mm, 7850 kg/m3)\n"));
+  EXPECT_THAT(run.out, HasSubstr("weight              0.037 kg (7850 kg/m3)\n"));
   EXPECT_THAT(run.out, HasSubstr("strip               one row: 86."));
   EXPECT_THAT(folder.read("r/strip.svg"), HasSubstr("two rows turned by 180 degrees: "));
   EXPECT_EQ(tornwalzen(folder, "solve pipe.obj --web nan").err, "tornwalzen: --web wants a finite number\n");

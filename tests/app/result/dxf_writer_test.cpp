@@ -122,8 +122,8 @@ TEST(SvgWriter, IsTrueToSizeWithLinesAndArcs) {
   Drawing drawing = plate();
   drawing.notes.clear();
   const std::string svg = svgText(drawing, "a <script> & \"b\"");
-  EXPECT_THAT(svg, HasSubstr("width=\"100mm\""));
-  EXPECT_THAT(svg, HasSubstr("viewBox=\"0 -60 100 "));
+  EXPECT_THAT(svg, HasSubstr("width=\"100.4mm\""));
+  EXPECT_THAT(svg, HasSubstr("viewBox=\"-0.2 -60.2 100.4 "));
   EXPECT_THAT(svg, HasSubstr("<title>a &lt;script&gt; &amp; &quot;b&quot;</title>"));
   EXPECT_THAT(svg, HasSubstr("d=\"M0 0L100 0L100 -50A10 10 0 0 0 90 -60L0 -60Z\""));
   EXPECT_THAT(svg, HasSubstr("d=\"M30 -30A10 10 0 0 1 50 -30A10 10 0 0 1 30 -30Z\""));

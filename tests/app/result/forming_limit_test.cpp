@@ -79,6 +79,16 @@ TEST(FormingLimit, TheMarginCounts) {
   EXPECT_EQ(classifyStrains({}, {}, {}, curve, 10.0).nearest, 0);
 }
 
+TEST(FldPicture, ALongCaptionIsBrokenAtBlanks) {
+  const LimitCurve curve{{{0.0, 0.3}},
+                         std::string(30, 'a') + " " + std::string(60, 'b') + " " + std::string(200, 'c')};
+  const std::string svg =
+      fldPicture({0.1}, {0.0}, classifyStrains({0.1}, {0.0}, {1}, curve, 10.0), curve, 10.0, "");
+  for (const char letter : {'a', 'b', 'c'})
+    EXPECT_THAT(svg, HasSubstr(">" + std::string(letter == 'a' ? 30 : letter == 'b' ? 60 : 200, letter)));
+  EXPECT_THAT(svg, HasSubstr("margin 10 %</text>"));
+}
+
 TEST(FldPicture, ShowsCurveZonesAndCounts) {
   const LimitCurve curve = keelerCurve(1.0, 0.21);
   const std::vector<double> major{0.1, 0.5, 40.0, std::numeric_limits<double>::infinity()};

@@ -72,6 +72,40 @@ TEST(SummaryTable, ShowsTheFiguresWithUnits) {
             "verdict             good\n");
 }
 
+TEST(SummaryTable, ABlankThatCannotBeCutHasNoDrawing) {
+  SampleRun sample;
+  sample.verdict.worth = Worth::notABlank;
+  sample.verdict.why = {"it is none"};
+  const std::string table = summaryTable(sample.report());
+  EXPECT_THAT(table, HasSubstr("drawings            none: no sheet can be cut so: it is none\n"));
+  EXPECT_THAT(table, testing::Not(HasSubstr("rectangle used")));
+  const auto json = nlohmann::json::parse(summaryJson(sample.report()));
+  EXPECT_EQ(json["drawing"]["why_none"], "no sheet can be cut so: it is none");
+  EXPECT_TRUE(json["weight_kg"].is_null());
+  EXPECT_TRUE(json["rectangle_utilisation"].is_null());
+}
+
+TEST(SummaryTable, NamesTheMaterialAndWhatStandsForIt) {
+  SampleRun sample;
+  sample.shop.material.name = "DC04";
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("material DC04 with built-in curve 1, r 1"));
+  sample.settings.curve.source = "--material DC04, Swift K 1 MPa";
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("material DC04, Swift K 1 MPa, r 1"));
+  sample.settings.curve.source = "--law x";
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("material DC04 with --law x, r 1"));
+}
+
+TEST(SummaryTable, TellsWhereTheThicknessIsFrom) {
+  SampleRun sample;
+  sample.shop.thickness = 1.2;
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("sheet               1.2 mm\n"));
+  EXPECT_EQ(nlohmann::json::parse(summaryJson(sample.report()))["thickness_is"], "given");
+  sample.shop.thicknessMeasured = true;
+  EXPECT_THAT(summaryTable(sample.report()),
+              HasSubstr("sheet               1.2 mm (measured on the part)\n"));
+  EXPECT_EQ(nlohmann::json::parse(summaryJson(sample.report()))["thickness_is"], "measured on the part");
+}
+
 TEST(SummaryTable, ShowsWhatTheUserShouldDoubt) {
   SampleRun sample;
   sample.run.report.checked = 1;
