@@ -139,7 +139,8 @@ void describePress(CLI::App* solve, PressOptionTexts& press) {
          "default: "
          "press where --thickness and a curve or law in MPa are given")
       ->check(CLI::IsMember({"press", "fixed"}));
-  option("--thickness", press.thickness, "MM", "thickness of the sheet in mm, whatever the unit");
+  option("--thickness", press.thickness, "MM",
+         "thickness of the sheet in mm, whatever the unit (default: measured on a thin solid)");
   option("--young", press.young, "MPA", "Young's modulus (default 206000)");
   option("--planar-r", press.planarR, "R0,R45,R90",
          "anisotropy along, diagonal and across the rolling direction");

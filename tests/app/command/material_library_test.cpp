@@ -145,6 +145,14 @@ TEST(MaterialLibrary, RefusalsNameMaterialAndKey) {
             ", material 1 (\"a\"): \"bound\" of \"n\" may only be \"minimum\"");
   EXPECT_EQ(withValue("K", R"({"value": 500, "source": "x"})"),
             ", material 1 (\"a\"): there is no key \"K\" here");
+  EXPECT_EQ(withValue("n", "0.2"), ", material 1 (\"a\"): \"n\" wants {\"value\": ..., \"source\": ...}");
+  EXPECT_EQ(refusalOf(library(R"({"name": "a"})")), ", material 1 (\"a\"): \"class\" is missing");
+  EXPECT_EQ(refusalOf(library(R"({"name": "a", "class": "steel"})")),
+            ", material 1 (\"a\"): there is no object \"values\"");
+  EXPECT_EQ(refusalOf(library(R"({"name": "a", "class": "steel", "limit_curve": "fld", "values": {}})")),
+            ", material 1 (\"a\"): \"limit_curve\" may be \"keeler\" or \"none\"");
+  EXPECT_EQ(refusalOf(std::string(200000, '[')), ": no JSON, near line 1");
+  EXPECT_THAT(refusalOf(library(R"({"name": "", "class": "steel", "values": {}})")), HasSubstr("is empty"));
   EXPECT_THAT(refusalOf(library(R"({"name": "a\u0007", "class": "steel", "values": {}})")),
               HasSubstr("control characters"));
 }

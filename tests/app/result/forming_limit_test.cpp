@@ -87,6 +87,10 @@ TEST(FldPicture, ALongCaptionIsBrokenAtBlanks) {
   for (const char letter : {'a', 'b', 'c'})
     EXPECT_THAT(svg, HasSubstr(">" + std::string(letter == 'a' ? 30 : letter == 'b' ? 60 : 200, letter)));
   EXPECT_THAT(svg, HasSubstr("margin 10 %</text>"));
+  LimitCurve hostile = curve;
+  hostile.basis = "--flc </text><script>alert(1)</script>";
+  EXPECT_THAT(fldPicture({0.1}, {0.0}, classifyStrains({0.1}, {0.0}, {1}, hostile, 10.0), hostile, 10.0, ""),
+              testing::Not(HasSubstr("<script>")));
 }
 
 TEST(FldPicture, ShowsCurveZonesAndCounts) {
