@@ -39,7 +39,7 @@ FlowCurve swiftCurve(const Material& material) {
 }
 
 // What the press model reads and the user left out, where the material has it with a source.
-void takeMeasured(const Material& material, const PressOptionTexts& given, PressSettings& press) {
+void takeSourced(const Material& material, const PressOptionTexts& given, PressSettings& press) {
   if (!press.chosen) return;
   if (given.young.empty() && material.E && !material.E->minimum) press.press.young_mpa = material.E->value;
   if (given.planarR.empty() && material.hasMeanR()) {
@@ -71,7 +71,7 @@ std::vector<std::string> materialRemarks(const SolveOptions& options, const Mate
     remarks.push_back(
         material.name +
         " has no flow curve with a source: built-in curve 1 stands in; --curve or --law give one");
-  if (!material.hasMeanR() && !options.rGiven)
+  if (!material.hasMeanR() && !options.rGiven && options.press.planarR.empty())
     remarks.push_back(material.name + " has no " +
                       (material.r90 && material.r90->minimum
                            ? "r values but a minimum of r90, " + decimal(material.r90->value)
@@ -95,12 +95,17 @@ RunSettings settingsOf(const SolveOptions& options, const Material& material,
         "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
   if (!options.curve.empty()) settings.curve = readFlowCurve(options.curve);
   if (!options.law.empty()) settings.curve = hardeningLaw(options.law);
+  takeThickness(options, material, measured, settings);
+  return settings;
+}
+
+void takeThickness(const SolveOptions& options, const Material& material, std::optional<double> measured,
+                   RunSettings& settings) {
   settings.press = pressSettings(options.press, !settings.curve.strain.empty(), settings.surePath, measured);
-  takeMeasured(material, options.press, settings.press);
+  takeSourced(material, options.press, settings.press);
   if (settings.press.chosen && options.path == "fixed")
     throw Failure("--model press goes the sure path; leave --path fixed out");
   checkSettings(settings);  // refused before anything is computed
-  return settings;
 }
 
 }  // namespace host

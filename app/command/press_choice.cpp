@@ -114,13 +114,15 @@ PressSettings pressSettings(const PressOptionTexts& texts, bool inMpa, bool sure
   constexpr double standIn = 1.0;
   const bool wanted = texts.model == "press" || !option.empty();
   const double onPart = measured ? *measured : (wanted ? standIn : 0.0);
-  // a thickness that the user did not give does not turn away the path that he chose
-  const bool possible = inMpa && (!texts.thickness.empty() || (onPart > 0.0 && surePath));
+  // the thickness serves more than the press model: it does not turn away the path that the user chose
+  const bool possible = inMpa && surePath && (!texts.thickness.empty() || onPart > 0.0);
   settings.chosen = texts.model.empty() ? possible : texts.model == "press";
   if (!settings.chosen) {
     if (!option.empty())
       throw Failure(option + " belongs to --model press" +
-                    (texts.model.empty() ? ", which needs --thickness and --curve or --law in MPa" : ""));
+                    (texts.model.empty()
+                         ? ", which goes the sure path and needs --thickness and --curve or --law in MPa"
+                         : ""));
     return settings;
   }
   if (texts.thickness.empty() && !(onPart > 0.0)) throw Failure("--model press needs --thickness");

@@ -66,9 +66,10 @@ std::vector<std::string> resultNames(const SolveOptions& options) {
 void checkResultPlaces(const Part& part, const SolveOptions& options, const std::string& folder) {
   std::vector<std::string> places{(fs::path(folder) / logName).string()};
   for (const std::string& name : resultNames(options)) places.push_back((fs::path(folder) / name).string());
-  checkOutputsSpareInputs(
-      {options.part, options.curve, options.materials, options.shop.flc, holdFile(options.hold)}, places,
-      "choose another folder with --out");
+  std::vector<std::string> inputs{options.part,     options.curve,        options.materials,
+                                  options.shop.flc, options.press.flange, holdFile(options.hold)};
+  for (const std::string& bead : options.press.beads) inputs.push_back(bead.substr(0, bead.rfind(':')));
+  checkOutputsSpareInputs(inputs, places, "choose another folder with --out");
   if (!options.force) checkFolderIsFree(folder, resultNames(options), part.identity);
 }
 
@@ -189,7 +190,7 @@ void finishShop(ShopReport& shop, const Part& part, const RunOutput& run, const 
 
 int solve(const SolveOptions& options) {
   const Material material = chosenMaterial(options);
-  settingsOf(options, material, std::nullopt);  // refused before a part is read
+  RunSettings settings = settingsOf(options, material, std::nullopt);
   ShopOptions shopOptions = options.shop;
   shopOptions.thickness = sheetThickness(options.press.thickness);
   checkShopOptions(shopOptions);
@@ -199,7 +200,7 @@ int solve(const SolveOptions& options) {
   });
   tellAboutMesh(part);
   const double measured = part.thickness * unit.millimetres;  // 0: the file holds no thickness
-  RunSettings settings = settingsOf(options, material, measured);
+  takeThickness(options, material, measured, settings);
   readPressMarks(options.press, part, settings.press);
   ShopReport shop = shopBeforeRun(shopOptions, material, measured);
   tellAboutMaterial(options, shopOptions, material, measured);

@@ -75,7 +75,7 @@ void addShopToPage(const RunReport& report, ReportData& data) {
   if (shop.limitCurve && report.results.developed) addZones(shop, data);
   if (!whyNoDrawing(report).empty()) return;
   addShopFigures(shop, data);
-  if (shop.strip) addStrip(shop, report.unit.millimetres, data);
+  if (shop.strip && whyNoStrip(report).empty()) addStrip(shop, report.unit.millimetres, data);
 }
 
 }  // namespace host

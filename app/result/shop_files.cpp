@@ -1,6 +1,7 @@
 // The files for the workshop; see the header.
 #include "result/shop_files.hpp"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 
@@ -14,8 +15,9 @@
 namespace host {
 
 namespace {
+constexpr double atPlane = 1e-3;  // of the part's extent: what lies so near to a plane of symmetry lies in it
 constexpr std::array<const char*, 4> drawingFiles{"blank.dxf", "blank.svg", "fld.svg", "strip.svg"};
-}
+}  // namespace
 
 std::vector<std::string> shopFileNames(bool tables) {
   std::vector<std::string> names{drawingFiles.begin(), drawingFiles.end()};
@@ -38,11 +40,41 @@ std::string whyNoDrawing(const RunReport& report) {
   return "";
 }
 
+std::string partOfBlank(const RunReport& report) {
+  const std::vector<double>& points = report.part.points;
+  std::string planes;
+  int halves = 0;
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    const std::string plane = axis == 0 ? "x" : "y";
+    if (report.holdRule != plane + "0" && report.holdRule != "x0,y0" && report.holdRule != "y0,x0") continue;
+    double low = 0.0, high = 0.0;
+    for (std::size_t n = 0; n < report.part.inTriangle.size(); ++n) {
+      if (!report.part.inTriangle[n]) continue;
+      low = std::min(low, points[3 * n + axis]);
+      high = std::max(high, points[3 * n + axis]);
+    }
+    if (std::min(high, -low) > atPlane * (high - low)) continue;  // the part goes on behind the plane
+    planes += (halves == 0 ? "" : " and ") + plane + " = 0";
+    ++halves;
+  }
+  if (halves == 0) return "";
+  return std::string(halves == 2 ? "A QUARTER" : "A HALF") + " of the blank, up to the symmetry " +
+         (halves == 2 ? "planes " : "plane ") + planes;
+}
+
+std::string whyNoStrip(const RunReport& report) {
+  if (std::string why = whyNoDrawing(report); !why.empty()) return why;
+  if (!partOfBlank(report).empty())
+    return "a strip wants the whole blank, and the part ends at its symmetry plane";
+  return report.shop.whyNoStrip;
+}
+
 Drawing drawingOf(const RunReport& report) {
   const BlankShape& shape = report.shop.shape;
   Drawing drawing{shape.curves, shape.bends, {}, {}};
   if (report.verdict.worth == Worth::doubtful)
     for (const std::string& why : report.verdict.why) drawing.notes.push_back("DOUBTFUL: " + why);
+  if (const std::string share = partOfBlank(report); !share.empty()) drawing.notes.push_back(share);
   drawing.warnings = drawing.notes;
   const double mm = report.unit.millimetres;
   const Rectangle& rectangle = report.results.blankRectangle;
@@ -71,7 +103,7 @@ void addShopFiles(ResultFiles& files, const RunReport& report, bool tables) {
       file.write(fldPicture(shop.major, shop.minor, shop.limit, *shop.limitCurve, shop.limitMargin,
                             "forming-limit diagram of " + report.part.file));
     });
-  if (shop.strip)
+  if (shop.strip && whyNoStrip(report).empty())
     files.add("strip.svg", [&](FileWriter& file) {
       file.write(stripPicture(shop.shape.outline.loops, {shop.strip->single, shop.strip->paired}, *shop.web,
                               "strip for " + report.part.file));

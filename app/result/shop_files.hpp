@@ -22,7 +22,14 @@ void addShopFiles(ResultFiles& files, const RunReport& report, bool tables);
 // folded over, an outline that crosses itself. Empty: it may.
 std::string whyNoDrawing(const RunReport& report);
 
-// The blank with its notes; what makes it doubtful stands first.
+// Where the part ends at the planes of symmetry that it is held at, what is drawn is a half or a quarter: a sentence
+// without full stop that says so. Empty: the whole.
+std::string partOfBlank(const RunReport& report);
+
+// Where a strip is wanted, why there is none. Empty: there is one.
+std::string whyNoStrip(const RunReport& report);
+
+// The blank with its notes; what makes it doubtful stands first, and that it is a part of one.
 Drawing drawingOf(const RunReport& report);
 
 }  // namespace host

@@ -18,7 +18,9 @@ Json shapeJson(const RunReport& report) {
   const ShopReport& shop = report.shop;
   const BlankShape& shape = shop.shape;
   const std::string why = whyNoDrawing(report);
+  const std::string share = partOfBlank(report);
   return {{"why_none", why.empty() ? Json(nullptr) : Json(why)},
+          {"shows", share.empty() ? Json("the blank") : Json(share)},
           {"holes", shape.outline.loops.size() - 1},
           {"crossings", shape.outline.crossings},
           {"tolerance_mm", shop.drawing.tolerance},
@@ -100,22 +102,22 @@ Json layoutJson(const StripLayout& layout) {
 Json stripJson(const RunReport& report) {
   const ShopReport& shop = report.shop;
   if (!shop.web) return nullptr;
-  const std::string why = whyNoDrawing(report);
-  if (!why.empty()) return {{"web_mm", *shop.web}, {"why_none", why}};
-  if (!shop.strip) return {{"web_mm", *shop.web}, {"why_none", shop.whyNoStrip}};
+  if (const std::string why = whyNoStrip(report); !why.empty())
+    return {{"web_mm", *shop.web}, {"why_none", why}};
   return {{"web_mm", *shop.web},
           {"one_row", layoutJson(shop.strip->single)},
           {"two_rows_turned_180_deg", layoutJson(shop.strip->paired)}};
 }
 
-void addFigureRows(const ShopReport& shop,
+void addFigureRows(const RunReport& report,
                    const std::function<void(const std::string&, const std::string&)>& row) {
+  const ShopReport& shop = report.shop;
   if (shop.weight)
     row("weight",
         fixedDecimal(*shop.weight, 3) + " kg (" + fixedDecimal(shop.material.density->value, 0) + " kg/m3)");
   row("rectangle used", fixedDecimal(100.0 * shop.rectangleUse, 1) + " %");
   if (!shop.web) return;
-  if (!shop.strip) return row("strip", "none: " + shop.whyNoStrip);
+  if (const std::string why = whyNoStrip(report); !why.empty()) return row("strip", "none: " + why);
   row("strip", stripText(shop.strip->single));
   row("", stripText(shop.strip->paired));
 }
@@ -140,6 +142,7 @@ void addShopRows(const RunReport& report,
                  const std::function<void(const std::string&, const std::string&)>& row) {
   const ShopReport& shop = report.shop;
   const std::int64_t holes = static_cast<std::int64_t>(shop.shape.outline.loops.size()) - 1;
+  if (const std::string share = partOfBlank(report); !share.empty()) row("", share);
   if (shop.thickness > 0.0)
     row("sheet", sheetText(shop) + (shop.thicknessMeasured ? " (measured on the part)" : ""));
   const std::string why = whyNoDrawing(report);
@@ -147,7 +150,7 @@ void addShopRows(const RunReport& report,
     row("outline", counted(holes, "hole") + "; " + counted(shop.shape.lines, "line") + " and " +
                        counted(shop.shape.arcs, "arc") + " within " + decimal(shop.drawing.tolerance) +
                        " mm");
-    addFigureRows(shop, row);
+    addFigureRows(report, row);
   } else {
     row("drawings", "none: " + why);
   }

@@ -41,8 +41,11 @@ TEST(ChosenSettings, AMeasuredThicknessStandsIn) {
   options.press.thickness = "2";
   EXPECT_EQ(settingsOf(options, {}, 1.25).press.press.thickness_mm, 2.0);
   options.press.thickness.clear();
-  options.path = "fixed";  // chosen by the user, the thickness not: the path counts
+  options.path = "fixed";  // a thickness serves more than the press model: the path counts
   EXPECT_FALSE(settingsOf(options, {}, 1.25).press.chosen);
+  options.press.thickness = "2";
+  EXPECT_FALSE(settingsOf(options).press.chosen);
+  options.press.thickness.clear();
   options.path = "sure", options.law.clear();
   EXPECT_FALSE(settingsOf(options, {}, 1.25).press.chosen);  // no stresses in MPa
 }

@@ -64,6 +64,9 @@ TEST(MaterialLibrary, Dc04HasTheMinimaOfItsStandardAndNoCurve) {
   ASSERT_EQ(remarks.size(), 2u);
   EXPECT_THAT(remarks[0], HasSubstr("DC04 has no flow curve with a source: built-in curve 1 stands in"));
   EXPECT_THAT(remarks[1], HasSubstr("a minimum of r90, 1.6: the run is made with r = 1"));
+  SolveOptions planar = options;
+  planar.press.planarR = "1.5,1.2,1.8";
+  EXPECT_EQ(materialRemarks(planar, dc04).size(), 1u);  // of the curve
   options.law = "swift:K=540,e0=0.006,n=0.2";
   options.r = 1.7;
   options.rGiven = true;

@@ -199,7 +199,10 @@ TEST(ProgramShop, AThicknessMeasuredOnThePartIsTheDefault) {
   EXPECT_EQ(summary["press"]["thickness_mm"], summary["thickness_mm"]);
   const Outcome other = tornwalzen(folder, "solve solid.obj --material DC04 --thickness 1.5 --out r" + law);
   ASSERT_EQ(other.status, 0) << other.err;
-  EXPECT_THAT(other.err, HasSubstr("warning: --thickness says 1.5 mm, the part measures 1.9995 mm; that of the option is taken"));
+  EXPECT_THAT(
+      other.err,
+      HasSubstr(
+          "warning: --thickness says 1.5 mm, the part measures 1.9995 mm; that of the option is taken"));
   summary = summaryOf(folder, "r");
   EXPECT_EQ(summary["thickness_is"], "given");
   EXPECT_EQ(summary["press"]["thickness_mm"], 1.5);
@@ -236,6 +239,24 @@ TEST(ProgramShop, AMaterialByNameLimitsTheStrains) {
   EXPECT_THAT(folder.read("r/part.vtu"), HasSubstr("limit_zone_0safe_1marginal_2split_3wrinkling"));
   EXPECT_THAT(folder.read("r/triangles.csv"), HasSubstr(",limit_zone,limit_distance_percent,"));
   EXPECT_THAT(folder.read("r/fld.svg"), HasSubstr("safe: 320 triangles"));
+}
+
+// A pipe can be read once only.
+TEST(ProgramShop, ACurveComesThroughAPipeAndInputsStay) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(10, 4));
+  folder.write("curve.csv", "0,200\n0.1,300\n0.5,400\n");
+  const Outcome run = shell(
+      folder, "cat curve.csv | \"$TORNWALZEN\" solve pipe.obj --thickness 1 --curve /dev/stdin --out r");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(summaryOf(folder, "r")["model"], "press");
+  folder.write("triangles.csv", "1\n2\n");
+  const std::string press = "solve pipe.obj --thickness 1 --curve curve.csv --csv --out . --force ";
+  for (const std::string input : {"--bead triangles.csv:50", "--binder 10 --flange triangles.csv"})
+    EXPECT_THAT(tornwalzen(folder, press + input).err,
+                HasSubstr("triangles.csv would be replaced, but it is read as triangles.csv"))
+        << input;
+  EXPECT_EQ(folder.read("triangles.csv"), "1\n2\n");
 }
 
 TEST(ProgramShop, ALimitCurveFromAFileAndItsRefusals) {

@@ -79,6 +79,29 @@ TEST(ShopFiles, WhatCannotBeCutIsNotDrawn) {
   }
 }
 
+// The roof lies between 0 and 1 along x and y.
+TEST(ShopFiles, AHalfOrAQuarterIsCalledSo) {
+  SampleRun sample;
+  const auto shown = [&](const std::string& hold) {
+    RunReport report = sample.report();
+    report.holdRule = hold;
+    return partOfBlank(report);
+  };
+  EXPECT_EQ(shown("auto"), "");
+  EXPECT_EQ(shown("x0"), "A HALF of the blank, up to the symmetry plane x = 0");
+  EXPECT_EQ(shown("y0"), "A HALF of the blank, up to the symmetry plane y = 0");
+  EXPECT_EQ(shown("x0,y0"), "A QUARTER of the blank, up to the symmetry planes x = 0 and y = 0");
+  for (std::size_t n = 0; n < 5; ++n) sample.data.points[3 * n] -= 0.5;  // now on both sides of x = 0
+  EXPECT_EQ(shown("x0"), "");
+  EXPECT_EQ(shown("x0,y0"), "A HALF of the blank, up to the symmetry plane y = 0");
+  EXPECT_EQ(shown("y0,x0"), shown("x0,y0"));
+  RunReport report = sample.report();
+  EXPECT_EQ(whyNoStrip(report), "");
+  report.holdRule = "y0";
+  EXPECT_EQ(whyNoStrip(report), "a strip wants the whole blank, and the part ends at its symmetry plane");
+  EXPECT_THAT(drawingOf(report).warnings, ElementsAre("A HALF of the blank, up to the symmetry plane y = 0"));
+}
+
 TEST(ShopFiles, TheDrawingTellsFileNameSizeAndSheet) {
   SampleRun sample;
   sample.data.file = "some/folder/roof.obj";
