@@ -54,10 +54,12 @@ void addStrip(const ShopReport& shop, double millimetres, ReportData& data) {
                         {"web", decimal(*shop.web) + " mm"}};
 }
 
-void addShopFigures(const ShopReport& shop, ReportData& data) {
+void addShopFigures(const RunReport& report, ReportData& data) {
+  const ShopReport& shop = report.shop;
   const auto add = [&](const std::string& name, const std::string& value) {
     data.figures.push_back({name, value});
   };
+  if (const std::string share = partOfBlank(report); !share.empty()) add("shown", share);
   if (shop.thickness > 0.0) add("sheet", sheetText(shop) + (shop.thicknessMeasured ? ", measured" : ""));
   if (shop.weight) add("weight", fixedDecimal(*shop.weight, 3) + "\u00a0kg");
   add("rectangle used", fixedDecimal(100.0 * shop.rectangleUse, 1) + "\u00a0%");
@@ -74,7 +76,7 @@ void addShopToPage(const RunReport& report, ReportData& data) {
   const ShopReport& shop = report.shop;
   if (shop.limitCurve && report.results.developed) addZones(shop, data);
   if (!whyNoDrawing(report).empty()) return;
-  addShopFigures(shop, data);
+  addShopFigures(report, data);
   if (shop.strip && whyNoStrip(report).empty()) addStrip(shop, report.unit.millimetres, data);
 }
 

@@ -64,6 +64,11 @@ TEST(ReportContent, CarriesZonesCurveStripAndSheet) {
   EXPECT_EQ(data.strip.width, better.width);
   EXPECT_EQ(data.strip.placed.size(), 4u * static_cast<std::size_t>(better.rows));
   EXPECT_THAT(namesOf(data), Contains("sheet"));
+  EXPECT_THAT(namesOf(data), testing::Not(Contains("shown")));
+  RunReport half = sample.report();
+  half.holdRule = "x0";
+  EXPECT_THAT(namesOf(reportDataOf(half, {})), Contains("shown"));
+  EXPECT_TRUE(reportDataOf(half, {}).strip.placed.empty());
   EXPECT_THAT(namesOf(data), Contains("rectangle used"));
 }
 
