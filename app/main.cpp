@@ -7,6 +7,7 @@
 
 #include "command/arguments.hpp"
 #include "command/deck.hpp"
+#include "command/materials.hpp"
 #include "command/solve.hpp"
 #include "system/failure.hpp"
 #include "system/process.hpp"
@@ -21,8 +22,15 @@ int complain(const char* sentence, int status) {
 
 int runCommand(const host::Arguments& arguments) {
   try {
-    return arguments.command == host::Command::deck ? host::deck(arguments.deck)
-                                                    : host::solve(arguments.solve);
+    switch (arguments.command) {
+      case host::Command::deck:
+        return host::deck(arguments.deck);
+      case host::Command::materials:
+        return host::materials(arguments.materials);
+      case host::Command::solve:
+        break;
+    }
+    return host::solve(arguments.solve);
   } catch (const host::Failure& failure) {
     return complain(failure.what(), failure.status());
   } catch (const host::StoppedBySignal& stopped) {

@@ -75,12 +75,21 @@ void describeReading(CLI::App* command, ReadOptions& reading) {
       ->group(group);
 }
 
+void describeMaterialsFile(CLI::App* command, std::string& file) {
+  command
+      ->add_option("--materials", file,
+                   "own materials, in the form that \"tornwalzen materials --json\" prints")
+      ->type_name("FILE.json");
+}
+
 void describeMaterial(CLI::App* solve, SolveOptions& options) {
   solve
       ->add_option("--material", options.material,
-                   "flow curve 0, 1 or 2 (plastic work), or 10 (geometric, no material)")
-      ->check(CLI::IsMember({0, 1, 2, 10}))
+                   "flow curve 0, 1 or 2 (plastic work), 10 (geometric, no material), or a name that "
+                   "\"tornwalzen materials\" lists")
+      ->type_name("0|1|2|10|NAME")
       ->capture_default_str();
+  describeMaterialsFile(solve, options.materials);
   CLI::Option* curve = solve->add_option("--curve", options.curve,
                                          "own flow curve in place of the material's: a table of plastic "
                                          "strain and flow stress (MPa), 3 to 49 points");
@@ -130,7 +139,8 @@ void describePress(CLI::App* solve, PressOptionTexts& press) {
          "default: "
          "press where --thickness and a curve or law in MPa are given")
       ->check(CLI::IsMember({"press", "fixed"}));
-  option("--thickness", press.thickness, "MM", "thickness of the sheet");
+  option("--thickness", press.thickness, "MM",
+         "thickness of the sheet in mm, whatever the unit (default: measured on a thin solid)");
   option("--young", press.young, "MPA", "Young's modulus (default 206000)");
   option("--planar-r", press.planarR, "R0,R45,R90",
          "anisotropy along, diagonal and across the rolling direction");
@@ -159,6 +169,35 @@ void describePress(CLI::App* solve, PressOptionTexts& press) {
       ->check(CLI::IsMember({"below", "above"}));
 }
 
+void describeShop(CLI::App* solve, ShopOptions& options) {
+  solve
+      ->add_option("--flc", options.flc,
+                   "limit curve: a table of minor and major strain, logarithmic or, with % in its heading, "
+                   "engineering strain in percent; or the formula for mild steels (default where it holds)")
+      ->type_name("FILE.csv|keeler");
+  solve->add_option("--n", options.n, "hardening exponent for that formula (default: the material's)")
+      ->check(CLI::Range(0.001, 1.0));
+  solve
+      ->add_option("--dxf-tolerance", options.dxfTolerance,
+                   "largest distance in mm between the drawn lines and arcs and the mesh's outline")
+      ->check(CLI::Range(0.0001, 10.0))
+      ->type_name("MM")
+      ->capture_default_str();
+  solve->add_option("--dxf", options.dxf, "release of blank.dxf")
+      ->check(CLI::IsMember({"2000", "12"}))
+      ->capture_default_str();
+  solve
+      ->add_option(
+          "--web", options.web,
+          "mm of sheet between blanks and beside them: looks for the best strip, of one row and of two")
+      ->check(CLI::Range(0.0, 1000.0))
+      ->type_name("MM");
+  solve->add_flag("--square", options.square,
+                  "stand the drawings into the smallest rectangle, a corner in 0,0");
+  solve->add_flag("--bend-lines", options.bendLines, "draw the borders of the bent zones on the layer BEND");
+  solve->add_flag("--csv", options.csv, "write tables of triangles and nodes too");
+}
+
 void describeSolve(CLI::App& app, SolveOptions& options) {
   CLI::App* solve = app.add_subcommand("solve", "Find the flat blank of a formed part.");
   solve->add_option("PART", options.part, partDescription)->required();
@@ -171,11 +210,13 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
   solve->add_flag("--force", options.force, "replace files in that folder that are not results of this part");
   describeLargest(solve, options.largest);
   describeReading(solve, options.reading);
-  solve->add_flag("--report,!--no-report", options.report,
-                  "write report.html, a page with part and blank in 3-D that needs no network (default), or leave it");
+  solve->add_flag(
+      "--report,!--no-report", options.report,
+      "write report.html, a page with part and blank in 3-D that needs no network (default), or leave it");
   solve->add_flag("--eben", options.eben,
                   "write the blank as eben.t51 too, in mm (up to 99999 nodes and triangles)");
   solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too, in mm");
+  describeShop(solve, options.shop);
   solve->add_flag("--verbose", options.verbose, "show the library's messages");
 }
 
@@ -191,6 +232,14 @@ CLI::App* describeDeck(CLI::App& app, DeckOptions& options) {
   return deck;
 }
 
+CLI::App* describeMaterials(CLI::App& app, MaterialsOptions& options) {
+  CLI::App* materials =
+      app.add_subcommand("materials", "List the materials and where their numbers come from.");
+  describeMaterialsFile(materials, options.file);
+  materials->add_flag("--json", options.json, "print the program's own materials as a file");
+  return materials;
+}
+
 }  // namespace
 
 Arguments readArguments(int argc, const char* const* argv) {
@@ -200,13 +249,17 @@ Arguments readArguments(int argc, const char* const* argv) {
   app.set_version_flag("--version", "tornwalzen " TORNWALZEN_VERSION);
   app.require_subcommand(1);
   app.footer(
-      "Results of solve: blank.obj, part.vtu, blank.vtu, summary.json, report.html, tornwalzen.log.\n"
+      "Results of solve: blank.dxf, blank.svg, blank.obj, part.vtu, blank.vtu, summary.json, report.html,\n"
+      "tornwalzen.log.\n"
       "Exit status: 0 converged, 1 refused or not written, 2 not converged, 3 the library failed.");
   describeSolve(app, arguments.solve);
   const CLI::App* deck = describeDeck(app, arguments.deck);
+  const CLI::App* materials = describeMaterials(app, arguments.materials);
   try {
     app.parse(argc, argv);
     if (deck->parsed()) arguments.command = Command::deck;
+    if (materials->parsed()) arguments.command = Command::materials;
+    arguments.solve.rGiven = app.get_subcommand("solve")->count("--r") > 0;
     arguments.solve.reading.unit = arguments.solve.unit;
   } catch (const CLI::ParseError& outcome) {
     arguments.done = true;

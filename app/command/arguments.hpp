@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "command/shop_options.hpp"
 #include "mesh/read_options.hpp"
 
 namespace host {
@@ -23,15 +24,18 @@ struct PressOptionTexts {
 struct SolveOptions {
   PressOptionTexts press;
   std::string part;             // mesh file
-  int material = 1;             // 0, 1, 2 flow curves; 10 geometric
+  std::string material = "1";   // 0, 1, 2 flow curves; 10 geometric; else a name in the library
+  std::string materials;        // library of the user: file; empty: none
   std::string curve, law;       // own flow curve in place of that one: file, or hardening law; empty: none
   double r = 1.0;               // mean normal anisotropy
+  bool rGiven = false;          // by the user, not the default
   std::string energy = "part";  // what the energy is weighed with: part or blank
   std::string path = "sure";    // the way to the blank: sure or fixed
   std::string tolerance;        // FINAL[,PATH]; empty: the default, with repeats where it does not converge
   std::string unit = "mm";      // of the part and of the results: mm, cm, m, inch
   std::string hold;             // see hold.hpp
   std::string out;              // folder of the results; empty: <part without extension>_blank
+  ShopOptions shop;             // files for the workshop
   bool force = false;           // replace the results of another part
   ReadOptions reading;          // of the part; its unit is that above
   bool largest = false;         // take the largest piece of several
@@ -49,7 +53,12 @@ struct DeckOptions {
   bool largest = false;  // take the largest piece of several
 };
 
-enum class Command { solve, deck };
+struct MaterialsOptions {
+  std::string file;   // library of the user; empty: none
+  bool json = false;  // print the program's own library as a file
+};
+
+enum class Command { solve, deck, materials };
 
 struct Arguments {
   bool done = false;  // help, version or a wrong argument: already answered
@@ -57,6 +66,7 @@ struct Arguments {
   Command command = Command::solve;
   SolveOptions solve;
   DeckOptions deck;
+  MaterialsOptions materials;
 };
 
 // Prints help and version on standard output, complaints on standard error.

@@ -2,6 +2,7 @@
 #include "command/chosen_settings.hpp"
 
 #include "command/flow_curve.hpp"
+#include "command/material_library.hpp"
 #include "command/press_choice.hpp"
 #include "run/run_settings.hpp"
 #include "system/failure.hpp"
@@ -12,6 +13,7 @@ namespace host {
 namespace {
 
 constexpr int geometricMaterial = 10;
+constexpr int namedMaterial = 1;  // the built-in curve whose place that of a named material takes
 constexpr const char* defaultTolerance = "0.001,1";
 
 void readTolerance(const std::string& text, RunSettings& settings) {
@@ -22,27 +24,88 @@ void readTolerance(const std::string& text, RunSettings& settings) {
     throw Failure("--tolerance wants FINAL or FINAL,PATH, not \"" + shown(text) + "\"");
 }
 
+int builtIn(const std::string& material) {
+  for (const int number : {0, 1, 2, geometricMaterial})
+    if (material == std::to_string(number)) return number;
+  return -1;
+}
+
+FlowCurve swiftCurve(const Material& material) {
+  FlowCurve curve = hardeningLaw("swift:K=" + decimal(material.K->value) +
+                                 ",e0=" + decimal(material.e0->value) + ",n=" + decimal(material.n->value));
+  curve.source = "--material " + material.name + ", Swift K " + decimal(material.K->value) + " MPa, e0 " +
+                 decimal(material.e0->value) + ", n " + decimal(material.n->value);
+  return curve;
+}
+
+// What the press model reads and the user left out, where the material has it with a source.
+void takeSourced(const Material& material, const PressOptionTexts& given, PressSettings& press) {
+  if (!press.chosen) return;
+  if (given.young.empty() && material.E && !material.E->minimum) press.press.young_mpa = material.E->value;
+  if (given.planarR.empty() && material.hasMeanR()) {
+    press.press.r0 = material.r0->value;
+    press.press.r45 = material.r45->value;
+    press.press.r90 = material.r90->value;
+  }
+}
+
+bool hasOwnCurve(const SolveOptions& options) {
+  return !options.curve.empty() || !options.law.empty();
+}
+
 }  // namespace
 
-RunSettings settingsOf(const SolveOptions& options) {
+Material chosenMaterial(const SolveOptions& options) {
+  if (builtIn(options.material) >= 0) {
+    if (!options.materials.empty())
+      readMaterials(options.materials);  // refused even if nothing of it is used
+    return {};
+  }
+  return materialNamed(readMaterials(options.materials), options.material);
+}
+
+std::vector<std::string> materialRemarks(const SolveOptions& options, const Material& material) {
+  std::vector<std::string> remarks;
+  if (material.name.empty()) return remarks;
+  if (!material.hasCurve() && !hasOwnCurve(options))
+    remarks.push_back(
+        material.name +
+        " has no flow curve with a source: built-in curve 1 stands in; --curve or --law give one");
+  if (!material.hasMeanR() && !options.rGiven && options.press.planarR.empty())
+    remarks.push_back(material.name + " has no " +
+                      (material.r90 && material.r90->minimum
+                           ? "r values but a minimum of r90, " + decimal(material.r90->value)
+                           : std::string("three r values")) +
+                      ": the run is made with r = 1; --r gives another");
+  return remarks;
+}
+
+RunSettings settingsOf(const SolveOptions& options, const Material& material,
+                       std::optional<double> measured) {
   RunSettings settings;
-  settings.material = options.material;
-  settings.r = options.r;
+  settings.material = material.name.empty() ? builtIn(options.material) : namedMaterial;
+  settings.r = options.rGiven || !material.hasMeanR() ? options.r : material.meanR();
+  if (material.hasCurve() && !hasOwnCurve(options)) settings.curve = swiftCurve(material);
   settings.partReference = options.energy == "part";
   settings.surePath = options.path == "sure";
   settings.mayRepeat = options.tolerance.empty();
   readTolerance(settings.mayRepeat ? defaultTolerance : options.tolerance, settings);
-  const bool ownCurve = !options.curve.empty() || !options.law.empty();
-  if (options.material == geometricMaterial && (ownCurve || options.r != 1.0))
+  if (settings.material == geometricMaterial && (hasOwnCurve(options) || options.r != 1.0))
     throw Failure(
         "--curve, --law and --r describe a material, which --material 10 does not read; use 0, 1 or 2");
   if (!options.curve.empty()) settings.curve = readFlowCurve(options.curve);
   if (!options.law.empty()) settings.curve = hardeningLaw(options.law);
-  settings.press = pressSettings(options.press, ownCurve);
+  takeThickness(options, material, measured, settings);
+  return settings;
+}
+
+void takeThickness(const SolveOptions& options, const Material& material, std::optional<double> measured,
+                   RunSettings& settings) {
+  settings.press = pressSettings(options.press, !settings.curve.strain.empty(), settings.surePath, measured);
+  takeSourced(material, options.press, settings.press);
   if (settings.press.chosen && options.path == "fixed")
     throw Failure("--model press goes the sure path; leave --path fixed out");
   checkSettings(settings);  // refused before anything is computed
-  return settings;
 }
 
 }  // namespace host

@@ -4,10 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string_view>
 
+#include "command/point_table.hpp"
 #include "system/failure.hpp"
-#include "system/input_file.hpp"
 #include "system/text.hpp"
 #include "tornwalzen_ext.h"
 
@@ -18,25 +17,6 @@ namespace {
 constexpr int lawPoints = 49;      // as many as the library takes
 constexpr double lawStrain = 1.0;  // plastic strain up to which a law is tabulated
 constexpr std::size_t mostParameters = 4;
-
-// The cells of a line: blanks, tabs, commas or semicolons separate; beside semicolons a comma is a decimal
-// one.
-std::string separatedByBlanks(std::string line) {
-  const bool semicolons = line.find(';') != std::string::npos;
-  for (char& c : line) {
-    if (c == ';')
-      c = ' ';
-    else if (c == ',')
-      c = semicolons ? '.' : ' ';
-  }
-  return line;
-}
-
-bool readPoint(const std::string& line, double& strain, double& stress) {
-  std::size_t position = 0;
-  return readReal(nextWord(line, position), strain) && readReal(nextWord(line, position), stress) &&
-         nextWord(line, position).empty();
-}
 
 struct Law {
   const char* name;
@@ -119,28 +99,13 @@ void takeParameter(const Law& law, const std::string& word, const std::string& t
 }  // namespace
 
 FlowCurve readFlowCurve(const std::string& path) {
-  const std::string content = readInputFile(path);
   FlowCurve curve;
   curve.source = "--curve " + path;
-  std::size_t position = 0;
-  std::string_view line;
-  bool headingsMayCome = true;
-  for (std::int64_t number = 1; nextLine(content, position, line); ++number) {
-    const std::string cells = separatedByBlanks(std::string(line));
-    std::size_t first = 0;
-    const std::string_view word = nextWord(cells, first);
-    if (word.empty() || word.front() == '#') continue;
-    double strain = 0.0, stress = 0.0;
-    if (readPoint(cells, strain, stress)) {
-      curve.strain.push_back(strain);
-      curve.stress.push_back(stress);
-    } else if (!headingsMayCome) {
-      throw Failure(curve.source + ", line " + std::to_string(number) +
-                    ": wanted a plastic strain and a flow stress in MPa, not \"" + shown(line) + "\"");
-    }
-    headingsMayCome = false;
+  for (const PointTable::Row& row :
+       readPointTable(path, curve.source, "a plastic strain and a flow stress in MPa").rows) {
+    curve.strain.push_back(row.first);
+    curve.stress.push_back(row.second);
   }
-  if (curve.strain.empty()) throw Failure(curve.source + ": there is no point in the file");
   return curve;
 }
 

@@ -105,21 +105,30 @@ Bead readBead(const std::string& text, const Part& part) {
 
 }  // namespace
 
-PressSettings pressSettings(const PressOptionTexts& texts, bool inMpa) {
+PressSettings pressSettings(const PressOptionTexts& texts, bool inMpa, bool surePath,
+                            std::optional<double> measured) {
   PressSettings settings;
-  const bool possible = !texts.thickness.empty() && inMpa;
-  settings.chosen = texts.model.empty() ? possible : texts.model == "press";
   const std::string option = firstOption(texts);
+  // Before the part is read a thickness stands in where the user wants the press model: what else is wrong with its
+  // options is refused before a long import.
+  constexpr double standIn = 1.0;
+  const bool wanted = texts.model == "press" || !option.empty();
+  const double onPart = measured ? *measured : (wanted ? standIn : 0.0);
+  // the thickness serves more than the press model: it does not turn away the path that the user chose
+  const bool possible = inMpa && surePath && (!texts.thickness.empty() || onPart > 0.0);
+  settings.chosen = texts.model.empty() ? possible : texts.model == "press";
   if (!settings.chosen) {
     if (!option.empty())
       throw Failure(option + " belongs to --model press" +
-                    (texts.model.empty() ? ", which needs --thickness and --curve or --law in MPa" : ""));
+                    (texts.model.empty()
+                         ? ", which goes the sure path and needs --thickness and --curve or --law in MPa"
+                         : ""));
     return settings;
   }
-  if (texts.thickness.empty()) throw Failure("--model press needs --thickness");
+  if (texts.thickness.empty() && !(onPart > 0.0)) throw Failure("--model press needs --thickness");
   TornwalzenPress& press = settings.press;
   press.size = sizeof press;
-  press.thickness_mm = number("--thickness", texts.thickness);
+  press.thickness_mm = texts.thickness.empty() ? onPart : number("--thickness", texts.thickness);
   if (!texts.young.empty()) press.young_mpa = number("--young", texts.young);
   if (!texts.planarR.empty()) {
     const std::vector<double> r = numbers("--planar-r", texts.planarR, 3, 3);

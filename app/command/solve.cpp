@@ -5,6 +5,8 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <limits>
+#include <optional>
 
 #include "command/chosen_settings.hpp"
 #include "command/press_choice.hpp"
@@ -21,6 +23,7 @@
 #include "result/results.hpp"
 #include "result/run_data.hpp"
 #include "result/run_report.hpp"
+#include "result/shop_files.hpp"
 #include "result/summary.hpp"
 #include "result/vtu_writer.hpp"
 #include "run/hold.hpp"
@@ -49,10 +52,11 @@ std::string outputFolder(const SolveOptions& options) {
   return fs::path(options.part).stem().string() + "_blank";  // in the working folder
 }
 
-// The names of the files that the run replaces; the log is not among them.
+// The names of the files that the run replaces or removes; the log is not among them.
 std::vector<std::string> resultNames(const SolveOptions& options) {
   std::vector<std::string> names{"blank.obj", "part.vtu", "blank.vtu", "summary.json"};
   if (options.report) names.push_back("report.html");
+  for (const std::string& name : shopFileNames(options.shop.csv)) names.push_back(name);
   if (options.eben) names.push_back("eben.t51");
   if (options.ebenStart) names.push_back("eben_start.t51");
   return names;
@@ -62,8 +66,10 @@ std::vector<std::string> resultNames(const SolveOptions& options) {
 void checkResultPlaces(const Part& part, const SolveOptions& options, const std::string& folder) {
   std::vector<std::string> places{(fs::path(folder) / logName).string()};
   for (const std::string& name : resultNames(options)) places.push_back((fs::path(folder) / name).string());
-  checkOutputsSpareInputs({options.part, options.curve, holdFile(options.hold)}, places,
-                          "choose another folder with --out");
+  std::vector<std::string> inputs{options.part,     options.curve,        options.materials,
+                                  options.shop.flc, options.press.flange, holdFile(options.hold)};
+  for (const std::string& bead : options.press.beads) inputs.push_back(bead.substr(0, bead.rfind(':')));
+  checkOutputsSpareInputs(inputs, places, "choose another folder with --out");
   if (!options.force) checkFolderIsFree(folder, resultNames(options), part.identity);
 }
 
@@ -147,6 +153,7 @@ void writeResults(const RunReport& report, const ConvergenceHistory& history, co
   files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
   files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part); });
   files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank); });
+  addShopFiles(files, report, options.shop.csv);
   files.add("summary.json", [&](FileWriter& file) { file.write(summaryJson(report)); });
   if (options.report)
     files.add("report.html", [&](FileWriter& file) { writeReport(file, reportDataOf(report, history)); });
@@ -158,16 +165,45 @@ void writeResults(const RunReport& report, const ConvergenceHistory& history, co
   files.putIntoPlace();
 }
 
+void tellAboutMaterial(const SolveOptions& options, const ShopOptions& shop, const Material& material,
+                       double measured) {
+  for (const std::string& remark : materialRemarks(options, material))
+    std::fprintf(stderr, "%s\n", remark.c_str());
+  const std::string doubt = thicknessDoubt(shop, measured);
+  if (!doubt.empty()) std::fprintf(stderr, "warning: %s\n", doubt.c_str());
+}
+
+// part: in mm. results: in a unit of so many millimetres.
+void finishShop(ShopReport& shop, const Part& part, const RunOutput& run, const Results& results,
+                double millimetres) {
+  constexpr double none = std::numeric_limits<double>::quiet_NaN();
+  for (const TornwalzenElementStrain& strain : run.strains) {
+    shop.major.push_back(results.developed ? strain.major : none);
+    shop.minor.push_back(results.developed ? strain.minor : none);
+  }
+  std::vector<double> area;
+  for (const double inUnit : results.partArea) area.push_back(inUnit * millimetres * millimetres);
+  addBlank(shop, {run.corners, run.RX, part.points, area, part.size});
+}
+
 }  // namespace
 
 int solve(const SolveOptions& options) {
-  RunSettings settings = settingsOf(options);
+  const Material material = chosenMaterial(options);
+  RunSettings settings = settingsOf(options, material, std::nullopt);
+  ShopOptions shopOptions = options.shop;
+  shopOptions.thickness = sheetThickness(options.press.thickness);
+  checkShopOptions(shopOptions);
   const Unit unit = unitOf(options.unit);
   const Part part = readPart(options.part, options.reading, options.largest, [](const std::string& sentence) {
     std::fprintf(stderr, "%s\n", sentence.c_str());
   });
   tellAboutMesh(part);
+  const double measured = part.thickness * unit.millimetres;  // 0: the file holds no thickness
+  takeThickness(options, material, measured, settings);
   readPressMarks(options.press, part, settings.press);
+  ShopReport shop = shopBeforeRun(shopOptions, material, measured);
+  tellAboutMaterial(options, shopOptions, material, measured);
   if (options.eben || options.ebenStart) checkFlatBlankFits(part.file, part.nodes(), part.elements());
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);
@@ -193,7 +229,11 @@ int solve(const SolveOptions& options) {
 
   const PartData data = partData(part);
   const Results results = computeResults(data, run, unit);
-  const RunReport report{data, hold, run, results, verdict, settings, runs, second, unit, rule, folder};
+  finishShop(shop, inMillimetres(part, unit), run, results, unit.millimetres);
+  const RunReport report{data, hold, run, results, verdict, settings, runs, second, unit, shop, rule, folder};
+  const std::string noDrawing = whyNoDrawing(report);
+  if (!noDrawing.empty())
+    std::fprintf(stderr, "warning: no drawing of the blank was written: %s\n", noDrawing.c_str());
   checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
   writeResults(report, history, options);
   std::fputs(summaryTable(report).c_str(), stdout);

@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
 
+#include "result/report_shop.hpp"
 #include "result/report_trust.hpp"
+#include "result/run_words.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -130,43 +131,14 @@ void addPlaces(const RunReport& report, ReportData& data) {
     data.fields.push_back(places);
 }
 
-// The border of the blank as closed loops, the longest first. Where two loops meet in a node they are told apart by
-// the order of the triangles; the sheet lies on their left.
+// The border of the blank, which the drawings follow too.
 void addOutline(const RunReport& report, ReportData& data) {
-  std::unordered_map<std::int64_t, int> sides;
-  const std::vector<std::int32_t>& corners = data.corners;
-  const auto nodes = static_cast<std::int64_t>(data.partPoints.size() / 3);
-  const auto next = [](std::size_t c) { return c % 3 == 2 ? c - 2 : c + 1; };
-  for (std::size_t c = 0; c < corners.size(); ++c) ++sides[corners[c] * nodes + corners[next(c)]];
-  std::unordered_map<std::int32_t, std::vector<std::int32_t>> onwards;
-  std::vector<std::int32_t> begins;
-  for (std::size_t c = 0; c < corners.size(); ++c) {
-    const std::int32_t a = corners[c], b = corners[next(c)];
-    if (sides.contains(b * nodes + a)) continue;
-    onwards[a].push_back(b);
-    begins.push_back(a);
+  const double millimetres = report.unit.millimetres;
+  for (const OutlineLoop& loop : report.shop.shape.outline.loops) {
+    auto& points = data.outline.loops.emplace_back();
+    for (const PlanePoint& point : loop.points)
+      points.push_back({point[0] / millimetres, point[1] / millimetres});
   }
-  const auto lengthOf = [](const std::vector<ReportPoint>& loop) {
-    double length = 0.0;
-    for (std::size_t k = 0; k < loop.size(); ++k) {
-      const ReportPoint &p = loop[k], &q = loop[(k + 1) % loop.size()];
-      length += std::hypot(q[0] - p[0], q[1] - p[1]);
-    }
-    return length;
-  };
-  for (const std::int32_t begin : begins) {
-    std::vector<ReportPoint> loop;
-    for (std::int32_t node = begin; !onwards[node].empty();) {
-      const auto n = static_cast<std::size_t>(node);
-      loop.push_back({data.blankPoints[2 * n], data.blankPoints[2 * n + 1]});
-      const std::int32_t to = onwards[node].back();
-      onwards[node].pop_back();
-      node = to;
-    }
-    if (!loop.empty()) data.outline.loops.push_back(std::move(loop));
-  }
-  std::stable_sort(data.outline.loops.begin(), data.outline.loops.end(),
-                   [&](const auto& a, const auto& b) { return lengthOf(a) > lengthOf(b); });
   data.outline.angle = report.results.blankRectangle.angle;
   const TornwalzenReport& run = report.run.report;
   if (run.crossings > 0)
@@ -209,8 +181,7 @@ void addSettings(const RunReport& report, ReportData& data) {
     data.settings.push_back({name, value});
   };
   add("part", report.part.file);
-  add("material", std::to_string(settings.material) +
-                      (settings.curve.source.empty() ? "" : " as " + settings.curve.source));
+  add("material", materialText(report));
   add("normal anisotropy r", decimal(settings.r));
   add("energy weighed with", settings.partReference ? "the part" : "the blank");
   add("path", settings.surePath
@@ -247,6 +218,7 @@ ReportData reportDataOf(const RunReport& report, const ConvergenceHistory& histo
   addPlaces(report, data);
   if (report.results.developed) addOutline(report, data);
   addFigures(report, data);
+  addShopToPage(report, data);
   addSettings(report, data);
   data.trust = trustOf(report);
   data.convergence = {history.increments(), report.run.report.gradient_limit};

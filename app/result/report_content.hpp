@@ -8,8 +8,8 @@
 
 namespace host {
 
-// A run that came to no blank has no strains; its page shows what the development left. Strip and limit curve are
-// left empty.
+// A run that came to no blank has no strains; its page shows what the development left. Strip and limit curve are there
+// where the run has them.
 ReportData reportDataOf(const RunReport& report, const ConvergenceHistory& history);
 
 }  // namespace host

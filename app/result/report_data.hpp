@@ -64,7 +64,7 @@ struct ReportPlace {
 using ReportPoint = std::array<double, 2>;  // x, y
 
 struct ReportOutline {
-  std::vector<std::vector<ReportPoint>> loops;  // closed, the longest around first
+  std::vector<std::vector<ReportPoint>> loops;  // closed, the outer one first
   double angle = 0.0;                           // degrees from x to the length of the smallest rectangle
   std::vector<ReportPoint> marks;               // where it is wrong
 };
@@ -85,7 +85,7 @@ struct ReportConvergence {
 // The forming-limit curve; the diagram itself needs the fields alone.
 struct ReportLimits {
   std::vector<ReportPoint> curve;  // minor and major strain, logarithmic
-  double margin = 0.0;             // below the curve, as a share of it: marginal
+  double margin = 0.0;             // percent of engineering strain below the curve: marginal
   std::string source;
 };
 

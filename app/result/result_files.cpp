@@ -80,8 +80,15 @@ void ResultFiles::add(const std::string& name, const std::function<void(FileWrit
   writer.finish();
 }
 
+void ResultFiles::withdraw(const std::string& name) {
+  withdrawn_.push_back((std::filesystem::path(folder_) / name).string());
+}
+
 void ResultFiles::putIntoPlace() {
   const SignalsHeldBack heldBack;
+  for (const std::string& place : withdrawn_)
+    if (::unlink(place.c_str()) != 0 && errno != ENOENT)
+      throw Failure("cannot remove " + place + ", which is of an earlier run: " + std::strerror(errno));
   while (!entries_.empty()) {
     const Entry& entry = entries_.front();
     if (std::rename(entry.unfinished.c_str(), entry.place.c_str()) != 0)

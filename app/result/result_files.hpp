@@ -44,7 +44,10 @@ class ResultFiles {
   // Writes folder/name beside its place with the bytes that `content` hands to the writer.
   void add(const std::string& name, const std::function<void(FileWriter&)>& content);
 
-  // Renames all files into place; signals wait meanwhile.
+  // A result that an earlier run may have left and this one does not have: it goes as the files come into place.
+  void withdraw(const std::string& name);
+
+  // Removes what was withdrawn, then renames all files into place; signals wait meanwhile.
   void putIntoPlace();
 
  private:
@@ -53,6 +56,7 @@ class ResultFiles {
   };
   std::string folder_;
   std::vector<Entry> entries_;
+  std::vector<std::string> withdrawn_;  // places
 };
 
 // Makes the folder, and those above it, where absent. Throws Failure: not a folder, not permitted, ...

@@ -6,6 +6,7 @@
 
 #include "result/results.hpp"
 #include "result/run_data.hpp"
+#include "result/shop_report.hpp"
 #include "system/unit.hpp"
 
 namespace host {
@@ -20,8 +21,9 @@ struct RunReport {
   int runs;                     // runs made until one converged, or to the last
   const SecondStart& second;    // of the sure path
   const Unit& unit;             // of part, blank and results
-  std::string holdRule;         // as the user gave it
-  std::string folder;           // of the result files
+  const ShopReport& shop;
+  std::string holdRule;  // as the user gave it
+  std::string folder;    // of the result files
 };
 
 }  // namespace host

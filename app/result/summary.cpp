@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "result/run_words.hpp"
+#include "result/shop_summary.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -39,12 +41,12 @@ std::string elementText(const RunReport& report, std::int64_t element) {
          fixedDecimal(report.results.thicknessStrain[e], 4);
 }
 
-std::string settingsText(const RunSettings& settings) {
-  return "material " + std::to_string(settings.material) +
-         (settings.curve.source.empty() ? "" : " as " + settings.curve.source) + ", r " +
-         decimal(settings.r) + ", energy " + (settings.partReference ? "part" : "blank") + ", tolerance " +
-         decimal(settings.finalFactor) + (settings.surePath ? "" : "," + decimal(settings.pathFactor)) +
-         ", path " + (settings.surePath ? "sure" : "fixed");
+std::string settingsText(const RunReport& report) {
+  const RunSettings& settings = report.settings;
+  return "material " + materialText(report) + ", r " + decimal(settings.r) + ", energy " +
+         (settings.partReference ? "part" : "blank") + ", tolerance " + decimal(settings.finalFactor) +
+         (settings.surePath ? "" : "," + decimal(settings.pathFactor)) + ", path " +
+         (settings.surePath ? "sure" : "fixed");
 }
 
 // What to compare a doubtful run with: the next tolerance on the way that was not tried yet, if there is one.
@@ -232,6 +234,7 @@ std::string summaryJson(const RunReport& report) {
   json["blank_rectangle_angle_deg"] = known(results.blankRectangle.angle);
   json["blank_size_x_" + unit] = known(results.blankSizeX);
   json["blank_size_y_" + unit] = known(results.blankSizeY);
+  addShopJson(json, report);
   json["thinnest"] = elementJson(report, results.thinnest);
   json["thickest"] = elementJson(report, results.thickest);
   json["triangles_folded_in_blank"] = known(results.folded);
@@ -273,6 +276,7 @@ std::string summaryTable(const RunReport& report) {
     row("blank size", rectangleText(results.blankRectangle, digits, unit));
     row("blank area",
         fixedDecimal(results.blankAreaTotal, digits - 1) + " " + unit + "2 (part " + partArea + ")");
+    addShopRows(report, row);
     row("thinnest", elementText(report, results.thinnest));
     row("thickest", elementText(report, results.thickest));
     if (results.folded > 0) row("folded over", counted(results.folded, "triangle") + " of the blank");
@@ -294,7 +298,7 @@ std::string summaryTable(const RunReport& report) {
                                  fixedDecimal(press.binder_area_mm2, 0) + " mm2 bear");
     row("punch force", fixedDecimal(1e-3 * press.punch_force_n, 2) + " kN (mean over the depth, estimate)");
   }
-  row("settings", settingsText(report.settings));
+  row("settings", settingsText(report));
   if (report.settings.surePath)
     row("factorizations", std::to_string(run.factorizations));
   else

@@ -22,6 +22,8 @@ constexpr const char* vtkType() {
     return "Int32";
   else if constexpr (std::is_same_v<T, std::int64_t>)
     return "Int64";
+  else if constexpr (std::is_same_v<T, std::int8_t>)
+    return "Int8";
   else
     return "UInt8";
 }
@@ -97,11 +99,23 @@ void writeStrains(FileWriter& file, const RunReport& report, Shape shape) {
   writeArray(file, "direction_of_strain_major", direction, "NumberOfComponents=\"3\" ");
 }
 
+// Per element, mm; NaN where there is no ratio.
+std::vector<double> thicknesses(const RunReport& report) {
+  std::vector<double> values;
+  for (const double ratio : report.results.thicknessRatio) values.push_back(report.shop.thickness * ratio);
+  return values;
+}
+
 void writeCellData(FileWriter& file, const RunReport& report, Shape shape) {
   const Results& results = report.results;
   file.write("<CellData Scalars=\"thickness_strain_ln_Ablank_by_Apart\">\n");
   writeArray(file, "thickness_strain_ln_Ablank_by_Apart", results.thicknessStrain);
   writeArray(file, "thickness_ratio_Ablank_by_Apart", results.thicknessRatio);
+  if (report.shop.thickness > 0.0) writeArray(file, "thickness_mm", thicknesses(report));
+  if (report.shop.limitCurve) {
+    writeArray(file, "limit_zone_0safe_1marginal_2split_3wrinkling", report.shop.limit.zone);
+    writeArray(file, "limit_distance_percent", report.shop.limit.distance);
+  }
   writeArray(file, "minus_E11_plus_E22", results.minusTraceE);
   writeArray(file, "density", results.density);
   writeArray(file, "smallest_angle_deg", results.smallestAngle);
@@ -109,10 +123,6 @@ void writeCellData(FileWriter& file, const RunReport& report, Shape shape) {
   writeArray(file, "blank_area_" + report.unit.name + "2", results.blankArea);
   writeStrains(file, report, shape);
   if (!report.run.contact.empty()) {
-    std::vector<double> thickness;
-    for (const double ratio : results.thicknessRatio)
-      thickness.push_back(report.settings.press.press.thickness_mm * ratio);
-    writeArray(file, "thickness_mm", thickness);
     writeArray(file, "contact_pressure_MPa", report.run.contact);
     writeArray(file, "binder_pressure_MPa", report.run.binder);
   }

@@ -20,6 +20,13 @@ std::string fixedDecimal(double value, int digits) {
   return buffer;
 }
 
+std::string shortDecimal(double value, int digits) {
+  std::string number = fixedDecimal(value, digits);
+  number.erase(number.find_last_not_of('0') + 1);
+  if (number.back() == '.') number.pop_back();
+  return number == "-0" ? "0" : number;
+}
+
 std::string counted(std::int64_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }

@@ -15,6 +15,9 @@ std::string decimal(double value);
 // `value` with `digits` digits after the point.
 std::string fixedDecimal(double value, int digits);
 
+// `value` with at most `digits` digits after the point (one at least), without zeros at the end: "1.5", "2".
+std::string shortDecimal(double value, int digits);
+
 // A count with its noun: "1 node", "12 nodes".
 std::string counted(std::int64_t count, const std::string& noun);
 

@@ -33,7 +33,7 @@ export class Diagram {
 
   words() {
     const { curve, source, margin } = this.data.limits;
-    const limits = curve.length ? ` Red: limit${source ? ` (${source})` : ''}; dashed: ${fixed(100 * margin, 0)}\u202f% below.` : '';
+    const limits = curve.length ? ` Red: limit${source ? ` (${source})` : ''}; dashed: ${fixed(margin, 0)}\u202f% of engineering strain below.` : '';
     return `Logarithmic strains, a point per triangle in the colour it has above. Draw a rectangle to see where its triangles lie.${limits}` +
       (this.beyond ? ` ${counted(this.beyond)} beyond the axes.` : '');
   }
@@ -70,9 +70,10 @@ export class Diagram {
       svg('text', { x: right, y: height - 6, 'text-anchor': 'end' }, 'minor strain'),
       svg('text', { transform: `translate(12 ${top}) rotate(-90)`, 'text-anchor': 'end' }, 'major strain'));
     const { curve, margin } = this.data.limits, clip = svg('clipPath', { id: 'plot' }, svg('rect', { x: left, y: top, width: right - left, height: low - top }));
-    const path = factor => 'M' + curve.map(([minor, major]) => `${this.x(minor)} ${this.y(major * factor)}`).join('L');
-    const limits = curve.length ? svg('g', { 'clip-path': 'url(#plot)' }, svg('path', { class: 'limit', d: path(1) }),
-      margin > 0 && svg('path', { class: 'margin', d: path(1 - margin) })) : '';
+    // Margins are differences of engineering strains, exp(e) - 1.
+    const path = below => 'M' + curve.map(([minor, major]) => `${this.x(minor)} ${this.y(Math.log(Math.max(0.01, Math.exp(major) - below / 100)))}`).join('L');
+    const limits = curve.length ? svg('g', { 'clip-path': 'url(#plot)' }, svg('path', { class: 'limit', d: path(0) }),
+      margin > 0 && svg('path', { class: 'margin', d: path(margin) })) : '';
     this.rectangle = svg('rect', { class: 'brush', visibility: 'hidden' });
     this.spot = svg('circle', { r: 5.5, visibility: 'hidden', fill: 'none', style: 'fill:none;stroke:var(--mark);stroke-width:2.4' });
     this.svg.append(clip, ...parts, limits, this.rectangle, this.spot);

@@ -34,6 +34,38 @@ inline std::string halfPipeObj(int nx, int ny) {
   });
 }
 
+// The same as a closed solid: the wall between the radii 30 mm and 30 mm less the thickness.
+inline std::string halfPipeSolidObj(int nx, int ny, double thickness) {
+  std::ostringstream text;
+  text.precision(17);
+  for (const double radius : {30.0, 30.0 - thickness})
+    for (int j = 0; j <= ny; ++j)
+      for (int i = 0; i <= nx; ++i) {
+        const double angle = (2.0 * i / nx - 1.0) * 75.0 * pi / 180.0;
+        text << "v " << radius * std::sin(angle) << " " << 40.0 * j / ny << " " << radius * std::cos(angle)
+             << "\n";
+      }
+  const int layer = (nx + 1) * (ny + 1);
+  const auto at = [&](int i, int j, bool inside) { return j * (nx + 1) + i + 1 + (inside ? layer : 0); };
+  const auto quad = [&](int a, int b, int c, int d) {
+    text << "f " << a << " " << b << " " << c << "\nf " << a << " " << c << " " << d << "\n";
+  };
+  for (int j = 0; j < ny; ++j)
+    for (int i = 0; i < nx; ++i) {
+      quad(at(i, j, false), at(i + 1, j, false), at(i + 1, j + 1, false), at(i, j + 1, false));
+      quad(at(i, j, true), at(i, j + 1, true), at(i + 1, j + 1, true), at(i + 1, j, true));
+    }
+  for (int i = 0; i < nx; ++i) {
+    quad(at(i, 0, true), at(i + 1, 0, true), at(i + 1, 0, false), at(i, 0, false));
+    quad(at(i, ny, false), at(i + 1, ny, false), at(i + 1, ny, true), at(i, ny, true));
+  }
+  for (int j = 0; j < ny; ++j) {
+    quad(at(0, j, false), at(0, j + 1, false), at(0, j + 1, true), at(0, j, true));
+    quad(at(nx, j, true), at(nx, j + 1, true), at(nx, j + 1, false), at(nx, j, false));
+  }
+  return text.str();
+}
+
 inline std::string plateObj(int nx, int ny) {
   return gridObj(
       nx, ny, [=](int i, int j) { return std::to_string(10.0 * i) + " " + std::to_string(10.0 * j) + " 0"; });

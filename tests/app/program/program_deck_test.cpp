@@ -197,8 +197,9 @@ TEST(FlatBlankFile, HoldsTheBlankThatTheRunFound) {
   folder.write("pipe.obj", halfPipeObj(8, 4));
   const Outcome outcome = tornwalzen(folder, "solve pipe.obj --eben --eben-start --out r");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(folder.names("r"), ElementsAre("blank.obj", "blank.vtu", "eben.t51", "eben_start.t51",
-                                             "part.vtu", "report.html", "summary.json", "tornwalzen.log"));
+  EXPECT_THAT(folder.names("r"),
+              ElementsAre("blank.dxf", "blank.obj", "blank.svg", "blank.vtu", "eben.t51", "eben_start.t51",
+                          "part.vtu", "report.html", "summary.json", "tornwalzen.log"));
   const std::string eben = folder.read("r/eben.t51"), begin = folder.read("r/eben_start.t51");
   EXPECT_EQ(linesOf(eben), 6u + 45u + 4u + 64u + 1u);
   EXPECT_EQ(linesOf(begin), linesOf(eben));

@@ -52,8 +52,9 @@ TEST(Run, ABentPipeUnrollsToItsRectangle) {
   folder.write("pipe.obj", halfPipeObj(24, 8));
   const Outcome outcome = tornwalzen(folder, "solve pipe.obj");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(folder.names("pipe_blank"), ElementsAre("blank.obj", "blank.vtu", "part.vtu", "report.html",
-                                                      "summary.json", "tornwalzen.log"));
+  EXPECT_THAT(folder.names("pipe_blank"),
+              ElementsAre("blank.dxf", "blank.obj", "blank.svg", "blank.vtu", "part.vtu", "report.html",
+                          "summary.json", "tornwalzen.log"));
   const auto json = summaryOf(folder, "pipe_blank");
   EXPECT_EQ(json["converged"], true);
   EXPECT_EQ(json["nodes"], 225);

@@ -13,8 +13,8 @@ using testing::StartsWith;
 
 namespace {
 
-const std::set<std::string> allResults{"blank.obj", "blank.vtu", "part.vtu", "report.html", "summary.json",
-                                       "tornwalzen.log"};
+const std::set<std::string> allResults{"blank.dxf", "blank.obj",   "blank.svg",    "blank.vtu",
+                                       "part.vtu",  "report.html", "summary.json", "tornwalzen.log"};
 
 // A run that is long enough to be stopped: the signal is sent when a line of the progress tells of `phase`. The
 // shell lets background jobs ignore SIGINT; env sets that right.

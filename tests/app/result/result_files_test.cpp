@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <filesystem>
 
 #include "app/refusal.hpp"
 #include "app/scratch_folder.hpp"
@@ -40,6 +41,33 @@ TEST(ResultFiles, AppearOnlyWhenPutIntoPlace) {
   files.putIntoPlace();
   EXPECT_EQ(folder.read("a.txt"), "new");
   EXPECT_THAT(folder.names(), ElementsAre("a.txt"));
+}
+
+TEST(ResultFiles, WithdrawnOnesGoWithTheNewOnesInPlace) {
+  const ScratchFolder folder;
+  folder.write("old.txt", "old");
+  folder.write("kept.txt", "old");
+  {
+    ResultFiles files(folder.path());
+    files.withdraw("old.txt");
+  }
+  EXPECT_EQ(folder.read("old.txt"), "old");  // never put into place
+  ResultFiles files(folder.path());
+  for (const char* name : {"old.txt", "kept.txt", "absent.txt"}) files.withdraw(name);
+  files.add("kept.txt", [](FileWriter& file) { file.write("new"); });
+  files.putIntoPlace();
+  EXPECT_THAT(folder.names(), ElementsAre("kept.txt"));
+  EXPECT_EQ(folder.read("kept.txt"), "new");
+}
+
+TEST(ResultFiles, AFolderInTheWayOfAWithdrawalIsNamed) {
+  const ScratchFolder folder;
+  std::filesystem::create_directory(folder.file("old.txt"));
+  ResultFiles files(folder.path());
+  files.withdraw("old.txt");
+  EXPECT_THAT(
+      refusal([&] { files.putIntoPlace(); }),
+      testing::StartsWith("cannot remove " + folder.file("old.txt") + ", which is of an earlier run: "));
 }
 
 TEST(ResultFiles, LeaveNothingWhenNotPutIntoPlace) {

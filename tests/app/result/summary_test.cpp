@@ -57,6 +57,8 @@ TEST(SummaryTable, ShowsTheFiguresWithUnits) {
             "triangles           2\n"
             "blank size          1.00 x 1.00 mm (smallest rectangle, its length at 0.0 degrees to x)\n"
             "blank area          1.0 mm2 (part 1.4 mm2)\n"
+            "outline             0 holes; 4 lines and 0 arcs within 0.05 mm\n"
+            "rectangle used      100.0 %\n"
             "thinnest            element 2, t/t0 0.5774, thickness strain -0.5493\n"
             "thickest            element 1, t/t0 1.0000, thickness strain 0.0000\n"
             "largest strain      0.2500 (equivalent)\n"
@@ -68,6 +70,40 @@ TEST(SummaryTable, ShowsTheFiguresWithUnits) {
             "results in          out\n"
             "converged           yes\n"
             "verdict             good\n");
+}
+
+TEST(SummaryTable, ABlankThatCannotBeCutHasNoDrawing) {
+  SampleRun sample;
+  sample.verdict.worth = Worth::notABlank;
+  sample.verdict.why = {"it is none"};
+  const std::string table = summaryTable(sample.report());
+  EXPECT_THAT(table, HasSubstr("drawings            none: no sheet can be cut so: it is none\n"));
+  EXPECT_THAT(table, testing::Not(HasSubstr("rectangle used")));
+  const auto json = nlohmann::json::parse(summaryJson(sample.report()));
+  EXPECT_EQ(json["drawing"]["why_none"], "no sheet can be cut so: it is none");
+  EXPECT_TRUE(json["weight_kg"].is_null());
+  EXPECT_TRUE(json["rectangle_utilisation"].is_null());
+}
+
+TEST(SummaryTable, NamesTheMaterialAndWhatStandsForIt) {
+  SampleRun sample;
+  sample.shop.material.name = "DC04";
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("material DC04 with built-in curve 1, r 1"));
+  sample.settings.curve.source = "--material DC04, Swift K 1 MPa";
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("material DC04, Swift K 1 MPa, r 1"));
+  sample.settings.curve.source = "--law x";
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("material DC04 with --law x, r 1"));
+}
+
+TEST(SummaryTable, TellsWhereTheThicknessIsFrom) {
+  SampleRun sample;
+  sample.shop.thickness = 1.2;
+  EXPECT_THAT(summaryTable(sample.report()), HasSubstr("sheet               1.2 mm\n"));
+  EXPECT_EQ(nlohmann::json::parse(summaryJson(sample.report()))["thickness_is"], "given");
+  sample.shop.thicknessMeasured = true;
+  EXPECT_THAT(summaryTable(sample.report()),
+              HasSubstr("sheet               1.2 mm (measured on the part)\n"));
+  EXPECT_EQ(nlohmann::json::parse(summaryJson(sample.report()))["thickness_is"], "measured on the part");
 }
 
 TEST(SummaryTable, ShowsWhatTheUserShouldDoubt) {

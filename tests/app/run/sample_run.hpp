@@ -28,6 +28,7 @@ struct SampleRun {
   host::SecondStart second;
   host::Results results;
   host::PartData data;  // of the part, as compute() saw it
+  host::ShopReport shop;
 
   SampleRun() {
     host::Mesh mesh;
@@ -58,9 +59,16 @@ struct SampleRun {
   void compute() {
     data = host::partData(part);
     results = host::computeResults(data, run, unit);
+    shop.major.clear();
+    shop.minor.clear();
+    for (const TornwalzenElementStrain& strain : run.strains) {
+      shop.major.push_back(strain.major);
+      shop.minor.push_back(strain.minor);
+    }
+    host::addBlank(shop, {run.corners, run.RX, part.points, results.partArea, 1.0});
   }
   host::RunReport report() const {
-    return {data, hold, run, results, verdict, settings, runs, second, unit, "auto", "out"};
+    return {data, hold, run, results, verdict, settings, runs, second, unit, shop, "auto", "out"};
   }
 };
 

@@ -39,6 +39,14 @@ TEST(Decimal, IsShort) {
   EXPECT_EQ(decimal(-0.0), "-0");
 }
 
+TEST(ShortDecimal, EndsWithoutZeros) {
+  EXPECT_EQ(shortDecimal(1.5, 4), "1.5");
+  EXPECT_EQ(shortDecimal(1.00000000002, 4), "1");
+  EXPECT_EQ(shortDecimal(100.0, 1), "100");
+  EXPECT_EQ(shortDecimal(0.12345, 4), "0.1235");
+  EXPECT_EQ(shortDecimal(-1e-9, 6), "0");
+}
+
 TEST(ReadReal, TakesSignsPointsAndExponents) {
   EXPECT_EQ(real("+1.5e+2"), 150.0);
   EXPECT_EQ(real("-.5"), -0.5);
