@@ -1,6 +1,5 @@
 // The command line.
-#ifndef TORNWALZEN_APP_ARGUMENTS_HPP
-#define TORNWALZEN_APP_ARGUMENTS_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -73,5 +72,3 @@ struct Arguments {
 Arguments readArguments(int argc, const char* const* argv);
 
 }  // namespace host
-
-#endif

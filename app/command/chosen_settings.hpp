@@ -1,6 +1,5 @@
 // The run's settings that the user chose on the command line.
-#ifndef TORNWALZEN_APP_CHOSEN_SETTINGS_HPP
-#define TORNWALZEN_APP_CHOSEN_SETTINGS_HPP
+#pragma once
 
 #include <optional>
 #include <string>
@@ -32,5 +31,3 @@ Material chosenMaterial(const SolveOptions& options);
 std::vector<std::string> materialRemarks(const SolveOptions& options, const Material& material);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The command `tornwalzen deck`.
-#ifndef TORNWALZEN_APP_DECK_HPP
-#define TORNWALZEN_APP_DECK_HPP
+#pragma once
 
 #include "command/arguments.hpp"
 
@@ -11,5 +10,3 @@ namespace host {
 int deck(const DeckOptions& options);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The user's flow curve: from a table in a file, or from a hardening law.
-#ifndef TORNWALZEN_APP_FLOW_CURVE_HPP
-#define TORNWALZEN_APP_FLOW_CURVE_HPP
+#pragma once
 
 #include <string>
 
@@ -19,5 +18,3 @@ FlowCurve readFlowCurve(const std::string& path);
 FlowCurve hardeningLaw(const std::string& text);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The limit curve of the forming-limit diagram: the user's, or the formula where it holds.
-#ifndef TORNWALZEN_APP_LIMIT_CURVE_HPP
-#define TORNWALZEN_APP_LIMIT_CURVE_HPP
+#pragma once
 
 #include <optional>
 #include <string>
@@ -27,5 +26,3 @@ LimitCurve readLimitCurve(const std::string& path);
 ChosenLimit chosenLimit(const ShopOptions& options, const Material& material, double thickness);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The library of sheet materials: the program's own, and files of the user in the same form.
-#ifndef TORNWALZEN_APP_MATERIAL_LIBRARY_HPP
-#define TORNWALZEN_APP_MATERIAL_LIBRARY_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -26,5 +25,3 @@ Material materialNamed(const std::vector<LibraryMaterial>& library, const std::s
 std::string ownLibraryText();
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The command `tornwalzen materials`.
-#ifndef TORNWALZEN_APP_MATERIALS_HPP
-#define TORNWALZEN_APP_MATERIALS_HPP
+#pragma once
 
 #include <string>
 
@@ -17,5 +16,3 @@ int materials(const MaterialsOptions& options);
 std::string materialsList(const std::vector<LibraryMaterial>& library);
 
 }  // namespace host
-
-#endif

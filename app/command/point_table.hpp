@@ -1,6 +1,5 @@
 // Two columns of numbers in a text file.
-#ifndef TORNWALZEN_APP_POINT_TABLE_HPP
-#define TORNWALZEN_APP_POINT_TABLE_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -23,5 +22,3 @@ struct PointTable {
 PointTable readPointTable(const std::string& path, const std::string& source, const std::string& wanted);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The press model from the texts of the options.
-#ifndef TORNWALZEN_APP_PRESS_CHOICE_HPP
-#define TORNWALZEN_APP_PRESS_CHOICE_HPP
+#pragma once
 
 #include <optional>
 
@@ -22,5 +21,3 @@ PressSettings pressSettings(const PressOptionTexts& texts, bool inMpa, bool sure
 void readPressMarks(const PressOptionTexts& texts, const Part& part, PressSettings& press);
 
 }  // namespace host
-
-#endif

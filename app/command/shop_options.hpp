@@ -1,6 +1,5 @@
 // What the user says about the files for the workshop.
-#ifndef TORNWALZEN_APP_SHOP_OPTIONS_HPP
-#define TORNWALZEN_APP_SHOP_OPTIONS_HPP
+#pragma once
 
 #include <string>
 
@@ -34,5 +33,3 @@ ShopReport shopBeforeRun(const ShopOptions& options, const Material& material, d
 std::string thicknessDoubt(const ShopOptions& options, double measured);
 
 }  // namespace host
-
-#endif

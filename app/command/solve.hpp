@@ -1,6 +1,5 @@
 // The command `tornwalzen solve`.
-#ifndef TORNWALZEN_APP_SOLVE_HPP
-#define TORNWALZEN_APP_SOLVE_HPP
+#pragma once
 
 #include "command/arguments.hpp"
 
@@ -11,5 +10,3 @@ namespace host {
 int solve(const SolveOptions& options);
 
 }  // namespace host
-
-#endif

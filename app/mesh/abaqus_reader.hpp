@@ -1,7 +1,6 @@
 // Reads the shells of an Abaqus input file: *NODE and *ELEMENT with three- and four-node shell, membrane,
 // surface and rigid types, as the keyword reference describes them.
-#ifndef TORNWALZEN_APP_ABAQUS_READER_HPP
-#define TORNWALZEN_APP_ABAQUS_READER_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -22,5 +21,3 @@ bool looksLikeAbaqus(const std::string& content);
 Mesh readAbaqus(const std::string& content, const std::string& file, const std::vector<std::string>& parts);
 
 }  // namespace host
-
-#endif

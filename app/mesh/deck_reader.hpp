@@ -1,6 +1,5 @@
 // Mesh decks: the keyword text format that holds a mesh and its held unknowns.
-#ifndef TORNWALZEN_APP_DECK_READER_HPP
-#define TORNWALZEN_APP_DECK_READER_HPP
+#pragma once
 
 #include <string>
 
@@ -17,5 +16,3 @@ bool looksLikeDeck(const std::string& content);
 Mesh readDeck(const std::string& content, const std::string& file);
 
 }  // namespace host
-
-#endif

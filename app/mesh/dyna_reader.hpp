@@ -1,7 +1,6 @@
 // Reads the shells of an LS-DYNA keyword file: *NODE, *ELEMENT_SHELL and the titles of *PART, in fields of
 // the standard, the I10 and the long layout or separated by commas, as the keyword manual describes them.
-#ifndef TORNWALZEN_APP_DYNA_READER_HPP
-#define TORNWALZEN_APP_DYNA_READER_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -21,5 +20,3 @@ bool looksLikeDyna(const std::string& content);
 Mesh readDyna(const std::string& content, const std::string& file, const std::vector<std::string>& parts);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The edges of a triangle mesh: which triangles meet at each.
-#ifndef TORNWALZEN_APP_EDGES_HPP
-#define TORNWALZEN_APP_EDGES_HPP
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -32,5 +31,3 @@ void forEachEdge(const std::vector<Side>& sides, Visit visit) {
 }
 
 }  // namespace host
-
-#endif

@@ -1,8 +1,7 @@
 // Moves the mesh on one skin of a thin solid to its neutral fibre, the surface whose lengths stay when the
 // sheet is bent. It lies the factor k of the thickness t from the inside of a bend (the K-factor of bend
 // allowance: blank length = flats + bend angle * (inner radius + k * t)).
-#ifndef TORNWALZEN_APP_FIBRE_HPP
-#define TORNWALZEN_APP_FIBRE_HPP
+#pragma once
 
 #include <vector>
 
@@ -23,5 +22,3 @@ std::vector<double> nodeNormals(const Mesh& mesh);
 void moveToFibre(const std::vector<double>& normals, double fibre, bool onSurface, Mesh& mesh);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The table of mesh formats: a new format is one reader and one row.
-#ifndef TORNWALZEN_APP_FORMAT_TABLE_HPP
-#define TORNWALZEN_APP_FORMAT_TABLE_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -38,5 +37,3 @@ std::string formatNames();
 bool isText(const std::string& content);
 
 }  // namespace host
-
-#endif

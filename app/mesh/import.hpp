@@ -1,8 +1,7 @@
 // Meshes through the helper program `tornwalzen-import`: CAD files (gmsh), foreign mesh formats (meshio), and
 // meshing anew. It runs as a process of its own with a time limit, and hands over an OBJ and a JSON file in a
 // folder that is removed afterwards; this program links nothing of it.
-#ifndef TORNWALZEN_APP_IMPORT_HPP
-#define TORNWALZEN_APP_IMPORT_HPP
+#pragma once
 
 #include <string>
 
@@ -28,5 +27,3 @@ Mesh importMesh(const std::string& content, const std::string& file, const std::
 Mesh importAnew(const Mesh& mesh, const ReadOptions& options);
 
 }  // namespace host
-
-#endif

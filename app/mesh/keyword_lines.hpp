@@ -1,6 +1,5 @@
 // Files of keyword lines that begin with an asterisk and the data lines that follow each: Abaqus and LS-DYNA.
-#ifndef TORNWALZEN_APP_KEYWORD_LINES_HPP
-#define TORNWALZEN_APP_KEYWORD_LINES_HPP
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -46,5 +45,3 @@ enum class KeywordDialect { none, abaqus, dyna };
 KeywordDialect keywordDialect(std::string_view content);
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // Mends what a mesh commonly has wrong, and proposes what only the user can decide. Nothing is done silently:
 // every step leaves a remark with counts and first places.
-#ifndef TORNWALZEN_APP_MEND_HPP
-#define TORNWALZEN_APP_MEND_HPP
+#pragma once
 
 #include "mesh/mesh.hpp"
 #include "mesh/read_options.hpp"
@@ -18,5 +17,3 @@ void mendMesh(const ReadOptions& options, Mesh& mesh);
 void proposeMending(const ReadOptions& options, Mesh& mesh);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The triangle mesh as a file gives it: nodes and elements in the file's order, numbered from 1.
-#ifndef TORNWALZEN_APP_MESH_HPP
-#define TORNWALZEN_APP_MESH_HPP
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -36,5 +35,3 @@ struct Mesh {
 };
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // Checks a mesh before the run and makes of it what the library expects: one piece of sheet, all triangles
 // turned the same way.
-#ifndef TORNWALZEN_APP_MESH_CHECK_HPP
-#define TORNWALZEN_APP_MESH_CHECK_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -52,5 +51,3 @@ void checkCounts(const std::string& file, std::uint64_t nodes, std::uint64_t ele
 Part checkMesh(const Mesh& mesh, bool largest);
 
 }  // namespace host
-
-#endif

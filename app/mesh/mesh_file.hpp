@@ -1,6 +1,5 @@
 // Recognises the format of a mesh file by its content and reads it.
-#ifndef TORNWALZEN_APP_MESH_FILE_HPP
-#define TORNWALZEN_APP_MESH_FILE_HPP
+#pragma once
 
 #include <string>
 
@@ -15,5 +14,3 @@ namespace host {
 Mesh readMeshFile(const std::string& path, const ReadOptions& options = {});
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // Reads the shells of a Nastran bulk data file: GRID, CTRIA3, CTRIAR, CQUAD4 and CQUADR in free, small-field
 // and large-field layout with continuations, as the Nastran quick reference guides describe them.
-#ifndef TORNWALZEN_APP_NASTRAN_READER_HPP
-#define TORNWALZEN_APP_NASTRAN_READER_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -22,5 +21,3 @@ bool looksLikeNastran(const std::string& content);
 Mesh readNastran(const std::string& content, const std::string& file, const std::vector<std::string>& parts);
 
 }  // namespace host
-
-#endif

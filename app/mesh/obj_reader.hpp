@@ -4,8 +4,7 @@
 // node. Faces are read by tinyobjloader. It takes an unreadable number for zero without a word and rounds the
 // last digits of a coordinate, so each `v` and `f` line is first checked, and the coordinates read, by this
 // file.
-#ifndef TORNWALZEN_APP_OBJ_READER_HPP
-#define TORNWALZEN_APP_OBJ_READER_HPP
+#pragma once
 
 #include <string>
 
@@ -20,5 +19,3 @@ namespace host {
 Mesh readObj(const std::string& content, const std::string& file);
 
 }  // namespace host
-
-#endif

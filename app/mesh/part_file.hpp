@@ -1,6 +1,5 @@
 // From the name of a file to the part that is run: reading, one skin of a solid, mending, checking.
-#ifndef TORNWALZEN_APP_PART_FILE_HPP
-#define TORNWALZEN_APP_PART_FILE_HPP
+#pragma once
 
 #include <functional>
 #include <string>
@@ -19,5 +18,3 @@ using Tell = std::function<void(const std::string&)>;
 Part readPart(const std::string& path, const ReadOptions& options, bool largest, const Tell& tell);
 
 }  // namespace host
-
-#endif

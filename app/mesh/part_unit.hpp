@@ -1,6 +1,5 @@
 // The unit of a part's lengths: to millimetres, and whether it can be meant.
-#ifndef TORNWALZEN_APP_PART_UNIT_HPP
-#define TORNWALZEN_APP_PART_UNIT_HPP
+#pragma once
 
 #include <string>
 
@@ -16,5 +15,3 @@ Part inMillimetres(const Part& part, const Unit& unit);
 std::string sizeWarning(const Part& part, const Unit& unit);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What the user wants of the reading of a part.
-#ifndef TORNWALZEN_APP_READ_OPTIONS_HPP
-#define TORNWALZEN_APP_READ_OPTIONS_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -19,5 +18,3 @@ struct ReadOptions {
 };
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The seams between the pieces of a mesh: how far apart the borders of two pieces are.
-#ifndef TORNWALZEN_APP_SEAM_HPP
-#define TORNWALZEN_APP_SEAM_HPP
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -24,5 +23,3 @@ Seam nearestSeam(const std::vector<double>& points, const std::vector<std::int32
 bool isUnwelded(const Seam& seam);
 
 }  // namespace host
-
-#endif

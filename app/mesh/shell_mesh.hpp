@@ -1,7 +1,6 @@
 // Shells as finite-element files give them (nodes, elements and parts under numbers of their own) and the
 // triangle mesh made of them.
-#ifndef TORNWALZEN_APP_SHELL_MESH_HPP
-#define TORNWALZEN_APP_SHELL_MESH_HPP
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -61,5 +60,3 @@ std::string capitals(std::string_view text);
 std::string_view trimmed(std::string_view text);
 
 }  // namespace host
-
-#endif

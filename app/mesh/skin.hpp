@@ -1,7 +1,6 @@
 // One skin of a thin solid: a sheet that is modelled with its thickness has two large skins and a rim, of
 // which the analysis wants one.
-#ifndef TORNWALZEN_APP_SKIN_HPP
-#define TORNWALZEN_APP_SKIN_HPP
+#pragma once
 
 #include <string>
 
@@ -22,5 +21,3 @@ bool isSolid(const Mesh& mesh);
 void takeSkin(const ReadOptions& options, Mesh& mesh);
 
 }  // namespace host
-
-#endif

@@ -6,8 +6,7 @@
 //
 // The reader is written here because the general import libraries read text coordinates in single precision
 // and regroup the points by normals.
-#ifndef TORNWALZEN_APP_STL_READER_HPP
-#define TORNWALZEN_APP_STL_READER_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -33,5 +32,3 @@ bool hasStlLength(const std::string& head, std::uint64_t length);
 void checkStlLength(const std::string& head, std::uint64_t length, const std::string& file);
 
 }  // namespace host
-
-#endif

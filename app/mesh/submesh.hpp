@@ -1,6 +1,5 @@
 // Taking some triangles of a mesh, with their nodes and identities.
-#ifndef TORNWALZEN_APP_SUBMESH_HPP
-#define TORNWALZEN_APP_SUBMESH_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -26,5 +25,3 @@ std::string firstElements(const Mesh& mesh, const std::vector<std::size_t>& tria
 std::string nodeNumber(const Mesh& mesh, std::size_t node);
 
 }  // namespace host
-
-#endif

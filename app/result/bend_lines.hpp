@@ -1,6 +1,5 @@
 // Where the part is bent: the borders of the zones whose curvature concentrates, as lines for the blank.
-#ifndef TORNWALZEN_APP_BEND_LINES_HPP
-#define TORNWALZEN_APP_BEND_LINES_HPP
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -21,5 +20,3 @@ std::vector<std::array<std::int32_t, 2>> bendLines(const std::vector<std::int32_
                                                    const std::vector<double>& points, double radius);
 
 }  // namespace host
-
-#endif

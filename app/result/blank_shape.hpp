@@ -1,6 +1,5 @@
 // The shape of the flat blank for the workshop: its outline, where the drawing puts it, what is drawn.
-#ifndef TORNWALZEN_APP_BLANK_SHAPE_HPP
-#define TORNWALZEN_APP_BLANK_SHAPE_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -33,5 +32,3 @@ BlankShape shapeOf(const std::vector<std::int32_t>& corners, const std::vector<d
                    const std::vector<double>& part, const DrawingOptions& options, double bendRadius);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // How a run converged, read from the library's messages as they come.
-#ifndef TORNWALZEN_APP_CONVERGENCE_HISTORY_HPP
-#define TORNWALZEN_APP_CONVERGENCE_HISTORY_HPP
+#pragma once
 
 #include <string_view>
 #include <vector>
@@ -25,5 +24,3 @@ class ConvergenceHistory {
 };
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Tables as comma-separated values (RFC 4180, lines end with LF): a line of headings with units, a line per row.
-#ifndef TORNWALZEN_APP_CSV_TABLE_HPP
-#define TORNWALZEN_APP_CSV_TABLE_HPP
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -37,5 +36,3 @@ void writeCsv(FileWriter& file, const std::vector<CsvColumn>& columns, std::size
 std::string csvCell(const std::string& text);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Lines and arcs through a polygon: what a cutting machine follows in place of thousands of chords.
-#ifndef TORNWALZEN_APP_CURVE_FIT_HPP
-#define TORNWALZEN_APP_CURVE_FIT_HPP
+#pragma once
 
 #include <vector>
 
@@ -28,5 +27,3 @@ std::vector<CurveVertex> fitCurve(const std::vector<PlanePoint>& loop, double to
 double areaInside(const std::vector<CurveVertex>& curve);
 
 }  // namespace host
-
-#endif

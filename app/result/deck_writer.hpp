@@ -1,6 +1,5 @@
 // The two text formats that other tools take: the mesh deck and the flat-blank file.
-#ifndef TORNWALZEN_APP_DECK_WRITER_HPP
-#define TORNWALZEN_APP_DECK_WRITER_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -30,5 +29,3 @@ void writeFlatBlank(FileWriter& file, const std::vector<std::int32_t>& corners,
                     const std::vector<double>& positions);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The flat blank as a drawing in millimetres, whatever file it then goes into.
-#ifndef TORNWALZEN_APP_DRAWING_HPP
-#define TORNWALZEN_APP_DRAWING_HPP
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -53,5 +52,3 @@ DrawingBox boxAround(const std::vector<DrawnCurve>& curves);
 double letterHeight(const DrawingBox& box);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What a DXF file of release 2000 holds around its entities: header, classes, all tables, blocks, objects.
-#ifndef TORNWALZEN_APP_DXF_SKELETON_HPP
-#define TORNWALZEN_APP_DXF_SKELETON_HPP
+#pragma once
 
 #include <cstdint>
 
@@ -24,5 +23,3 @@ void addDxfBlocks(DxfTags& tags);
 void addDxfObjects(DxfTags& tags, const DrawingBox& box);
 
 }  // namespace host
-
-#endif

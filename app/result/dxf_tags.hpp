@@ -1,6 +1,5 @@
 // The lines of a DXF file: group codes with their values.
-#ifndef TORNWALZEN_APP_DXF_TAGS_HPP
-#define TORNWALZEN_APP_DXF_TAGS_HPP
+#pragma once
 
 #include <cmath>
 #include <cstdint>
@@ -47,5 +46,3 @@ class DxfTags {
 };
 
 }  // namespace host
-
-#endif

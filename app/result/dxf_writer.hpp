@@ -1,7 +1,6 @@
 // Writes the drawing of the blank as DXF, the exchange format of cutting machines and CAD programs (Autodesk, DXF
 // Reference, releases 2000 and 12).
-#ifndef TORNWALZEN_APP_DXF_WRITER_HPP
-#define TORNWALZEN_APP_DXF_WRITER_HPP
+#pragma once
 
 #include <string>
 
@@ -24,5 +23,3 @@ std::string dxfText(const Drawing& drawing, DxfRelease release);
 std::string dxfString(const std::string& text, DxfRelease release);
 
 }  // namespace host
-
-#endif

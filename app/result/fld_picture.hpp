@@ -1,6 +1,5 @@
 // The forming-limit diagram as a picture.
-#ifndef TORNWALZEN_APP_FLD_PICTURE_HPP
-#define TORNWALZEN_APP_FLD_PICTURE_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -17,5 +16,3 @@ std::string fldPicture(const std::vector<double>& major, const std::vector<doubl
                        const std::string& title);
 
 }  // namespace host
-
-#endif

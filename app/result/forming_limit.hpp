@@ -2,8 +2,7 @@
 //
 // The limit curve tells the largest major strain that sheet bears at a minor strain. Strains of the run are logarithmic;
 // margins are told in percent of engineering strain, 100 (exp(e) - 1), as workshops measure them.
-#ifndef TORNWALZEN_APP_FORMING_LIMIT_HPP
-#define TORNWALZEN_APP_FORMING_LIMIT_HPP
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -57,5 +56,3 @@ LimitResult classifyStrains(const std::vector<double>& major, const std::vector<
                             const std::vector<double>& area, const LimitCurve& curve, double margin);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // A sheet material: what is known of it, and from where.
-#ifndef TORNWALZEN_APP_MATERIAL_HPP
-#define TORNWALZEN_APP_MATERIAL_HPP
+#pragma once
 
 #include <optional>
 #include <string>
@@ -61,5 +60,3 @@ inline constexpr MaterialClassName materialClasses[] = {{MaterialClass::mildStee
                                                         {MaterialClass::other, "other"}};
 
 }  // namespace host
-
-#endif

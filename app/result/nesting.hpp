@@ -3,8 +3,7 @@
 // The positions of one blank that overlap another are their no-fit polygon, the Minkowski sum of one with the negative
 // of the other (R. C. Art, IBM Cambridge Scientific Center report 36-Y08, 1966). Half of the web is added around each
 // blank first, so that blanks which touch leave the web between them; the web stands along both edges of the strip too.
-#ifndef TORNWALZEN_APP_NESTING_HPP
-#define TORNWALZEN_APP_NESTING_HPP
+#pragma once
 
 #include <vector>
 
@@ -35,5 +34,3 @@ struct StripFigures {
 StripFigures nestOnStrip(const std::vector<PlanePoint>& outline, double area, double web);
 
 }  // namespace host
-
-#endif

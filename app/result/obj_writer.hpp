@@ -1,6 +1,5 @@
 // Writes the blank as a Wavefront OBJ file.
-#ifndef TORNWALZEN_APP_OBJ_WRITER_HPP
-#define TORNWALZEN_APP_OBJ_WRITER_HPP
+#pragma once
 
 #include "result/result_files.hpp"
 #include "result/run_report.hpp"
@@ -12,5 +11,3 @@ namespace host {
 void writeBlankObj(FileWriter& file, const RunReport& report);
 
 }  // namespace host
-
-#endif

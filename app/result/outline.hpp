@@ -1,6 +1,5 @@
 // The outline of the flat blank: its border as closed loops, and whether they cross.
-#ifndef TORNWALZEN_APP_OUTLINE_HPP
-#define TORNWALZEN_APP_OUTLINE_HPP
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -31,5 +30,3 @@ Outline outlineOf(const std::vector<std::int32_t>& corners, const std::vector<do
 std::int64_t countCrossings(const std::vector<OutlineLoop>& loops);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What a run puts on its page: fields, figures, and the verdict in words.
-#ifndef TORNWALZEN_APP_REPORT_CONTENT_HPP
-#define TORNWALZEN_APP_REPORT_CONTENT_HPP
+#pragma once
 
 #include "result/convergence_history.hpp"
 #include "result/report_data.hpp"
@@ -13,5 +12,3 @@ namespace host {
 ReportData reportDataOf(const RunReport& report, const ConvergenceHistory& history);
 
 }  // namespace host
-
-#endif

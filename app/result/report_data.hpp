@@ -1,7 +1,6 @@
 // What the page report.html shows, as plain data: whoever makes a page fills what is there, and what is empty is not
 // shown. Lengths are in `unit`; triangles count from 0 here, and by `number` on the page.
-#ifndef TORNWALZEN_APP_REPORT_DATA_HPP
-#define TORNWALZEN_APP_REPORT_DATA_HPP
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -117,5 +116,3 @@ struct ReportData {
 };
 
 }  // namespace host
-
-#endif

@@ -5,8 +5,7 @@
 // (G. M. Morton, IBM 1966) of their place on the part and triangles by their first node, or both in the file's order,
 // whichever is shorter: meshers mostly number well. What is stored are the differences from one to the next, signs
 // folded to the lowest bit (0, -1, 1, -2, ... to 0, 1, 2, 3, ...), their bytes sorted into planes, and all deflated.
-#ifndef TORNWALZEN_APP_REPORT_PACK_HPP
-#define TORNWALZEN_APP_REPORT_PACK_HPP
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -48,5 +47,3 @@ PackedMesh packMesh(const ReportData& report);
 PackedField stepsOf(const ReportField& field);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What the workshop gets of a run, on its page: limit zones, the limit curve, the strip.
-#ifndef TORNWALZEN_APP_REPORT_SHOP_HPP
-#define TORNWALZEN_APP_REPORT_SHOP_HPP
+#pragma once
 
 #include "result/report_data.hpp"
 #include "result/run_report.hpp"
@@ -12,5 +11,3 @@ namespace host {
 void addShopToPage(const RunReport& report, ReportData& data);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The page of app/report/dist/report.html as it was built into the program.
-#ifndef TORNWALZEN_APP_REPORT_TEMPLATE_HPP
-#define TORNWALZEN_APP_REPORT_TEMPLATE_HPP
+#pragma once
 
 #include <string>
 
@@ -11,5 +10,3 @@ namespace host {
 std::string reportTemplate();
 
 }  // namespace host
-
-#endif

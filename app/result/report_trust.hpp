@@ -1,6 +1,5 @@
 // What a run's result is worth, in words.
-#ifndef TORNWALZEN_APP_REPORT_TRUST_HPP
-#define TORNWALZEN_APP_REPORT_TRUST_HPP
+#pragma once
 
 #include "result/report_data.hpp"
 #include "result/run_report.hpp"
@@ -14,5 +13,3 @@ inline constexpr double sharpCorner = 5.0;
 ReportTrust trustOf(const RunReport& report);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Writes report.html: the page of app/report with the data of one run in it. One file, which needs no network.
-#ifndef TORNWALZEN_APP_REPORT_WRITER_HPP
-#define TORNWALZEN_APP_REPORT_WRITER_HPP
+#pragma once
 
 #include <string>
 
@@ -19,5 +18,3 @@ std::string reportJson(const ReportData& report, const PackedMesh& mesh);
 void writeReport(FileWriter& file, const ReportData& report);
 
 }  // namespace host
-
-#endif

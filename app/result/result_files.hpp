@@ -1,8 +1,7 @@
 // The result files of a run: each is written beside its place under a name of its own, and all are renamed
 // into place at the end. A run that fails, fills the disk or is interrupted leaves earlier results as they
 // were.
-#ifndef TORNWALZEN_APP_RESULT_FILES_HPP
-#define TORNWALZEN_APP_RESULT_FILES_HPP
+#pragma once
 
 #include <cstddef>
 #include <functional>
@@ -63,5 +62,3 @@ class ResultFiles {
 void makeFolder(const std::string& folder);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Whose results lie in a folder: summary.json notes the part that they belong to.
-#ifndef TORNWALZEN_APP_RESULT_FOLDER_HPP
-#define TORNWALZEN_APP_RESULT_FOLDER_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -16,5 +15,3 @@ void checkFolderIsFree(const std::string& folder, const std::vector<std::string>
                        const FileIdentity& part);
 
 }  // namespace host
-
-#endif

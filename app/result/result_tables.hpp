@@ -1,6 +1,5 @@
 // The results per triangle and per node as tables.
-#ifndef TORNWALZEN_APP_RESULT_TABLES_HPP
-#define TORNWALZEN_APP_RESULT_TABLES_HPP
+#pragma once
 
 #include "result/result_files.hpp"
 #include "result/run_report.hpp"
@@ -15,5 +14,3 @@ void writeTriangleTable(FileWriter& file, const RunReport& report);
 void writeNodeTable(FileWriter& file, const RunReport& report);
 
 }  // namespace host
-
-#endif

@@ -3,8 +3,7 @@
 // Thickness follows from the areas, since plastic flow keeps the volume: t / t0 = A_blank / A_part, and the
 // logarithmic thickness strain is ln(A_blank / A_part), negative where the sheet became thinner. Both are
 // dimensionless.
-#ifndef TORNWALZEN_APP_RESULTS_HPP
-#define TORNWALZEN_APP_RESULTS_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -47,5 +46,3 @@ Results computeResults(const PartData& part, const RunOutput& run, const Unit& u
 bool blankIsFinite(const RunOutput& run);
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // What a run was made with and what it left, as plain data: all that the writers of results know. They see neither
 // meshes nor the library's run.
-#ifndef TORNWALZEN_APP_RUN_DATA_HPP
-#define TORNWALZEN_APP_RUN_DATA_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -119,5 +118,3 @@ struct SecondStart {
 };
 
 }  // namespace host
-
-#endif

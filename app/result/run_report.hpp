@@ -1,6 +1,5 @@
 // All that a run leaves for its result files and the screen.
-#ifndef TORNWALZEN_APP_RUN_REPORT_HPP
-#define TORNWALZEN_APP_RUN_REPORT_HPP
+#pragma once
 
 #include <string>
 
@@ -27,5 +26,3 @@ struct RunReport {
 };
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What a run was made with, in words that table and page share.
-#ifndef TORNWALZEN_APP_RUN_WORDS_HPP
-#define TORNWALZEN_APP_RUN_WORDS_HPP
+#pragma once
 
 #include <string>
 
@@ -12,5 +11,3 @@ namespace host {
 std::string materialText(const RunReport& report);
 
 }  // namespace host
-
-#endif

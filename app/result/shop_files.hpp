@@ -1,6 +1,5 @@
 // The files for the workshop: drawings and tables.
-#ifndef TORNWALZEN_APP_SHOP_FILES_HPP
-#define TORNWALZEN_APP_SHOP_FILES_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -33,5 +32,3 @@ std::string whyNoStrip(const RunReport& report);
 Drawing drawingOf(const RunReport& report);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What a run leaves for the workshop, beside the strains.
-#ifndef TORNWALZEN_APP_SHOP_REPORT_HPP
-#define TORNWALZEN_APP_SHOP_REPORT_HPP
+#pragma once
 
 #include <cstdint>
 #include <optional>
@@ -52,5 +51,3 @@ void addBlank(ShopReport& shop, const BlankMesh& mesh);
 std::string sheetText(const ShopReport& shop);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The workshop's figures in the summary of a run.
-#ifndef TORNWALZEN_APP_SHOP_SUMMARY_HPP
-#define TORNWALZEN_APP_SHOP_SUMMARY_HPP
+#pragma once
 
 #include <functional>
 #include <nlohmann/json_fwd.hpp>
@@ -18,5 +17,3 @@ void addShopRows(const RunReport& report,
                  const std::function<void(const std::string&, const std::string&)>& row);
 
 }  // namespace host
-
-#endif

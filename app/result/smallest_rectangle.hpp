@@ -1,6 +1,5 @@
 // The smallest rectangle around points of the plane, turned as it fits best: the size of the sheet to cut from.
-#ifndef TORNWALZEN_APP_SMALLEST_RECTANGLE_HPP
-#define TORNWALZEN_APP_SMALLEST_RECTANGLE_HPP
+#pragma once
 
 #include <array>
 #include <vector>
@@ -21,5 +20,3 @@ using PlanePoint = std::array<double, 2>;
 Rectangle smallestRectangle(std::vector<PlanePoint> points);
 
 }  // namespace host
-
-#endif

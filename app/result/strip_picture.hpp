@@ -1,6 +1,5 @@
 // A strip of sheet with its blanks as a picture.
-#ifndef TORNWALZEN_APP_STRIP_PICTURE_HPP
-#define TORNWALZEN_APP_STRIP_PICTURE_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -27,5 +26,3 @@ std::vector<std::vector<PlanePoint>> inStrip(const std::vector<OutlineLoop>& loo
                                              int row, int k);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The summary of a run: a file for programs, a table for people. Both carry the units.
-#ifndef TORNWALZEN_APP_SUMMARY_HPP
-#define TORNWALZEN_APP_SUMMARY_HPP
+#pragma once
 
 #include <string>
 
@@ -23,5 +22,3 @@ std::string summaryJson(const RunReport& report);
 std::string summaryTable(const RunReport& report);
 
 }  // namespace host
-
-#endif

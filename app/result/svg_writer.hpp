@@ -1,6 +1,5 @@
 // Writes the drawing of the blank as SVG at true size.
-#ifndef TORNWALZEN_APP_SVG_WRITER_HPP
-#define TORNWALZEN_APP_SVG_WRITER_HPP
+#pragma once
 
 #include <string>
 
@@ -20,5 +19,3 @@ std::string svgPath(const std::vector<CurveVertex>& curve);
 std::string svgNumber(double value);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Text of any bytes as characters.
-#ifndef TORNWALZEN_APP_UTF8_HPP
-#define TORNWALZEN_APP_UTF8_HPP
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -14,5 +13,3 @@ std::u32string decodeUtf8(std::string_view bytes);
 std::string xmlText(std::string_view text);
 
 }  // namespace host
-
-#endif

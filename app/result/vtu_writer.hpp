@@ -3,8 +3,7 @@
 //
 // Numbers stand in the file as base64 of a 64-bit byte count followed by the values, in the byte order of
 // this machine, which the file names.
-#ifndef TORNWALZEN_APP_VTU_WRITER_HPP
-#define TORNWALZEN_APP_VTU_WRITER_HPP
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -26,5 +25,3 @@ void writeVtu(FileWriter& file, const RunReport& report, Shape shape);
 std::string base64(std::string_view bytes);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Owns one analysis of the library.
-#ifndef TORNWALZEN_APP_ANALYSIS_HANDLE_HPP
-#define TORNWALZEN_APP_ANALYSIS_HANDLE_HPP
+#pragma once
 
 #include <memory>
 
@@ -17,5 +16,3 @@ using AnalysisHandle = std::unique_ptr<TornwalzenAnalysis, DestroyAnalysis>;
 AnalysisHandle newAnalysis();
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // Which unknowns of the blank are held: the rigid motion in the plane must be taken out, and symmetry planes
 // keep their nodes. Unknown 2n-1 is u (blank x) of node n, 2n is v (blank y).
-#ifndef TORNWALZEN_APP_HOLD_HPP
-#define TORNWALZEN_APP_HOLD_HPP
+#pragma once
 
 #include <string>
 
@@ -32,5 +31,3 @@ std::string holdFile(const std::string& rule);
 std::string holdRule(const Part& part, const std::string& rule);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What the library refuses, as a failure of the program in the library's own words.
-#ifndef TORNWALZEN_APP_LIBRARY_FAILURE_HPP
-#define TORNWALZEN_APP_LIBRARY_FAILURE_HPP
+#pragma once
 
 #include <string>
 
@@ -17,5 +16,3 @@ Failure libraryFailure(TornwalzenAnalysis* analysis, std::int32_t code, const st
 std::string fatalText(const TornwalzenReport& report);
 
 }  // namespace host
-
-#endif

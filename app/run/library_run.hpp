@@ -1,6 +1,5 @@
 // Runs of the library on one part: the analysis behind a handle, its structure kept from run to run.
-#ifndef TORNWALZEN_APP_LIBRARY_RUN_HPP
-#define TORNWALZEN_APP_LIBRARY_RUN_HPP
+#pragma once
 
 #include <functional>
 #include <string>
@@ -38,5 +37,3 @@ class LibraryRun {
 };
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The part as the writers of results take it.
-#ifndef TORNWALZEN_APP_PART_DATA_HPP
-#define TORNWALZEN_APP_PART_DATA_HPP
+#pragma once
 
 #include "mesh/mesh_check.hpp"
 #include "result/run_data.hpp"
@@ -10,5 +9,3 @@ namespace host {
 PartData partData(const Part& part);
 
 }  // namespace host
-
-#endif

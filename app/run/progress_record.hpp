@@ -1,6 +1,5 @@
 // What the library told of a run's progress, and what follows from it.
-#ifndef TORNWALZEN_APP_PROGRESS_RECORD_HPP
-#define TORNWALZEN_APP_PROGRESS_RECORD_HPP
+#pragma once
 
 #include <array>
 #include <chrono>
@@ -37,5 +36,3 @@ class ProgressRecord {
 };
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Shows the progress of a run on standard error: a bar that is redrawn on a terminal, plain lines elsewhere.
-#ifndef TORNWALZEN_APP_PROGRESS_VIEW_HPP
-#define TORNWALZEN_APP_PROGRESS_VIEW_HPP
+#pragma once
 
 #include <string>
 
@@ -37,5 +36,3 @@ class ProgressView {
 std::string progressBar(int percent, int width);
 
 }  // namespace host
-
-#endif

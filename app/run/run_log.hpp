@@ -1,6 +1,5 @@
 // The library's messages of one run: kept in a log file and shown on demand.
-#ifndef TORNWALZEN_APP_RUN_LOG_HPP
-#define TORNWALZEN_APP_RUN_LOG_HPP
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -28,5 +27,3 @@ class RunLog {
 };
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // Sets what a run of the library is made with beside the part: material, anisotropy, reference of the energy,
 // tolerances.
-#ifndef TORNWALZEN_APP_RUN_SETTINGS_HPP
-#define TORNWALZEN_APP_RUN_SETTINGS_HPP
+#pragma once
 
 #include "result/run_data.hpp"
 #include "tornwalzen_analysis.h"
@@ -18,5 +17,3 @@ void applyMarks(const PressSettings& press, TornwalzenAnalysis* analysis);
 void checkSettings(const RunSettings& settings);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Why a part was not developed onto the plane: where the starting blank is worst, and what the user can do.
-#ifndef TORNWALZEN_APP_UNDEVELOPED_HPP
-#define TORNWALZEN_APP_UNDEVELOPED_HPP
+#pragma once
 
 #include <string>
 
@@ -16,5 +15,3 @@ namespace host {
 std::string whyNotDeveloped(const Part& part, const Hold& hold, const RunOutput& run, double millimetres);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Whether a run converged, and if not, why, in words for the user.
-#ifndef TORNWALZEN_APP_VERDICT_HPP
-#define TORNWALZEN_APP_VERDICT_HPP
+#pragma once
 
 #include "mesh/mesh_check.hpp"
 #include "result/run_data.hpp"
@@ -26,5 +25,3 @@ void noteSecondStart(const SecondStart& second, Verdict& verdict);
 bool tighterPathMayHelp(const Part& part, const RunOutput& run);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Runs another program, without a shell, for at most a given time.
-#ifndef TORNWALZEN_APP_CHILD_PROCESS_HPP
-#define TORNWALZEN_APP_CHILD_PROCESS_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -39,5 +38,3 @@ class WorkFolder {
 };
 
 }  // namespace host
-
-#endif

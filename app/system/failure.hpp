@@ -1,7 +1,6 @@
 // How the host program gives up: one exception type that carries the sentence for the user and the exit
 // status.
-#ifndef TORNWALZEN_APP_FAILURE_HPP
-#define TORNWALZEN_APP_FAILURE_HPP
+#pragma once
 
 #include <stdexcept>
 #include <string>
@@ -27,5 +26,3 @@ class Failure : public std::runtime_error {
 };
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // By what a file is known again: its place and its bytes.
-#ifndef TORNWALZEN_APP_FILE_IDENTITY_HPP
-#define TORNWALZEN_APP_FILE_IDENTITY_HPP
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -24,5 +23,3 @@ std::string contentHash(std::string_view content);
 bool sameIdentity(const FileIdentity& a, const FileIdentity& b);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Reads a whole input file into memory, with a sentence for each way that can fail.
-#ifndef TORNWALZEN_APP_INPUT_FILE_HPP
-#define TORNWALZEN_APP_INPUT_FILE_HPP
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -17,5 +16,3 @@ using HeadCheck = std::function<void(const std::string& head, std::int64_t lengt
 std::string readInputFile(const std::string& path, const HeadCheck& check = {});
 
 }  // namespace host
-
-#endif

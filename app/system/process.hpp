@@ -1,7 +1,6 @@
 // What the process as a whole needs: usable standard streams, and an end by signal that leaves no
 // half-written files.
-#ifndef TORNWALZEN_APP_PROCESS_HPP
-#define TORNWALZEN_APP_PROCESS_HPP
+#pragma once
 
 #include <string>
 
@@ -53,5 +52,3 @@ struct StoppedBySignal {
 void endQuietlyOnSignal();
 
 }  // namespace host
-
-#endif

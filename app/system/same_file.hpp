@@ -1,6 +1,5 @@
 // Whether two paths lead to one file, whatever links lie between, so that no output replaces an input.
-#ifndef TORNWALZEN_APP_SAME_FILE_HPP
-#define TORNWALZEN_APP_SAME_FILE_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -17,5 +16,3 @@ void checkOutputsSpareInputs(const std::vector<std::string>& inputs, const std::
                              const std::string& cure);
 
 }  // namespace host
-
-#endif

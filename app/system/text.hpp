@@ -1,7 +1,6 @@
 // Numbers to text and text to numbers, exactly: shortest decimals that read back to the same bits, and strict
 // reading that takes a word as a number only if the whole word is one. Independent of the locale.
-#ifndef TORNWALZEN_APP_TEXT_HPP
-#define TORNWALZEN_APP_TEXT_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -40,5 +39,3 @@ bool nextLine(std::string_view content, std::size_t& position, std::string_view&
 std::string shown(std::string_view word);
 
 }  // namespace host
-
-#endif

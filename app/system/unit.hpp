@@ -1,7 +1,6 @@
 // Units of length. The library's tolerances are lengths in millimetres, so every run is made in millimetres, and the
 // results go back to the user's unit.
-#ifndef TORNWALZEN_APP_UNIT_HPP
-#define TORNWALZEN_APP_UNIT_HPP
+#pragma once
 
 #include <string>
 
@@ -16,5 +15,3 @@ struct Unit {
 Unit unitOf(const std::string& name);
 
 }  // namespace host
-
-#endif

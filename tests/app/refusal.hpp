@@ -1,6 +1,5 @@
 // The sentence with which something is refused.
-#ifndef TORNWALZEN_TESTS_APP_REFUSAL_HPP
-#define TORNWALZEN_TESTS_APP_REFUSAL_HPP
+#pragma once
 
 #include <string>
 
@@ -16,5 +15,3 @@ std::string refusal(Act act) {
   }
   return "(not refused)";
 }
-
-#endif

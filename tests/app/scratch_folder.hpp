@@ -1,6 +1,5 @@
 // A folder of its own for each test, removed at its end.
-#ifndef TORNWALZEN_TESTS_APP_SCRATCH_FOLDER_HPP
-#define TORNWALZEN_TESTS_APP_SCRATCH_FOLDER_HPP
+#pragma once
 
 #include <stdlib.h>
 
@@ -45,5 +44,3 @@ class ScratchFolder {
  private:
   std::filesystem::path path_;
 };
-
-#endif

@@ -1,6 +1,5 @@
 // Meshes for whole runs, as OBJ texts.
-#ifndef TORNWALZEN_TESTS_APP_SAMPLE_MESHES_HPP
-#define TORNWALZEN_TESTS_APP_SAMPLE_MESHES_HPP
+#pragma once
 
 #include <cmath>
 #include <functional>
@@ -70,5 +69,3 @@ inline std::string plateObj(int nx, int ny) {
   return gridObj(
       nx, ny, [=](int i, int j) { return std::to_string(10.0 * i) + " " + std::to_string(10.0 * j) + " 0"; });
 }
-
-#endif

@@ -1,6 +1,5 @@
 // Runs the built program through the shell and collects what it prints and returns.
-#ifndef TORNWALZEN_TESTS_APP_PROGRAM_HPP
-#define TORNWALZEN_TESTS_APP_PROGRAM_HPP
+#pragma once
 
 #include <sys/wait.h>
 
@@ -35,5 +34,3 @@ inline Outcome shell(const ScratchFolder& folder, const std::string& command) {
 inline Outcome tornwalzen(const ScratchFolder& folder, const std::string& arguments) {
   return shell(folder, "\"$TORNWALZEN\" " + arguments);
 }
-
-#endif

@@ -1,6 +1,5 @@
 // The data of a page made by hand: a square blank drawn into a dome, on a grid.
-#ifndef TORNWALZEN_TESTS_SAMPLE_REPORT_HPP
-#define TORNWALZEN_TESTS_SAMPLE_REPORT_HPP
+#pragma once
 
 #include <algorithm>
 #include <cmath>
@@ -114,5 +113,3 @@ inline host::ReportData shuffledReport(const host::ReportData& report) {
   }
   return other;
 }
-
-#endif

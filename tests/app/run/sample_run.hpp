@@ -1,6 +1,5 @@
 // A finished run made by hand: a roof of two triangles that unrolls into the unit square.
-#ifndef TORNWALZEN_TESTS_APP_SAMPLE_RUN_HPP
-#define TORNWALZEN_TESTS_APP_SAMPLE_RUN_HPP
+#pragma once
 
 #include "mesh/mesh_check.hpp"
 #include "result/results.hpp"
@@ -71,5 +70,3 @@ struct SampleRun {
     return {data, hold, run, results, verdict, settings, runs, second, unit, shop, "auto", "out"};
   }
 };
-
-#endif
