@@ -15,7 +15,7 @@ from typing import Any, Callable, Iterator, List, Optional, Tuple
 import numpy as np
 from numpy.typing import NDArray
 
-from ._library import LIBRARY, MESSAGE_HANDLER, STEP_HANDLER
+from ._library import LIBRARY, MESSAGE_HANDLER, NO_MESSAGE_HANDLER, NO_STEP_HANDLER, STEP_HANDLER
 from ._structures import STRAIN_DOUBLES, CPressResult, CReport, PressResult, Report, Step, viewed
 from ._verdict import fatal_text
 from .errors import LibraryError, refused
@@ -131,8 +131,8 @@ class Analysis:
             with _ctrl_c(watch):
                 code = LIBRARY.tornwalzen_analysis_run(self._handle)
         finally:
-            LIBRARY.tornwalzen_analysis_on_step(self._handle, STEP_HANDLER(), None)
-            LIBRARY.tornwalzen_analysis_on_message(self._handle, MESSAGE_HANDLER(), None)
+            LIBRARY.tornwalzen_analysis_on_step(self._handle, NO_STEP_HANDLER, None)
+            LIBRARY.tornwalzen_analysis_on_message(self._handle, NO_MESSAGE_HANDLER, None)
         watch.raise_what_happened()
         if code != 0:
             text = (fatal_text(self._report()) if code == _SETUP_FAILED else "") or self._text(code)

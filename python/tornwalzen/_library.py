@@ -21,6 +21,8 @@ SONAME = "libtornwalzen.so.0"
 
 STEP_HANDLER = ctypes.CFUNCTYPE(c_int32, c_void_p, POINTER(CStep))
 MESSAGE_HANDLER = ctypes.CFUNCTYPE(None, c_void_p, c_char_p)
+NO_STEP_HANDLER = ctypes.cast(0, STEP_HANDLER)
+NO_MESSAGE_HANDLER = ctypes.cast(0, MESSAGE_HANDLER)
 
 _I, _D, _P = c_int32, c_double, c_void_p
 

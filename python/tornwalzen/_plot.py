@@ -41,7 +41,7 @@ def plot(result: "Result", field: str) -> "Figure":
     with rc_context({"font.size": 9}):
         figure = NewFigure(figsize=(13.5, 4.6), layout="constrained")
         figure.suptitle(f"{len(result.triangles)} triangles; {result.settings.thickness:g} mm; verdict {result.verdict}",
-                        fontsize=9, wrap=True)
+                        fontsize=9)
         part, blank, diagram = (figure.add_subplot(1, 3, k, **options) for k, options in
                                 ((1, {"projection": "3d"}), (2, {}), (3, {})))
         colours, scale = _coloured(result, field)
@@ -80,10 +80,10 @@ def draw_part(axes: Any, points: NDArray[np.float64], triangles: NDArray[np.int3
     lit[:, :3] *= np.minimum(shade, 1.0)[:, None]
     axes.add_collection3d(Poly3DCollection(corners, facecolors=lit, edgecolors=lit, linewidths=0.2))
     low, high = points.min(axis=0), points.max(axis=0)
-    axes.set(xlim=(low[0], high[0]), ylim=(low[1], high[1]), zlim=(low[2], high[2]), title="part (mm)")
+    axes.set(xlim=(low[0], high[0]), ylim=(low[1], high[1]), zlim=(low[2], high[2]), title=f"part (mm), {high[2] - low[2]:.4g} high")
     sides = np.maximum(high - low, 0.05 * (high - low).max())
     axes.set_box_aspect(sides)
-    axes.set_zticks([low[2], high[2]])
+    axes.set_zticks([])  # the height stands in the title: its labels would lie on the blank's axis
     axes.view_init(elev=28, azim=-60)
 
 

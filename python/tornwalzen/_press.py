@@ -106,4 +106,6 @@ def _marks(flange: Any, triangles: int) -> NDArray[np.int32]:
     if array.shape != (triangles,) or array.dtype.kind not in "biu":
         raise InputError(f"press.flange is an array of {array.dtype} with the shape {array.shape}, wanted one flag per "
                          f"triangle, ({triangles},)", place="press.flange")
+    if not array.any():
+        raise InputError("press.flange marks no triangle", place="press.flange")
     return np.ascontiguousarray(array, dtype=np.int32)

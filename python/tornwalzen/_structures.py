@@ -203,8 +203,8 @@ class CPress(ctypes.Structure):
 
 #: Doubles of TornwalzenElementStrain, and where each value lies in it.
 STRAIN_DOUBLES = 10
-STRAIN_COLUMNS = {"strains": slice(0, 2), "directions_blank": slice(2, 4), "directions": slice(4, 7), "thickness": 7,
-                  "equivalent": 8, "flow_stress": 9}
+STRAIN_COLUMNS: Dict[str, Any] = {"strains": slice(0, 2), "directions_blank": slice(2, 4), "directions": slice(4, 7),
+                                  "thickness": 7, "equivalent": 8, "flow_stress": 9}
 
 
 def viewed(view: Type[Any], structure: ctypes.Structure) -> Any:

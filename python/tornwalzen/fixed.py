@@ -274,7 +274,7 @@ def OSMAIN(INTA: IntArray, ARFA: IntArray, COLS: IntArray, ROWI: IntArray, WORK:
 def PlivaneSetProgressHdlr(handler: Optional[Handler], userdata: Any) -> None:
     """Registers ``handler(userdata, record)``, or none."""
     if handler is None:
-        called = _HANDLER()
+        called = ctypes.cast(0, _HANDLER)
     elif callable(handler):
         called = _HANDLER(_hearing(handler, userdata))
     else:
