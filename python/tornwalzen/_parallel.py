@@ -45,7 +45,7 @@ def map(function: Callable[[Part], Outcome], parts: Iterable[Part], executor: Op
     Raises
     ------
     LibraryError
-        A part's worker was lost `retries` + 1 times.
+        A part's worker was lost `retries` + 1 times; of processes of our own, once more with the part alone on it.
 
     Examples
     --------
@@ -172,6 +172,7 @@ class _Work:
                 break
             self.waiting.append(place)
             if self._until_lost(1):
+                self.losses[place] += 1
                 self._give_up(place)
         self._raise()
 

@@ -99,10 +99,11 @@ def solve(points: ArrayLike, triangles: ArrayLike, *, material: MaterialLike = "
     --------
     >>> points, triangles = tornwalzen.read_obj("samples/square_cup.obj")
     >>> steel = tornwalzen.law("swift", K=549.03, e0=0.007, n=0.22)
-    >>> result = tornwalzen.solve(points, triangles, material=steel, thickness=1.0, hold="x0,y0")
+    >>> result = tornwalzen.solve(points, triangles, material=steel, thickness=1.0, hold="x0,y0", model="fixed")
     >>> result.verdict.worth, result.blank.shape == (len(points), 2)
     ('good', True)
-    >>> print(f"{result.blank_area.sum():.0f} mm^2, thinnest {result.thickness.min():.2f} mm")  # doctest: +SKIP
+    >>> print(f"blank {result.rectangle().length:.1f} mm long, thinnest {result.thickness.min():.2f} mm")
+    blank 150.3 mm long, thinnest 0.83 mm
     """
     p, t = _input.mesh(points, triangles)
     choice = chosen(material, thickness, path, model, threads, press, r, energy, tolerance)

@@ -116,12 +116,17 @@ def _one_at_a_time(function: str) -> Iterator[None]:
         raise InputError(f"{function}: an analysis of the fixed interface is running", code=-2, place=function,
                          advice="one at a time; solve has a handle for each")
     try:
-        _state.error = None
         yield
     finally:
         _state.entered.release()
-    if _state.error is not None:
-        raise _state.error
+    _raise_what_was_heard()
+
+
+def _raise_what_was_heard() -> None:
+    """Raises what the handler raised, unless an analysis runs, which it is then left to."""
+    if _state.error is not None and not _state.entered.locked():
+        error, _state.error = _state.error, None
+        raise error
 
 
 class _Call:
@@ -315,21 +320,25 @@ def prttxt(text: Union[str, bytes], length: int = 0) -> None:
 def inipgr(end: float) -> None:
     """Opens a progress scale that ends at `end`."""
     LIBRARY.inipgr(ctypes.byref(c_double(end)))
+    _raise_what_was_heard()
 
 
 def progre(x: float) -> None:
     """Reports progress `x` on that scale."""
     LIBRARY.progre(ctypes.byref(c_double(x)))
+    _raise_what_was_heard()
 
 
 def proinf(text: Union[str, bytes], length: int = 0) -> None:
     """Hands an information line to the handler; `length` is not used."""
     LIBRARY.proinf(_text(text, "text"), length)
+    _raise_what_was_heard()
 
 
 def procpu() -> None:
     """Hands the processor time to the handler."""
     LIBRARY.procpu()
+    _raise_what_was_heard()
 
 
 def prterr() -> None:
