@@ -19,6 +19,7 @@ _LABELS: Dict[str, str] = {
     "thickness": "thickness (mm)",
     "equivalent": "equivalent strain",
     "flow_stress": "flow stress (MPa)",
+    "smallest_angle": "smallest corner (degrees)",
     "zones": "forming limit",
     "major": "major strain",
     "minor": "minor strain",
@@ -112,14 +113,16 @@ def draw_diagram(axes: Any, result: "Result") -> None:
     known = np.isfinite(major)
     left = min(-0.1, float(minor[known].min()) * 1.1) if known.any() else -0.1
     right = max(0.1, float(minor[known].max()) * 1.1) if known.any() else 0.1
+    top = max(0.1, float(major[known].max()) * 1.1) if known.any() else 0.1
     if result.limit is not None:
         x = np.linspace(left, right, 200)
         y = result.limit.curve.at(x)
+        top = max(top, 1.1 * float(y.max()))
         axes.plot(x, y, color="black", linewidth=1.2, label="limit curve")
         below = np.log1p(np.expm1(y) - 0.01 * result.limit.margin)
         axes.plot(x, below, color="black", linewidth=0.8, linestyle="--",
                   label=f"{result.limit.margin:g} % below it")
-    axes.set(xlim=(left, right), title="strain diagram (logarithmic)", xlabel="minor strain", ylabel="major strain")
+    axes.set(xlim=(left, right), ylim=(-0.05 * top, top), title="strain diagram (logarithmic)", xlabel="minor strain", ylabel="major strain")
     axes.axhline(0.0, color="grey", linewidth=0.5)
     axes.axvline(0.0, color="grey", linewidth=0.5)
     if axes.get_legend_handles_labels()[0]:

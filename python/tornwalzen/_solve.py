@@ -103,7 +103,7 @@ def solve(points: ArrayLike, triangles: ArrayLike, *, material: MaterialLike = "
     >>> result.verdict.worth, result.blank.shape == (len(points), 2)
     ('good', True)
     >>> print(f"blank {result.rectangle().length:.1f} mm long, thinnest {result.thickness.min():.2f} mm")
-    blank 150.3 mm long, thinnest 0.83 mm
+    blank 153.3 mm long, thinnest 0.77 mm
     """
     p, t = _input.mesh(points, triangles)
     choice = chosen(material, thickness, path, model, threads, press, r, energy, tolerance)

@@ -74,7 +74,7 @@ def keeler(thickness: float, n: float) -> LimitCurve:
     --------
     >>> curve = tornwalzen.keeler(1.0, 0.21)
     >>> round(float(curve.at(0.0)), 4), round(float(curve.at(-0.1)), 4)
-    (0.3181, 0.4181)
+    (0.3179, 0.4179)
     """
     t, n = positive(thickness, "thickness", "mm"), positive(n, "n", "")
     lowest = (23.3 + 14.13 * min(t, _THICKEST)) * min(n, _LARGEST_N) / _LARGEST_N

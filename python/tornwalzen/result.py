@@ -127,7 +127,7 @@ class Result:
         Examples
         --------
         >>> [(len(loop.nodes), loop.area > 0.0) for loop in cup.outline()]
-        [(32, True)]
+        [(72, True)]
         """
         return loops(self.triangles, self.blank)
 
@@ -161,7 +161,7 @@ class Result:
         ----------
         field : str
             Which array over the triangles colours part and blank: ``"thickness_ratio"``, ``"thickness"``,
-            ``"equivalent"``, ``"flow_stress"``, ``"zones"``, ``"major"`` or ``"minor"``.
+            ``"equivalent"``, ``"flow_stress"``, ``"smallest_angle"``, ``"zones"``, ``"major"`` or ``"minor"``.
 
         Returns
         -------
