@@ -9,7 +9,7 @@ from typing import Union
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
-from ._geometry import cross, hypot3, in_order
+from ._geometry import Corners, in_order
 from .errors import InputError
 
 _PLANE = 1e-6  # of the part's size: what counts as on a plane, or as equally far
@@ -22,19 +22,15 @@ Hold = Union[str, ArrayLike]
 class _Part:
     """The mesh with what the rules ask of it."""
 
-    def __init__(self, points: NDArray[np.float64], triangles: NDArray[np.int32]) -> None:
+    def __init__(self, points: NDArray[np.float64], triangles: NDArray[np.int32], corners: Corners) -> None:
         self.points = points
         self.used = np.zeros(len(points), dtype=bool)
-        self.used[triangles] = True
-        inside = points[self.used]
+        self.used[triangles.ravel()] = True
+        inside = points if self.used.all() else points[self.used]
         self.size = float((inside.max(axis=0) - inside.min(axis=0)).max())
-        corners = [points[triangles[:, k]] for k in range(3)]
-        area = hypot3(*cross(corners[1] - corners[0], corners[2] - corners[0]))
+        area = corners.twice_area
         total = in_order(area)
-        self.centroid = [
-            in_order(area * (corners[0][:, axis] + corners[1][:, axis] + corners[2][:, axis]) / 3.0) / total
-            for axis in (_X, _Y)
-        ]
+        self.centroid = [in_order(area * (at[0] + at[1] + at[2]) / 3.0) / total for at in (corners.x, corners.y)]
 
     def first_smallest(self, measure: NDArray[np.float64]) -> int:
         return int(np.argmin(np.where(self.used, measure, np.inf)))
@@ -43,9 +39,9 @@ class _Part:
         return np.hypot(self.points[:, _X] - self.centroid[_X], self.points[:, _Y] - self.centroid[_Y])
 
 
-def flags(points: NDArray[np.float64], triangles: NDArray[np.int32], hold: Hold) -> Flags:
+def flags(points: NDArray[np.float64], triangles: NDArray[np.int32], corners: Corners, hold: Hold) -> Flags:
     """int32 (n, 2): 1 where u or v of a node is held. Nodes in no triangle are held."""
-    part = _Part(points, triangles)
+    part = _Part(points, triangles, corners)
     if isinstance(hold, str):
         held = _by_word(part, hold)
     else:

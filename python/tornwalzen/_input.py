@@ -6,7 +6,7 @@ from typing import Any, Tuple
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
-from ._geometry import hypot3
+from ._geometry import Corners
 from .errors import InputError
 
 _SMALLEST_HEIGHT = 1e-10  # of the longest side: so little is rounding of the coordinates (as the host program has it)
@@ -50,19 +50,15 @@ def mesh(points: ArrayLike, triangles: ArrayLike) -> Tuple[NDArray[np.float64], 
         row, corner = np.argwhere((t < 0) | (t >= len(p)))[0]
         raise InputError(f"triangle {row} names node {t[row, corner]}, but the nodes run from 0 to {len(p) - 1}",
                          place=f"triangles[{row}, {corner}]", advice="count the nodes from 0")
-    _check_areas(p, t)
     return p, t
 
 
-def _check_areas(p: NDArray[np.float64], t: NDArray[np.int32]) -> None:
-    a, b, c = p[t[:, 0]], p[t[:, 1]], p[t[:, 2]]
-    ab, bc, ca = b - a, c - b, a - c
-    longest = np.sqrt(np.maximum(np.maximum((ab * ab).sum(1), (bc * bc).sum(1)), (ca * ca).sum(1)))
-    cross = np.cross(ab, bc)
-    flat = ~(hypot3(cross[:, 0], cross[:, 1], cross[:, 2]) > _SMALLEST_HEIGHT * longest * longest)
+def check_areas(corners: Corners, triangles: NDArray[np.int32]) -> None:
+    """Refuses a triangle without area."""
+    flat = ~(corners.twice_area > _SMALLEST_HEIGHT * corners.longest_square)
     if flat.any():
         row = int(np.argmax(flat))
-        raise InputError(f"triangle {row} with the nodes {', '.join(map(str, t[row]))} has no area",
+        raise InputError(f"triangle {row} with the nodes {', '.join(map(str, triangles[row]))} has no area",
                          place=f"triangles[{row}]", advice="leave it out, or mend the mesh there")
 
 

@@ -2,14 +2,14 @@
 from __future__ import annotations
 
 import warnings
-from typing import Optional, Tuple, Union
+from typing import Optional, Union
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from . import _input
 from ._analysis import Analysis, Listener, Output
-from ._geometry import part_areas, plane_areas
+from ._geometry import Corners, plane_areas
 from ._hold import Hold, flags
 from ._press import Press, lay_on
 from ._progress import Listening, Progress
@@ -108,7 +108,9 @@ def solve(points: ArrayLike, triangles: ArrayLike, *, material: MaterialLike = "
     p, t = _input.mesh(points, triangles)
     choice = chosen(material, thickness, path, model, threads, press, r, energy, tolerance)
     curve = chosen_curve(limit, choice.known, choice.settings.thickness)
-    held = flags(p, t, hold)
+    corners = Corners(p, t)
+    _input.check_areas(corners, t)
+    held = flags(p, t, corners, hold)
     for remark in choice.remarks:
         warnings.warn(remark, TornwalzenWarning, stacklevel=2)
     with Listening(progress) as listener, Analysis() as analysis:
@@ -116,7 +118,7 @@ def solve(points: ArrayLike, triangles: ArrayLike, *, material: MaterialLike = "
         analysis.set("holds", held)
         run = _Run(p, t, choice, analysis, listener)
         run.until_converged()
-    result = _result(p, held, run, curve)
+    result = _result(p, 0.5 * corners.twice_area, held, run, curve)
     if not result.verdict.converged:
         raise NotConverged(result.verdict.reason, result=result)
     if result.verdict.worth == NOT_A_BLANK:
@@ -172,7 +174,8 @@ class _Run:
         self.second = compared(taken.report, left.report, better)
 
 
-def _result(points: NDArray[np.float64], held: NDArray[np.int32], run: _Run, curve: Optional[LimitCurve]) -> Result:
+def _result(points: NDArray[np.float64], part_area: NDArray[np.float64], held: NDArray[np.int32], run: _Run,
+            curve: Optional[LimitCurve]) -> Result:
     output, settings = run.output, run.settings
     n, triangles = len(points), output.triangles
     blank = _or_nan(output.blank, n, 2)
@@ -181,7 +184,10 @@ def _result(points: NDArray[np.float64], held: NDArray[np.int32], run: _Run, cur
     strains = _or_nan(output.strains if developed else None, len(triangles), STRAIN_DOUBLES)
     of = {name: strains[:, column] for name, column in STRAIN_COLUMNS.items()}
     table = _or_nan(output.table, len(triangles), 5)
-    part_area, blank_area, ratio = _areas(points, triangles, blank, developed)
+    blank_area = plane_areas(blank, triangles)
+    ratio = np.full(len(triangles), np.nan)
+    if developed:
+        np.divide(blank_area, part_area, out=ratio, where=blank_area > 0.0)
     limit = None if curve is None else classified(of["strains"], curve, margin_of(run.choice.known))
     zones = np.full(len(triangles), -1, dtype=np.int8) if limit is None else limit.zone
     verdict = with_second(run.verdict(output), run.second)
@@ -201,12 +207,3 @@ def _result(points: NDArray[np.float64], held: NDArray[np.int32], run: _Run, cur
 
 def _or_nan(values: Optional[NDArray[np.float64]], *shape: int) -> NDArray[np.float64]:
     return np.full(shape, np.nan) if values is None else values
-
-
-def _areas(points: NDArray[np.float64], triangles: NDArray[np.int32], blank: NDArray[np.float64],
-           developed: bool) -> Tuple[NDArray[np.float64], NDArray[np.float64], NDArray[np.float64]]:
-    part, plane = part_areas(points, triangles), plane_areas(blank, triangles)
-    ratio = np.full(len(triangles), np.nan)
-    if developed:
-        np.divide(plane, part, out=ratio, where=plane > 0.0)
-    return part, plane, ratio
