@@ -1,12 +1,15 @@
 # What `cmake --install` lays down: library, deck library, headers, the package configuration for find_package(tornwalzen)
-# and the pkg-config file.
+# and the pkg-config file, the host program, the Python package. Components: library, development, host, python; the
+# licences go with the library.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tornwalzen tornwalzen_deck EXPORT tornwalzenTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES include/tornwalzen.h include/tornwalzen_ext.h include/tornwalzen_analysis.h include/tornwalzen_deck.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(EXPORT tornwalzenTargets NAMESPACE tornwalzen::
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
+install(FILES include/tornwalzen.h include/tornwalzen_ext.h include/tornwalzen_analysis.h include/tornwalzen_deck.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(EXPORT tornwalzenTargets NAMESPACE tornwalzen:: COMPONENT development
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
 configure_package_config_file(cmake/tornwalzenConfig.cmake.in ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
@@ -17,10 +20,12 @@ file(RELATIVE_PATH TORNWALZEN_PREFIX_FROM_PC
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/tornwalzen.pc.in ${CMAKE_BINARY_DIR}/tornwalzen.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake ${CMAKE_BINARY_DIR}/tornwalzenConfigVersion.cmake
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen)
-install(FILES ${CMAKE_BINARY_DIR}/tornwalzen.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-install(FILES LICENSE docs/licences.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen COMPONENT development)
+install(FILES ${CMAKE_BINARY_DIR}/tornwalzen.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT development)
+install(FILES LICENSE docs/licences.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
 if(TARGET tornwalzen_host)
-  install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(PROGRAMS app/import/tornwalzen-import DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
+  install(PROGRAMS app/import/tornwalzen-import DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
 endif()
+include(cmake/python.cmake)

@@ -3,8 +3,8 @@ from __future__ import annotations
 
 import os
 from collections import deque
-from concurrent.futures import (FIRST_COMPLETED, BrokenExecutor, CancelledError, Executor, Future,
-                                ProcessPoolExecutor, wait)
+from concurrent.futures import (FIRST_COMPLETED, BrokenExecutor, CancelledError, Future, ProcessPoolExecutor,
+                                wait)
 from typing import Any, Callable, Deque, Dict, Iterable, List, Optional, TypeVar, Union
 
 from ._progress import bar
@@ -67,9 +67,8 @@ def map(function: Callable[[Part], Outcome], parts: Iterable[Part], executor: Op
     try:
         if executor is None:
             work.in_processes()
-        elif hasattr(executor, "get_executor"):  # a Dask client
-            with executor.get_executor(pure=False) as theirs:
-                work.on(theirs)
+        elif hasattr(executor, "get_executor"):
+            work.on(_Dask(executor))
         elif hasattr(executor, "submit"):
             work.on(executor)
         else:
@@ -81,7 +80,34 @@ def map(function: Callable[[Part], Outcome], parts: Iterable[Part], executor: Op
 
 def _is_lost(error: BaseException) -> bool:
     """Whether the worker is to blame, not the function: its process died, or the cluster gave the part up for that."""
-    return isinstance(error, (BrokenExecutor, CancelledError)) or type(error).__name__ == "KilledWorker"
+    return isinstance(error, (BrokenExecutor, CancelledError)) or type(error).__name__ in ("KilledWorker",
+                                                                                          "CancelledError")
+
+
+class _Dask:
+    """A Dask client as an executor, by its own futures: those made over from them for concurrent.futures fail where the
+    worker is lost between the end of a part and the gathering of its outcome, which Dask's own then make again."""
+
+    def __init__(self, client: Any) -> None:
+        self._client = client
+
+    def submit(self, function: Callable[[Any], Any], part: Any) -> Any:
+        return self._client.submit(function, part, pure=False)
+
+    @staticmethod
+    def first_done(futures: Iterable[Any]) -> Iterable[Any]:
+        from distributed import wait as wait_for
+        given = list(futures)
+        try:
+            return list(wait_for(given, return_when=FIRST_COMPLETED).done)
+        except BaseException as error:  # noqa: B902: it raises where one of them is cancelled
+            if not _is_lost(error):
+                raise
+            return [future for future in given if future.done()]
+
+
+def _first_done(futures: Iterable["Future[Any]"]) -> Iterable["Future[Any]"]:
+    return wait(futures, return_when=FIRST_COMPLETED).done
 
 
 class _Work:
@@ -91,7 +117,8 @@ class _Work:
         self.outcomes: List[Any] = [None] * len(parts)
         self.losses = [0] * len(parts)
         self.waiting: Deque[int] = deque(range(len(parts)))
-        self.given: Dict["Future[Any]", int] = {}
+        self.given: Dict[Any, int] = {}
+        self.first_done: Callable[[Iterable[Any]], Iterable[Any]] = _first_done
         self.failed: Dict[int, BaseException] = {}
         self.bar = bar(total=len(parts), unit="part") if progress else None
 
@@ -101,7 +128,7 @@ class _Work:
         if self.bar is not None:
             self.bar.close()
 
-    def _give(self, executor: Executor, most: int) -> None:
+    def _give(self, executor: Any, most: int) -> None:
         while self.waiting and len(self.given) < most and not (self.raising and self.failed):
             place = self.waiting.popleft()
             try:
@@ -113,8 +140,7 @@ class _Work:
     def _take(self) -> List[int]:
         """Waits for outcomes; the parts whose worker was lost."""
         lost = []
-        done, _ = wait(self.given, return_when=FIRST_COMPLETED)
-        for future in done:
+        for future in self.first_done(self.given):
             place = self.given.pop(future)
             try:
                 self.outcomes[place] = future.result()
@@ -142,8 +168,9 @@ class _Work:
         if self.raising and self.failed:
             raise self.failed[min(self.failed)]
 
-    def on(self, executor: Executor) -> None:
+    def on(self, executor: Any) -> None:
         """On an executor of the caller's. One that is broken as a whole cannot be made anew here."""
+        self.first_done = getattr(executor, "first_done", _first_done)
         most = len(self.parts)
         self._give(executor, most)
         while self.given:
