@@ -99,7 +99,8 @@ class _Dask:
         from distributed import wait as wait_for
         given = list(futures)
         try:
-            return list(wait_for(given, return_when=FIRST_COMPLETED).done)
+            done: Iterable[Any] = wait_for(given, return_when=FIRST_COMPLETED).done  # type: ignore[no-untyped-call]
+            return list(done)
         except BaseException as error:  # noqa: B902: it raises where one of them is cancelled
             if not _is_lost(error):
                 raise
