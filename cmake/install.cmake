@@ -23,9 +23,12 @@ install(FILES ${CMAKE_BINARY_DIR}/tornwalzenConfig.cmake ${CMAKE_BINARY_DIR}/tor
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tornwalzen COMPONENT development)
 install(FILES ${CMAKE_BINARY_DIR}/tornwalzen.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
-install(FILES LICENSE docs/licences.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
+if(NOT TORNWALZEN_DEBIAN)   # Debian has its licences in files of another name
+  install(FILES LICENSE docs/licences.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
+endif()
 if(TARGET tornwalzen_host)
   install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
   install(PROGRAMS app/import/tornwalzen-import DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
 endif()
 include(cmake/python.cmake)
+include(cmake/package.cmake)
