@@ -2,8 +2,8 @@
 
     python3 batch.py [PICTURE.png [SCHEDULER]]
 
-With the address of a Dask scheduler (as tcp://host:8786) the parts go to its workers, which need this package and this
-script's folder; else to one process per processor of this machine. A worker that is lost on the way costs only time.
+With the address of a Dask scheduler (as tcp://host:8786) or its file (cluster.json) the parts go to its workers, which need
+this package; else to one process per processor of this machine. A worker that is lost on the way costs only time.
 """
 import sys
 
@@ -37,7 +37,8 @@ def main():
     cluster = None
     if len(sys.argv) > 2:
         from distributed import Client
-        cluster = Client(sys.argv[2])
+        where = sys.argv[2]
+        cluster = Client(scheduler_file=where) if where.endswith(".json") else Client(where)
     heights = np.linspace(4.0, 40.0, 12)
     results = tornwalzen.map(solved, heights, cluster)
 
