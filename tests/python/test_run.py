@@ -41,6 +41,27 @@ def test_what_the_listener_raises_ends_the_run_at_its_next_step(raised):
     assert heard.count(7) == 1  # nobody is asked again
 
 
+@pytest.mark.parametrize("how", ["raises", "interrupts"])
+def test_the_library_ends_its_run_there(monkeypatch, how):
+    from tornwalzen import _analysis
+    phases, step = [], _analysis.Watch._step
+
+    def recorded(self, userdata, pointer):
+        phases.append(pointer.contents.phase)
+        return step(self, userdata, pointer)
+
+    def listen(told):
+        if told.phase == 6 and how == "raises":
+            raise Enough
+        if told.phase == 6:
+            os.kill(os.getpid(), signal.SIGINT)
+
+    monkeypatch.setattr(_analysis.Watch, "_step", recorded)
+    with pytest.raises(Enough if how == "raises" else KeyboardInterrupt):
+        tornwalzen.solve(*dome_of(9.0, cells=30), material=1, model="fixed", progress=listen)
+    assert phases[-1] == 6 and 7 not in phases  # the library came no further
+
+
 def test_ctrl_c_ends_the_run_and_the_handler_comes_back(dome):
     def listen(step):
         if step.phase == 6:
