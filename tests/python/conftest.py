@@ -3,7 +3,6 @@ import json
 import os
 import subprocess
 import sys
-import warnings
 from pathlib import Path
 
 import numpy as np
@@ -16,10 +15,6 @@ import tornwalzen  # noqa: E402
 
 BUILD = Path(os.environ.get("TORNWALZEN_BUILD", ROOT / "build" / "release"))
 PARTS = ROOT.parent / "shared" / "parts"
-
-
-def pytest_configure():
-    warnings.simplefilter("ignore", tornwalzen.TornwalzenWarning)
 
 
 @pytest.fixture(scope="session")

@@ -56,6 +56,11 @@ def test_real_parts_have_the_hosts_bits_and_verdict(host, parts, name):
     same(result, blank, triangles, summary)
 
 
+def test_the_default_call_is_the_hosts(host, dome, tmp_path):
+    part = write_obj(tmp_path / "dome.obj", *dome)
+    same(tornwalzen.solve(*dome), *host.solve(part, "--material", "DC04", "--thickness", "1.5", "--model", "press"))
+
+
 def test_fixed_path_has_the_hosts_bits(host, cup_mesh):
     result = tornwalzen.solve(*cup_mesh, material=2, path="fixed", model="fixed", hold="auto", energy="blank",
                               tolerance=(1.0, 1.0), r=1.4)
