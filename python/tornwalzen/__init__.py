@@ -13,7 +13,7 @@ from . import errors, fixed, limits
 from ._library import version as _version
 from ._materials import FlowCurve, Material, Value, curve, law, materials
 from ._outline import Loop, Rectangle
-from ._parallel import map  # noqa: A004: the package's own, beside the built-in one
+from ._parallel import map  # the package's own, beside the built-in one
 from ._press import Press
 from ._read import read_obj
 from ._settings import Settings

@@ -39,14 +39,14 @@ class Watch:
         try:
             if self.listener is not None and self.error is None:
                 self.listener(viewed(Step, pointer.contents))
-        except BaseException as error:  # noqa: B902: it may not pass through the library
+        except BaseException as error:  # it may not pass through the library
             self.error = error
         return 1 if self.interrupted or self.error is not None else 0
 
     def _message(self, _: Any, line: bytes) -> None:
         try:
             self.messages.append(line.decode("ascii", "replace"))
-        except BaseException as error:  # noqa: B902: likewise
+        except BaseException as error:  # likewise
             self.error = error
 
     def interrupt(self, *_: Any) -> None:

@@ -101,7 +101,7 @@ class _Dask:
         try:
             done: Iterable[Any] = wait_for(given, return_when=FIRST_COMPLETED).done  # type: ignore[no-untyped-call]
             return list(done)
-        except BaseException as error:  # noqa: B902: it raises where one of them is cancelled
+        except BaseException as error:  # it raises where one of them is cancelled
             if not _is_lost(error):
                 raise
             return [future for future in given if future.done()]
@@ -145,7 +145,7 @@ class _Work:
             place = self.given.pop(future)
             try:
                 self.outcomes[place] = future.result()
-            except BaseException as error:  # noqa: B902: the function's errors are outcomes
+            except BaseException as error:  # the function's errors are outcomes
                 if isinstance(error, KeyboardInterrupt):
                     raise
                 if _is_lost(error):

@@ -81,7 +81,8 @@ def draw_part(axes: Any, points: NDArray[np.float64], triangles: NDArray[np.int3
     lit[:, :3] *= np.minimum(shade, 1.0)[:, None]
     axes.add_collection3d(Poly3DCollection(corners, facecolors=lit, edgecolors=lit, linewidths=0.2))
     low, high = points.min(axis=0), points.max(axis=0)
-    axes.set(xlim=(low[0], high[0]), ylim=(low[1], high[1]), zlim=(low[2], high[2]), title=f"part (mm), {high[2] - low[2]:.4g} high")
+    axes.set(xlim=(low[0], high[0]), ylim=(low[1], high[1]), zlim=(low[2], high[2]),
+             title=f"part (mm), {high[2] - low[2]:.4g} high")
     sides = np.maximum(high - low, 0.05 * (high - low).max())
     axes.set_box_aspect(sides)
     axes.set_zticks([])  # the height stands in the title: its labels would lie on the blank's axis
@@ -122,7 +123,8 @@ def draw_diagram(axes: Any, result: "Result") -> None:
         below = np.log1p(np.expm1(y) - 0.01 * result.limit.margin)
         axes.plot(x, below, color="black", linewidth=0.8, linestyle="--",
                   label=f"{result.limit.margin:g} % below it")
-    axes.set(xlim=(left, right), ylim=(-0.05 * top, top), title="strain diagram (logarithmic)", xlabel="minor strain", ylabel="major strain")
+    axes.set(xlim=(left, right), ylim=(-0.05 * top, top), title="strain diagram (logarithmic)",
+             xlabel="minor strain", ylabel="major strain")
     axes.axhline(0.0, color="grey", linewidth=0.5)
     axes.axvline(0.0, color="grey", linewidth=0.5)
     if axes.get_legend_handles_labels()[0]:

@@ -298,7 +298,7 @@ def _hearing(handler: Handler, userdata: Any) -> Callable[[Any, Any], None]:
             text = record.text
             handler(userdata, Record(record.value, record.kind,
                                      None if text is None else text.decode("ascii", "replace")))
-        except BaseException as error:  # noqa: B902: it may not pass through the library
+        except BaseException as error:  # it may not pass through the library
             _state.error = error
 
     return hear

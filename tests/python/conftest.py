@@ -11,7 +11,7 @@ import pytest
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, os.environ.get("TORNWALZEN_PACKAGE", str(ROOT / "python")))
 
-import tornwalzen  # noqa: E402
+import tornwalzen
 
 BUILD = Path(os.environ.get("TORNWALZEN_BUILD", ROOT / "build" / "release"))
 PARTS = ROOT.parent / "shared" / "parts"

@@ -37,7 +37,7 @@ class Mesh:
             self.rwork.resize(int(self.nrk[0]), refcheck=False)
 
     def main(self, arfa, curve, **other):
-        f8 = lambda *shape: np.zeros(shape, order="F")  # noqa: E731
+        f8 = lambda *shape: np.zeros(shape, order="F")
         a = dict(vars(self), rr=f8(self.neq), rb=f8(self.neq), rx=f8(self.neq), temp=f8(self.neq), knz=f8(self.nn, 3),
                  kna=f8(self.nn, 3), elg=f8(self.ne, 5), sysm=f8(int(self.mnsysm[0])), rxa=f8(self.neq),
                  wrhs=f8(self.neq), eval=f8(5, self.ne), arfa=arfa)
