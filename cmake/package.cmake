@@ -16,6 +16,7 @@ foreach(package component IN ZIP_LISTS packages components)
     DESTINATION share/doc/${package} COMPONENT ${component})
 endforeach()
 install(FILES docs/licences.md DESTINATION share/doc/tornwalzen COMPONENT host)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/debian/man/ DESTINATION share/man/man1 COMPONENT host)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tornwalzen)
