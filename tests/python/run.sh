@@ -20,7 +20,7 @@ case $what in
   mypy)
     needs numpy; needs mypy
     cd "$project/python"
-    "$python" -m mypy --config-file pyproject.toml --cache-dir /dev/null ;;
+    "$python" -m mypy --config-file pyproject.toml --cache-dir "$build/mypy" ;;
   syntax)   # of Python 3.9, the oldest that the package is for
     "$python" - "$project"/python/tornwalzen/*.py "$project"/python/gallery/*.py <<'PYTHON'
 import ast, sys
