@@ -1,74 +1,76 @@
 #!/usr/bin/env python3
-"""What `tornwalzen.solve` costs beside the library's calls for the same run.
+"""What `tornwalzen.solve` costs beside the library's calls of the same run.
 
     bench/python_overhead.py PART.obj [REPEATS]        (PYTHONPATH=python, a release build)
 
-The bare run is the sequence of C calls alone, on input that lies ready: create, mesh, holds, settings, run, report, strains,
-destroy. Both run in turns, each on a fresh handle. Told are medians and smallest values of their processor times, which
-other programs on the machine disturb less than the wall times beside them.
+Every call into the library is timed within the run itself, and so is every step and message that the library tells Python:
+the calls without these are the library's, all else is Python's. Both are of one run, so that what else the machine does
+falls on them alike; told are medians over the runs, of wall and of processor times.
 """
-import ctypes
 import statistics
 import sys
 import time
-import warnings
-
-import numpy as np
 
 import tornwalzen
-from tornwalzen import _geometry, _hold, _library, _press, _structures
+from tornwalzen import _analysis
 
 
-def bare(points, triangles, held, curve, press):
-    call = _library.LIBRARY
-    strains = np.empty((len(triangles), _structures.STRAIN_DOUBLES))  # any host's
-    handle = call.tornwalzen_analysis_create()
-    call.tornwalzen_analysis_set_mesh(handle, len(points), len(triangles), points.ctypes.data, triangles.ctypes.data, 0)
-    call.tornwalzen_analysis_set_holds(handle, held.ctypes.data)
-    call.tornwalzen_analysis_set_material(handle, 1)
-    call.tornwalzen_analysis_set_flow_curve(handle, 49, curve.strain.ctypes.data, curve.stress.ctypes.data)
-    call.tornwalzen_analysis_set_energy_reference(handle, 1)
-    call.tornwalzen_analysis_set_path(handle, 1)
-    call.tornwalzen_analysis_set_model(handle, 1)
-    call.tornwalzen_analysis_set_press(handle, press)
-    call.tornwalzen_analysis_set_tolerance_factors(handle, 1e-3, 1.0)
-    call.tornwalzen_analysis_run(handle)
-    report = _structures.CReport(size=ctypes.sizeof(_structures.CReport))
-    call.tornwalzen_analysis_report(handle, report)
-    call.tornwalzen_analysis_strains(handle, strains.ctypes.data)
-    call.tornwalzen_analysis_destroy(handle)
-    return report.newton_iterations
+class Clock:
+    """Sums what passes while it runs: wall and processor seconds."""
+
+    def __init__(self):
+        self.sums = [0.0, 0.0]
+
+    def around(self, function):
+        def timed(*arguments):
+            begin = time.perf_counter(), time.process_time()
+            try:
+                return function(*arguments)
+            finally:
+                self.sums[0] += time.perf_counter() - begin[0]
+                self.sums[1] += time.process_time() - begin[1]
+
+        return timed
 
 
-def timed(run):
-    wall, own = time.perf_counter(), time.process_time()
-    run()
-    return time.perf_counter() - wall, time.process_time() - own
+class TimedLibrary:
+    """The library with a clock around each of its functions."""
+
+    def __init__(self, library, clock):
+        self._library, self._clock = library, clock
+
+    def __getattr__(self, name):
+        return self._clock.around(getattr(self._library, name))
+
+
+def one_run(run):
+    """Seconds of Python and of the library, by clock: wall, processor."""
+    calls, heard, whole = Clock(), Clock(), Clock()
+    library, watch = _analysis.LIBRARY, _analysis.Watch
+    step, message = watch._step, watch._message
+    _analysis.LIBRARY = TimedLibrary(library, calls)
+    watch._step, watch._message = heard.around(step), heard.around(message)
+    try:
+        whole.around(run)()
+    finally:
+        _analysis.LIBRARY, watch._step, watch._message = library, step, message
+    return [(total - inside + back, inside - back) for total, inside, back in zip(whole.sums, calls.sums, heard.sums)]
 
 
 def main():
     points, triangles = tornwalzen.read_obj(sys.argv[1])
-    repeats = int(sys.argv[2]) if len(sys.argv) > 2 else 15
-    curve = tornwalzen.law("swift", K=549.03, e0=0.007, n=0.22)
-    held = _hold.flags(points, triangles, _geometry.Corners(points, triangles), "x0,y0")
-    press = _press.structure(tornwalzen.Press(), 0.95, None)
-    runs = {
-        "C calls": lambda: bare(points, triangles, held, curve, press),
-        "solve": lambda: tornwalzen.solve(points, triangles, material=curve, thickness=0.95, hold="x0,y0"),
-    }
-    warnings.simplefilter("ignore")
-    for run in runs.values():
-        run()
-    times = {name: [] for name in runs}
-    for _ in range(repeats):
-        for name, run in runs.items():
-            times[name].append(timed(run))
-    for kind, pick in (("median", statistics.median), ("smallest", min)):
-        figures = {name: [1e3 * pick(column) for column in zip(*rows)] for name, rows in times.items()}
-        for place, clock in enumerate(("wall", "processor")):
-            calls, whole = figures["C calls"][place], figures["solve"][place]
-            print(f"{kind:8} {clock:9}  C calls {calls:7.1f} ms, solve {whole:7.1f} ms, "
-                  f"overhead {100.0 * (whole / calls - 1.0):5.2f} %")
+    repeats = int(sys.argv[2]) if len(sys.argv) > 2 else 25
+    steel = tornwalzen.law("swift", K=549.03, e0=0.007, n=0.22)
+
+    def run():
+        tornwalzen.solve(points, triangles, material=steel, thickness=0.95, hold="x0,y0")
+
+    run()
+    runs = [one_run(run) for _ in range(repeats)]
+    for place, clock in enumerate(("wall", "processor")):
+        python, library = (statistics.median(run[place][part] for run in runs) for part in (0, 1))
+        share = statistics.median(run[place][0] / run[place][1] for run in runs)
+        print(f"{clock:9}  library {1e3 * library:7.1f} ms, Python {1e3 * python:5.1f} ms, overhead {100.0 * share:.2f} %")
 
 
 if __name__ == "__main__":
