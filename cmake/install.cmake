@@ -29,6 +29,8 @@ endif()
 if(TARGET tornwalzen_host)
   install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
   install(PROGRAMS app/import/tornwalzen-import DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
+  install(FILES packaging/tornwalzen.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+    RENAME tornwalzen COMPONENT host)
 endif()
 include(cmake/python.cmake)
 include(cmake/package.cmake)
