@@ -10,3 +10,5 @@ install(FILES ${CMAKE_BINARY_DIR}/python_metadata RENAME METADATA COMPONENT pyth
   DESTINATION ${TORNWALZEN_PYTHON_DIR}/tornwalzen-${PROJECT_VERSION}.dist-info)
 install(DIRECTORY python/gallery DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-tornwalzen/examples COMPONENT python
   FILES_MATCHING PATTERN "*.py" PATTERN "__pycache__" EXCLUDE)
+install(FILES samples/square_cup.obj COMPONENT python   # which the gallery looks for there
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-tornwalzen/samples)

@@ -56,6 +56,9 @@ result = tornwalzen.solve(*tornwalzen.read_obj(part), model="fixed", hold="x0,y0
 assert result.verdict.worth == "good", result.verdict
 print("the installed package solves the cup:", result)
 PYTHON
+    if "$python" -c 'import matplotlib' 2>/dev/null; then   # its examples find their part
+      PYTHONPATH=$site "$python" "$scratch/moved tree/share/doc/python3-tornwalzen/examples/gallery/fld.py"
+    fi
     ;;
   *) sed -n 's/^# usage: /usage: /p' "$0" >&2; exit 2 ;;
 esac
