@@ -1,8 +1,11 @@
 """Every field of the structures lies where a C compiler puts it."""
 import ctypes
+import os
 import re
 import shutil
 import subprocess
+import sys
+from pathlib import Path
 
 import pytest
 
@@ -62,3 +65,13 @@ def test_every_declared_function_is_in_the_header():
         declared = (_library._ANALYSIS.get(name.replace("tornwalzen_analysis_", "")) if "analysis" in name
                     else _library._OTHERS[name])
         assert len(declared[1]) == count, name
+
+
+@pytest.mark.parametrize("library", ["/nowhere/libtornwalzen.so", "libc.so.6"])  # absent; another one
+def test_a_library_that_is_none_is_told_with_a_cure(library):
+    run = subprocess.run([sys.executable, "-c", "import tornwalzen"], capture_output=True, text=True, check=False,
+                         env={**os.environ, "TORNWALZEN_LIBRARY": library,
+                              "PYTHONPATH": str(Path(_library.__file__).parents[1])})
+    assert run.returncode == 1
+    last = run.stderr.strip().splitlines()[-1]
+    assert "LibraryNotFound: the library of tornwalzen cannot be used" in last and "TORNWALZEN_LIBRARY" in last
