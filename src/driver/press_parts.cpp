@@ -57,7 +57,7 @@ bool PressPath::supply(Int64 nodes, Int64 elements) {
     if (!array->allocate(2 * elements)) return false;
   for (OwnArray<double>* array : {&area_, &density_, &contact_, &grip_})
     if (!array->allocate(elements)) return false;
-  for (OwnArray<double>* array : {&load_, &origin_, &residual_, &ahead_, &step_})
+  for (OwnArray<double>* array : {&load_, &origin_, &past_, &residual_, &ahead_, &step_})
     if (!array->allocate(2 * nodes)) return false;
   for (Kept* kept : {&start_, &kept_, &best_, &base_})
     for (OwnArray<double>* array : {&kept->blank, &kept->load, &kept->origin})

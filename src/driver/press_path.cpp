@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 #include "driver/press_report.hpp"
 #include "driver/sure_step.hpp"
@@ -19,16 +18,12 @@ constexpr double workScale = 50.0;        // MPa: S of sheet_work.hpp
 constexpr double looseGradient = 0.1;     // mm: on the way
 constexpr double leastStretch = 0.05;     // as long as the blank has no barrier
 constexpr Int directFactorizations = 16;  // for the work without a way to it
-constexpr Int memberFactorizations = 12;  // for one member of the family
-constexpr double exponents[] = {2.0, 1.7, 1.4, 1.2, 1.1, 1.05, 1.0};
-constexpr Int mostHalvings = 2;      // of the way to the next exponent
-constexpr Int mostBackSteps = 4;     // from an exponent that holds loosely alone
-constexpr double backFactor = 1.05;  // of each, on the exponent
 constexpr Int mostRounds = 60;       // of one share
 constexpr Int firstRounds = 2;       // each with a factor of its own: the forces are far from theirs
 constexpr Int mostMixed = 15;        // rounds with one factor
 constexpr double mostGrowth = 4.0;   // of the residual from its best: then the loads must be followed
 constexpr Int mostFollowed = 30;     // steps that follow them
+constexpr Int mostIndefinite = 2;    // of them with a tangent that is not positive definite
 constexpr Int followHalvings = 6;
 constexpr double differenceStep = 1e-5;  // mm
 constexpr double krylovTolerance = 0.05;
@@ -38,14 +33,6 @@ Anisotropy anisotropyOf(const RunOptions& options) {
   const auto given = [&](double r) { return r > 0.0 ? r : options.anisotropy; };
   return {given(press.r0), given(press.r45), given(press.r90),
           press.rolling * 3.14159265358979323846 / 180.0};
-}
-
-bool holds(const NewtonOutcome& found) {
-  return found.inverted == 0 && (found.end == SureEnd::minimum || found.end == SureEnd::stationary);
-}
-
-bool settled(const NewtonOutcome& found) {
-  return holds(found) || found.end == SureEnd::stopped;
 }
 
 }  // namespace
@@ -111,62 +98,16 @@ void PressPath::told(double exponent) {
   run_.record.press.loadsHeld = loads_ && (acting_.edge || acting_.tools());
 }
 
-/// One member of the family: without loads by minimisation, with loads by steps that follow them; the first member, far
-/// from them all, by both.
-NewtonOutcome PressPath::member(SureProblem& problem, double exponent, double limit) {
-  work_.choose(exponent);
-  NewtonOutcome found{SureEnd::minimum, {}, 0.0, 0};
-  if (!loads_ || problem.LOAD.length() == 0)
-    found = minimise(problem, {limit, !loads_ && limit < looseGradient, leastStretch,
-                               problem.counts.factorizations + memberFactorizations});
-  if (holds(found) && loads_) found = balance(problem, limit, true);
-  reportPressWork(run_, exponent, holds(found), found.value.gradient, found.smallest);
-  return found;
-}
-
-/// Down the exponents, each met loosely; one that fails is met half way from the last that held, twice. The last one is
-/// then met in full, or the one before it.
-NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
-  NewtonOutcome found{};
-  double from = 0.0;
-  for (std::size_t k = 0; k < std::size(exponents);) {
-    double to = exponents[k];
-    for (Int halving = 0; halving <= mostHalvings; ++halving, to = 0.5 * (from + to)) {
-      keep(problem, kept_);
-      found = member(problem, to, looseGradient);
-      if (settled(found)) break;
-      putBack(problem, kept_);
-      if (from == 0.0) return found;  // not even the first member
-    }
-    if (found.end == SureEnd::stopped) return found;
-    if (!holds(found)) break;
-    from = to;
-    while (k < std::size(exponents) && exponents[k] >= from) ++k;
-  }
-  // what holds loosely may not hold in full: then a little less is asked for
-  for (Int back = 0; back <= mostBackSteps; ++back, from *= backFactor) {
-    keep(problem, kept_);
-    found = member(problem, from, limit);
-    if (settled(found)) break;
-    putBack(problem, kept_);
-  }
-  if (holds(found)) {
-    told(from);
-    reportPressExponent(run_, from);
-  }
-  return found;
-}
-
 /// Newton's method with the loads of each round, then rounds mixed over one factor of the tangent, which knows no loads.
 /// Where these do not close in, steps that know how the loads follow.
 NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow) {
   NewtonOutcome found{SureEnd::tooLong, {}, 0.0, 0};
   mixing_.restart();
-  Int mixed = 0, followed = 0;
+  Int mixed = 0, followed = 0, indefinite = 0;
   bool exact = false, factored = false;
   double best = INFINITY;
   for (Int round = 1; round <= mostRounds; ++round, ++run_.record.press.rounds) {
-    freezeLoads(problem);
+    if (loads_) freezeLoads(problem);
     found.value = evaluateBlank(problem);
     const BlankShape shape = blankShape(problem.mesh, problem.RX);
     found.smallest = shape.smallest;
@@ -199,6 +140,7 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
     if (follow) {
       factored = true;
       if (followed++ == mostFollowed || !followingRound(problem, exact)) break;
+      if (!exact && ++indefinite == mostIndefinite) break;
     } else if (round <= firstRounds) {
       factored = true;
       if (!newtonRound(problem, found.value, exact)) follow = true;
@@ -252,13 +194,16 @@ bool PressPath::followingRound(SureProblem& problem, bool& exact) {
     problem.tangent.solve(problem.RB, W);
   };
   const double before = lengthOf(AHEAD);
-  krylov_.solve(product, AHEAD, krylovTolerance, STEP);
+  if (loads_)
+    krylov_.solve(product, AHEAD, krylovTolerance, STEP);
+  else
+    std::copy_n(ahead_.data(), ahead_.length(), step_.data());
   const double thin = blankShape(problem.mesh, BLANK).smallest;
   double t = 1.0;
   for (Int halving = 0; halving <= followHalvings; ++halving, t *= 0.5) {
     for (Int64 i = 1; i <= BLANK.length(); ++i) problem.RX(i) = BLANK(i) + t * STEP(i);
     if (blankShape(problem.mesh, problem.RX).smallest < 0.7 * thin) continue;
-    freezeLoads(problem);
+    if (loads_) freezeLoads(problem);
     evaluateBlank(problem);
     problem.tangent.solve(problem.RR, problem.RB);
     const double after = lengthOf(problem.RB);

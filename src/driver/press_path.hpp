@@ -30,6 +30,14 @@ bool middleOfSheet(const PressOptions& options, const DriverArrays& a, Table<con
 /// the energy of bending kept.
 PressTerms actingTerms(const PressOptions& options, const PressArrays& marks);
 
+/// Is the blank found that of a member?
+inline bool holds(const NewtonOutcome& found) {
+  return found.inverted == 0 && (found.end == SureEnd::minimum || found.end == SureEnd::stationary);
+}
+inline bool settled(const NewtonOutcome& found) {
+  return holds(found) || found.end == SureEnd::stopped;
+}
+
 class PressPath {
  public:
   /// CURVE: in, outlives the path, as the arrays of `marks` do.
@@ -60,6 +68,8 @@ class PressPath {
   NewtonOutcome atOnce(SureProblem& problem, double limit);
   NewtonOutcome member(SureProblem& problem, double exponent, double limit);
   NewtonOutcome downTheFamily(SureProblem& problem, double limit);
+  NewtonOutcome inFull(SureProblem& problem, double exponent, double limit);
+  void guess(SureProblem& problem, double before, double held, double to);
   void told(double exponent);
   NewtonOutcome balance(SureProblem& problem, double limit, bool follow);
   bool exactTangentHolds(SureProblem& problem);
@@ -105,7 +115,7 @@ class PressPath {
   OwnArray<double> weight_{"WEIGHT"}, load_{"LOAD"}, origin_{"ORIGIN"};
   Kept start_, kept_, best_, base_;
   Krylov krylov_;
-  OwnArray<double> residual_{"RESIDUAL"}, ahead_{"AHEAD"}, step_{"STEP"};
+  OwnArray<double> past_{"PAST"}, residual_{"RESIDUAL"}, ahead_{"AHEAD"}, step_{"STEP"};
 };
 
 }  // namespace tornwalzen
