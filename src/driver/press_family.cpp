@@ -21,10 +21,6 @@ constexpr double leastWay = 0.01;         // between two exponents
 constexpr Int mostBackSteps = 4;          // from an exponent that holds loosely alone, each twice the one before
 constexpr double thinnestGuess = 0.7;     // of the singular value that was
 
-bool isMinimum(const NewtonOutcome& found) {
-  return found.end == SureEnd::minimum && found.inverted == 0;
-}
-
 double exponentAfter(double exponent) {
   for (const double next : exponents)
     if (next < exponent) return next;
@@ -40,7 +36,7 @@ NewtonOutcome PressPath::member(SureProblem& problem, double exponent, double li
   if (exponent == exponents[0])
     found = minimise(problem, {memberGradient, false, leastStretch,
                                problem.counts.factorizations + firstFactorizations});
-  if (isMinimum(found)) found = balance(problem, limit, true);
+  if (holds(found)) found = balance(problem, limit, true);
   reportPressWork(run_, exponent, holds(found), found.value.gradient, found.smallest);
   return found;
 }
@@ -66,7 +62,7 @@ void PressPath::guess(SureProblem& problem, double before, double held, double t
 /// a way. The last one is then met in full.
 NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
   NewtonOutcome found = member(problem, exponents[0], memberGradient);
-  if (!isMinimum(found)) return found;
+  if (!holds(found)) return found;
   double before = 0.0, held = exponents[0], failed = 0.0;
   while (held > 1.0) {
     const double to = std::max(exponentAfter(held), 0.5 * (held + failed));
@@ -75,7 +71,7 @@ NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
     guess(problem, before, held, to);
     found = member(problem, to, memberGradient);
     if (found.end == SureEnd::stopped) return found;
-    if (isMinimum(found)) {
+    if (holds(found)) {
       std::copy_n(kept_.blank.data(), problem.RX.length(), past_.data());
       before = held;
       held = to;

@@ -17,13 +17,14 @@ namespace {
 constexpr double workScale = 50.0;        // MPa: S of sheet_work.hpp
 constexpr double looseGradient = 0.1;     // mm: on the way
 constexpr double leastStretch = 0.05;     // as long as the blank has no barrier
+constexpr double thinnestWay = 0.4;       // of the singular value that was: beyond, the blank runs away
 constexpr Int directFactorizations = 16;  // for the work without a way to it
 constexpr Int mostRounds = 60;       // of one share
 constexpr Int firstRounds = 2;       // each with a factor of its own: the forces are far from theirs
 constexpr Int mostMixed = 15;        // rounds with one factor
 constexpr double mostGrowth = 4.0;   // of the residual from its best: then the loads must be followed
 constexpr Int mostFollowed = 30;     // steps that follow them
-constexpr Int mostIndefinite = 2;    // of them with a tangent that is not positive definite
+constexpr Int mostIndefinite = 2;    // of them shortened, with a tangent that is not positive definite
 constexpr Int followHalvings = 6;
 constexpr double differenceStep = 1e-5;  // mm
 constexpr double krylovTolerance = 0.05;
@@ -82,7 +83,8 @@ NewtonOutcome PressPath::follow(SureProblem& problem, double limit) {
 /// W without a way to it, and all loads on its blank: what ordinary parts allow.
 NewtonOutcome PressPath::atOnce(SureProblem& problem, double limit) {
   work_.choose(1.0);
-  NewtonOutcome found = minimise(problem, {loads_ ? looseGradient : limit, !loads_, leastStretch,
+  const double least = std::max(leastStretch, thinnestWay * blankShape(problem.mesh, problem.RX).smallest);
+  NewtonOutcome found = minimise(problem, {loads_ ? looseGradient : limit, !loads_, least,
                                            problem.counts.factorizations + directFactorizations});
   reportPressWork(run_, 1.0, holds(found), found.value.gradient, found.smallest);
   if (holds(found) && loads_) {
@@ -139,8 +141,8 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
     }
     if (follow) {
       factored = true;
-      if (followed++ == mostFollowed || !followingRound(problem, exact)) break;
-      if (!exact && ++indefinite == mostIndefinite) break;
+      const double length = followed++ == mostFollowed ? 0.0 : followingRound(problem, exact);
+      if (length == 0.0 || (!exact && length < 1.0 && ++indefinite == mostIndefinite)) break;
     } else if (round <= firstRounds) {
       factored = true;
       if (!newtonRound(problem, found.value, exact)) follow = true;
@@ -168,15 +170,15 @@ bool PressPath::exactTangentHolds(SureProblem& problem) {
 
 /// One step of Newton's method on the whole residual, the loads following the blank: products by differences, the exact
 /// tangent without loads before them, a step length that shortens the step after it (P. Deuflhard, Newton methods for
-/// nonlinear problems, 2004). False: no length does.
-bool PressPath::followingRound(SureProblem& problem, bool& exact) {
-  if (!krylov_.prepare(problem.RX.length())) return false;
+/// nonlinear problems, 2004). Returns its length; 0: none does.
+double PressPath::followingRound(SureProblem& problem, bool& exact) {
+  if (!krylov_.prepare(problem.RX.length())) return 0.0;
   exact = false;
   potentialTangent(problem.mesh, problem.RX, problem.potential(0.0), problem.tangent.COLS(),
                    problem.tangent.ROWI(), problem.RB, problem.tangent.SYSM());
   problem.tangent.hold(problem.FREE);
   ++problem.counts.factorizations;
-  if (!problem.tangent.factorize()) return false;
+  if (!problem.tangent.factorize()) return 0.0;
   exact = problem.tangent.negativePivots() == 0;
   keep(problem, base_);
   const Vector<double> RESIDUAL = residual_.vector(), AHEAD = ahead_.vector(), STEP = step_.vector();
@@ -207,10 +209,10 @@ bool PressPath::followingRound(SureProblem& problem, bool& exact) {
     evaluateBlank(problem);
     problem.tangent.solve(problem.RR, problem.RB);
     const double after = lengthOf(problem.RB);
-    if (after < (1.0 - 0.25 * t) * before) return true;
+    if (after < (1.0 - 0.25 * t) * before) return t;
   }
   putBack(problem, base_);
-  return false;
+  return 0.0;
 }
 
 /// One step with a tangent of its own, exact if that is positive definite, and the loads as they stand.

@@ -73,7 +73,7 @@ class PressPath {
   void told(double exponent);
   NewtonOutcome balance(SureProblem& problem, double limit, bool follow);
   bool exactTangentHolds(SureProblem& problem);
-  bool followingRound(SureProblem& problem, bool& exact);
+  double followingRound(SureProblem& problem, bool& exact);
   bool newtonRound(SureProblem& problem, const SureValue& value, bool& exact);
 
   SheetView sheet();
