@@ -13,7 +13,6 @@ namespace tornwalzen {
 
 namespace {
 
-constexpr double memberGradient = 0.02;   // mm: on the way
 constexpr double leastStretch = 0.05;     // as long as the blank has no barrier
 constexpr Int firstFactorizations = 12;   // for the first member
 constexpr double exponents[] = {2.0, 1.7, 1.4, 1.2, 1.1, 1.05, 1.0};
@@ -34,7 +33,7 @@ NewtonOutcome PressPath::member(SureProblem& problem, double exponent, double li
   work_.choose(exponent);
   NewtonOutcome found{SureEnd::minimum, {}, 0.0, 0};
   if (exponent == exponents[0])
-    found = minimise(problem, {memberGradient, false, leastStretch,
+    found = minimise(problem, {looseGradient, false, leastStretch,
                                problem.counts.factorizations + firstFactorizations});
   if (holds(found)) found = balance(problem, limit, true);
   reportPressWork(run_, exponent, holds(found), found.value.gradient, found.smallest);
@@ -61,7 +60,7 @@ void PressPath::guess(SureProblem& problem, double before, double held, double t
 /// Each member loosely, from the ones before; one that fails is met half way from the last that held, as long as that is
 /// a way. The last one is then met in full.
 NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
-  NewtonOutcome found = member(problem, exponents[0], memberGradient);
+  NewtonOutcome found = member(problem, exponents[0], looseGradient);
   if (!holds(found)) return found;
   double before = 0.0, held = exponents[0], failed = 0.0;
   while (held > 1.0) {
@@ -69,7 +68,7 @@ NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
     if (held - to < leastWay) break;
     keep(problem, kept_);
     guess(problem, before, held, to);
-    found = member(problem, to, memberGradient);
+    found = member(problem, to, looseGradient);
     if (found.end == SureEnd::stopped) return found;
     if (holds(found)) {
       std::copy_n(kept_.blank.data(), problem.RX.length(), past_.data());

@@ -15,7 +15,6 @@ namespace tornwalzen {
 namespace {
 
 constexpr double workScale = 50.0;        // MPa: S of sheet_work.hpp
-constexpr double looseGradient = 0.1;     // mm: on the way
 constexpr double leastStretch = 0.05;     // as long as the blank has no barrier
 constexpr double thinnestWay = 0.4;       // of the singular value that was: beyond, the blank runs away
 constexpr Int directFactorizations = 16;  // for the work without a way to it
@@ -26,6 +25,9 @@ constexpr double mostGrowth = 4.0;   // of the residual from its best: then the 
 constexpr Int mostFollowed = 30;     // steps that follow them
 constexpr Int mostIndefinite = 2;    // of them shortened, with a tangent that is not positive definite
 constexpr Int followHalvings = 6;
+constexpr double settledMove = 1e-9;     // of the blank's size: the last move
+constexpr double settlingGain = 0.5;     // of the gradient, in a round that is worth it
+constexpr Int mostIdle = 3;              // rounds that were not
 constexpr double differenceStep = 1e-5;  // mm
 constexpr double krylovTolerance = 0.05;
 
@@ -34,6 +36,12 @@ Anisotropy anisotropyOf(const RunOptions& options) {
   const auto given = [&](double r) { return r > 0.0 ? r : options.anisotropy; };
   return {given(press.r0), given(press.r45), given(press.r90),
           press.rolling * 3.14159265358979323846 / 180.0};
+}
+
+double largestOf(Vector<const double> a) {
+  double largest = 0.0;
+  for (Int64 i = 1; i <= a.length(); ++i) largest = std::max(largest, std::fabs(a(i)));
+  return largest;
 }
 
 }  // namespace
@@ -105,9 +113,10 @@ void PressPath::told(double exponent) {
 NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow) {
   NewtonOutcome found{SureEnd::tooLong, {}, 0.0, 0};
   mixing_.restart();
-  Int mixed = 0, followed = 0, indefinite = 0;
+  Int mixed = 0, followed = 0, indefinite = 0, idle = 0;
   bool exact = false, factored = false;
-  double best = INFINITY;
+  double best = INFINITY, settled = INFINITY, move = INFINITY;
+  const double standing = settledMove * largestOf(problem.RX);
   for (Int round = 1; round <= mostRounds; ++round, ++run_.record.press.rounds) {
     if (loads_) freezeLoads(problem);
     found.value = evaluateBlank(problem);
@@ -120,10 +129,11 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
       found.end = SureEnd::stopped;
       return found;
     }
-    if (sound && found.value.gradient <= limit) {
-      if (!factored) exact = exactTangentHolds(problem);
-      found.end = exact ? SureEnd::minimum : SureEnd::stationary;
-      return found;
+    const bool met = sound && found.value.gradient <= limit;
+    if (met) {
+      if (!(found.value.gradient < settlingGain * settled)) ++idle;
+      settled = std::min(settled, found.value.gradient);
+      if (limit >= looseGradient || move <= standing || idle == mostIdle || mixed == mostMixed) break;
     }
     if (!follow && round > firstRounds &&
         (!sound || found.value.gradient > mostGrowth * best || mixed == mostMixed)) {
@@ -142,6 +152,7 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
     if (follow) {
       factored = true;
       const double length = followed++ == mostFollowed ? 0.0 : followingRound(problem, exact);
+      move = length * largestOf(step_.vector());
       if (length == 0.0 || (!exact && length < 1.0 && ++indefinite == mostIndefinite)) break;
     } else if (round <= firstRounds) {
       factored = true;
@@ -151,10 +162,14 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
       ++problem.counts.solves;
       mixing_.mix(problem.RX, problem.RB);
       for (Int64 i = 1; i <= problem.RX.length(); ++i) problem.RX(i) += problem.RB(i);
+      move = largestOf(problem.RB);
       ++mixed;
     }
   }
   found.end = SureEnd::noDescent;
+  if (!(found.value.gradient <= limit)) return found;
+  if (!factored) exact = exactTangentHolds(problem);
+  found.end = exact ? SureEnd::minimum : SureEnd::stationary;
   return found;
 }
 
@@ -186,8 +201,7 @@ double PressPath::followingRound(SureProblem& problem, bool& exact) {
   problem.tangent.solve(RESIDUAL, AHEAD);
   const Vector<double> BLANK = base_.blank.vector();
   const auto product = [&](Vector<const double> V, Vector<double> W) {
-    double largest = 0.0;
-    for (Int64 i = 1; i <= V.length(); ++i) largest = std::max(largest, std::fabs(V(i)));
+    const double largest = largestOf(V);
     const double h = largest > 0.0 ? differenceStep / largest : 1.0;
     for (Int64 i = 1; i <= V.length(); ++i) problem.RX(i) = BLANK(i) + h * V(i);
     freezeLoads(problem);

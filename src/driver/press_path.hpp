@@ -30,6 +30,8 @@ bool middleOfSheet(const PressOptions& options, const DriverArrays& a, Table<con
 /// the energy of bending kept.
 PressTerms actingTerms(const PressOptions& options, const PressArrays& marks);
 
+constexpr double looseGradient = 0.02;  // mm: on the way
+
 /// Is the blank found that of a member?
 inline bool holds(const NewtonOutcome& found) {
   return found.inverted == 0 && (found.end == SureEnd::minimum || found.end == SureEnd::stationary);
