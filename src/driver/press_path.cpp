@@ -17,7 +17,7 @@ namespace {
 constexpr double workScale = 50.0;        // MPa: S of sheet_work.hpp
 constexpr double leastStretch = 0.05;     // as long as the blank has no barrier
 constexpr double thinnestWay = 0.4;       // of the singular value that was: beyond, the blank runs away
-constexpr Int directFactorizations = 16;  // for the work without a way to it
+constexpr Int directFactorizations = 10;  // for the work without a way to it
 constexpr Int mostRounds = 60;       // of one share
 constexpr Int firstRounds = 2;       // each with a factor of its own: the forces are far from theirs
 constexpr Int mostMixed = 15;        // rounds with one factor
@@ -95,9 +95,13 @@ NewtonOutcome PressPath::atOnce(SureProblem& problem, double limit) {
   NewtonOutcome found = minimise(problem, {loads_ ? looseGradient : limit, !loads_, least,
                                            problem.counts.factorizations + directFactorizations});
   reportPressWork(run_, 1.0, holds(found), found.value.gradient, found.smallest);
-  if (holds(found) && loads_) {
-    found = balance(problem, limit, false);
-    reportPressLoads(run_, holds(found), found.value.gradient);
+  const bool slow = found.end == SureEnd::tooLong;  // a stiff sheet that turns: the energy holds its steps short
+  if (slow || (holds(found) && loads_)) {
+    found = balance(problem, limit, slow);
+    if (loads_)
+      reportPressLoads(run_, holds(found), found.value.gradient);
+    else
+      reportPressWork(run_, 1.0, holds(found), found.value.gradient, found.smallest);
   }
   if (holds(found)) told(1.0);
   return found;
