@@ -26,6 +26,7 @@ constexpr Int mostFollowed = 30;     // steps that follow them
 constexpr Int mostIndefinite = 2;    // of them shortened, with a tangent that is not positive definite
 constexpr Int followHalvings = 6;
 constexpr double settledMove = 1e-9;     // of the blank's size: the last move
+constexpr double looseMove = 3e-3;       // on the way
 constexpr double settlingGain = 0.5;     // of the gradient, in a round that is worth it
 constexpr Int mostIdle = 3;              // rounds that were not
 constexpr double differenceStep = 1e-5;  // mm
@@ -120,7 +121,7 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
   Int mixed = 0, followed = 0, indefinite = 0, idle = 0;
   bool exact = false, factored = false;
   double best = INFINITY, settled = INFINITY, move = INFINITY;
-  const double standing = settledMove * largestOf(problem.RX);
+  const double standing = (limit < looseGradient ? settledMove : looseMove) * largestOf(problem.RX);
   for (Int round = 1; round <= mostRounds; ++round, ++run_.record.press.rounds) {
     if (loads_) freezeLoads(problem);
     found.value = evaluateBlank(problem);
@@ -137,7 +138,7 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
     if (met) {
       if (!(found.value.gradient < settlingGain * settled)) ++idle;
       settled = std::min(settled, found.value.gradient);
-      if (limit >= looseGradient || move <= standing || idle == mostIdle || mixed == mostMixed) break;
+      if (move <= standing || idle == mostIdle || mixed == mostMixed) break;
     }
     if (!follow && round > firstRounds &&
         (!sound || found.value.gradient > mostGrowth * best || mixed == mostMixed)) {
