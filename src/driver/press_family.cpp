@@ -13,12 +13,12 @@ namespace tornwalzen {
 
 namespace {
 
-constexpr double leastStretch = 0.05;     // as long as the blank has no barrier
-constexpr Int firstFactorizations = 12;   // for the first member
+constexpr double leastStretch = 0.05;    // as long as the blank has no barrier
+constexpr Int firstFactorizations = 12;  // for the first member
 constexpr double exponents[] = {2.0, 1.7, 1.4, 1.2, 1.1, 1.05, 1.0};
-constexpr double leastWay = 0.01;         // between two exponents
-constexpr Int mostBackSteps = 4;          // from an exponent that holds loosely alone, each twice the one before
-constexpr double thinnestGuess = 0.7;     // of the singular value that was
+constexpr double leastWay = 0.01;      // between two exponents
+constexpr Int mostBackSteps = 4;       // from an exponent that holds loosely alone, each twice the one before
+constexpr double thinnestGuess = 0.7;  // of the singular value that was
 
 double exponentAfter(double exponent) {
   for (const double next : exponents)
@@ -33,8 +33,8 @@ NewtonOutcome PressPath::member(SureProblem& problem, double exponent, double li
   work_.choose(exponent);
   NewtonOutcome found{SureEnd::minimum, {}, 0.0, 0};
   if (exponent == exponents[0])
-    found = minimise(problem, {looseGradient, false, leastStretch,
-                               problem.counts.factorizations + firstFactorizations});
+    found = minimise(
+        problem, {looseGradient, false, leastStretch, problem.counts.factorizations + firstFactorizations});
   if (holds(found)) found = balance(problem, limit, true);
   reportPressWork(run_, exponent, holds(found), found.value.gradient, found.smallest);
   return found;

@@ -5,6 +5,7 @@
 #include "driver/press_path.hpp"
 #include "driver/press_report.hpp"
 #include "element/part_curvature.hpp"
+#include "forces/flange_of_rim.hpp"
 #include "forces/free_edges.hpp"
 
 namespace tornwalzen {
@@ -99,10 +100,11 @@ bool PressPath::markFlange(const double (&draw)[3]) {
   if (!flange_.allocate(ne) || !scratch.allocate(ne)) return false;
   Int marked = 0;
   if (options_.flangeOfRim)
-    marked = flangeOfRim(sheet(), TWIN_, plane_.vector(), draw, scratch.vector(), flange_.vector());
+    marked = flangeOfRim(sheet(), KNG_, TWIN_, plane_.vector(), draw, scratch.vector(), flange_.vector());
   else
     for (Int64 e = 1; e <= ne; ++e)
       marked += flange_.vector()(e) = e <= marks_.FLANGE.length() ? marks_.FLANGE(e) : 0;
+  if (marked < 0) return false;
   run_.record.press.flangeElements = marked;
   return true;
 }

@@ -18,12 +18,12 @@ constexpr double workScale = 50.0;        // MPa: S of sheet_work.hpp
 constexpr double leastStretch = 0.05;     // as long as the blank has no barrier
 constexpr double thinnestWay = 0.4;       // of the singular value that was: beyond, the blank runs away
 constexpr Int directFactorizations = 10;  // for the work without a way to it
-constexpr Int mostRounds = 60;       // of one share
-constexpr Int firstRounds = 2;       // each with a factor of its own: the forces are far from theirs
-constexpr Int mostMixed = 15;        // rounds with one factor
-constexpr double mostGrowth = 4.0;   // of the residual from its best: then the loads must be followed
-constexpr Int mostFollowed = 30;     // steps that follow them
-constexpr Int mostIndefinite = 2;    // of them shortened, with a tangent that is not positive definite
+constexpr Int mostRounds = 60;            // of one share
+constexpr Int firstRounds = 2;            // each with a factor of its own: the forces are far from theirs
+constexpr Int mostMixed = 15;             // rounds with one factor
+constexpr double mostGrowth = 4.0;        // of the residual from its best: then the loads must be followed
+constexpr Int mostFollowed = 30;          // steps that follow them
+constexpr Int mostIndefinite = 2;         // of them shortened, with a tangent that is not positive definite
 constexpr Int followHalvings = 6;
 constexpr double settledMove = 1e-9;     // of the blank's size: the last move
 constexpr double looseMove = 3e-3;       // on the way
@@ -96,7 +96,8 @@ NewtonOutcome PressPath::atOnce(SureProblem& problem, double limit) {
   NewtonOutcome found = minimise(problem, {loads_ ? looseGradient : limit, !loads_, least,
                                            problem.counts.factorizations + directFactorizations});
   reportPressWork(run_, 1.0, holds(found), found.value.gradient, found.smallest);
-  const bool slow = found.end == SureEnd::tooLong;  // a stiff sheet that turns: the energy holds its steps short
+  const bool slow =
+      found.end == SureEnd::tooLong;  // a stiff sheet that turns: the energy holds its steps short
   if (slow || (holds(found) && loads_)) {
     found = balance(problem, limit, slow);
     if (loads_)

@@ -4,15 +4,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "forces/free_edges.hpp"
-
 namespace tornwalzen {
 
 namespace {
 
-constexpr double slipScale = 0.2;            // mm
-constexpr double binderStiffness = 2000.0;   // N/mm³
-constexpr double flangeCosine = 0.99862953;  // 3 degrees
+constexpr double slipScale = 0.2;           // mm
+constexpr double binderStiffness = 2000.0;  // N/mm³
 
 double thicknessOf(const SheetView& sheet, Int e) {
   return sheet.thickness * (sheet.MAPS(1, e) * sheet.MAPS(4, e) - sheet.MAPS(2, e) * sheet.MAPS(3, e));
@@ -63,45 +60,6 @@ BinderGrip addBinderFriction(const SheetView& sheet, Vector<const Int> FLANGE, d
     if (PRESSURE(e) > 0.0) hold(sheet, e, 2.0 * mu * PRESSURE(e) * sheet.AREA(e), FORCE);
   }
   return grip;
-}
-
-Int flangeOfRim(const SheetView& sheet, Table<const Int> TWIN, Vector<const Int> PLANE,
-                const double (&draw)[3], Vector<Int> SCRATCH, Vector<Int> FLANGE) {
-  const Int elements = static_cast<Int>(sheet.INTA.rows());
-  const auto level = [&](Int e) {
-    const double a[3] = {sheet.AXES(1, e), sheet.AXES(2, e), sheet.AXES(3, e)},
-                 b[3] = {sheet.AXES(4, e), sheet.AXES(5, e), sheet.AXES(6, e)};
-    const double height = draw[0] * (a[1] * b[2] - a[2] * b[1]) + draw[1] * (a[2] * b[0] - a[0] * b[2]) +
-                          draw[2] * (a[0] * b[1] - a[1] * b[0]);
-    return std::fabs(height) >= flangeCosine;
-  };
-  // pieces are numbered from 2; 1: level and not yet in a piece
-  for (Int e = 1; e <= elements; ++e) FLANGE(e) = level(e) ? 1 : 0;
-  Int pieces = 1, best = 0;
-  double most = 0.0;
-  for (Int seed = 1; seed <= elements; ++seed) {
-    if (FLANGE(seed) != 1) continue;
-    FLANGE(seed) = ++pieces;
-    SCRATCH(1) = seed;
-    Int end = 1;
-    double area = 0.0;
-    bool rim = false;
-    for (Int at = 1; at <= end; ++at) {
-      const Int e = SCRATCH(at);
-      area += sheet.AREA(e);
-      for (Int k = 1; k <= 3; ++k) {
-        const Int f = acrossSide(TWIN, e, k);
-        rim = rim || freeSide(sheet.INTA, TWIN, PLANE, e, k);
-        if (f == 0 || FLANGE(f) != 1) continue;
-        FLANGE(f) = pieces;
-        SCRATCH(++end) = f;
-      }
-    }
-    if (rim && area > most) most = area, best = pieces;
-  }
-  Int count = 0;
-  for (Int e = 1; e <= elements; ++e) count += FLANGE(e) = best != 0 && FLANGE(e) == best ? 1 : 0;
-  return count;
 }
 
 }  // namespace tornwalzen

@@ -30,10 +30,4 @@ struct BinderGrip {
 BinderGrip addBinderFriction(const SheetView& sheet, Vector<const Int> FLANGE, double force, double mu,
                              Table<double> FORCE, Vector<double> PRESSURE);
 
-/// FLANGE: out, NE: 1 in the largest nearly flat area across the drawing direction that touches the rim, else 0. Nearly
-/// flat: within 3 degrees of `draw`, a unit vector, and joined over shared edges. Returns its number of triangles.
-/// SCRATCH: NE.
-Int flangeOfRim(const SheetView& sheet, Table<const Int> TWIN, Vector<const Int> PLANE,
-                const double (&draw)[3], Vector<Int> SCRATCH, Vector<Int> FLANGE);
-
 }  // namespace tornwalzen

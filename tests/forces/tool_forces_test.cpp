@@ -94,19 +94,6 @@ TEST_F(ToolForcesTest, TheDieSideHasItsOwnFriction) {
   EXPECT_NEAR(pressure()(1), -10.0, 1e-12);
 }
 
-TEST_F(ToolForcesTest, TheRimsFlatAreaIsTheFlange) {
-  std::vector<Int> PLANE(sheet.RX.size(), 0), scratch(FLANGE.size());
-  const double up[3] = {0.0, 0.0, 1.0};
-  // a step in the middle: four triangles stand upright
-  for (const std::size_t e : {10u, 11u, 22u, 23u}) sheet.AXES[6 * e + 5] = 1.0, sheet.AXES[6 * e + 4] = 0.0;
-  const Int count =
-      flangeOfRim(sheet.view(1.0), sheet.twins(), {"PLANE", PLANE.data(), 2 * sheet.nodes}, up,
-                  {"SCRATCH", scratch.data(), sheet.elements}, {"FLANGE", FLANGE.data(), sheet.elements});
-  EXPECT_EQ(count, sheet.elements - 4);
-  EXPECT_EQ(FLANGE[10], 0);
-  EXPECT_EQ(FLANGE[0], 1);
-}
-
 TEST_F(ToolForcesTest, ABeadHoldsBackWhatIsDrawnAcrossIt) {
   slide(7.0, 20.0);
   const Int a = sheet.node(3, 1), b = sheet.node(3, 2), side = sideBetween(sheet.triangles(), a, b);
