@@ -1,4 +1,4 @@
-"""Draws the picture of the drawn cup: outlines of the blanks, and thickness in the simulation and here.
+"""Draws the pictures of the drawn cup: outlines of the blanks, and thickness in the simulation and by both models.
 
 usage: verify_pictures.py FOLDER OUTPUT_FOLDER
 """
@@ -62,3 +62,17 @@ for axes, key, title in ((middle, "true_thickness_mm", "thickness in the simulat
     axes.set_aspect("equal")
 figure.colorbar(field, ax=[middle, right], shrink=0.9)
 figure.savefig(os.path.join(output, "drawn_cup.png"), dpi=72)
+
+fields = columns(folder, "press_fields.csv")
+figure, panels = plt.subplots(1, 3, figsize=(14, 4.4), constrained_layout=True)
+low = min(fields[key].min() for key in fields)
+high = max(fields[key].max() for key in fields)
+for axes, key, title in zip(panels, ("simulation_mm", "fixed_mm", "press_mm"),
+                            ("thickness in the simulation (mm)", "fixed model", "press model, with its process data")):
+    field = axes.tripcolor(nodes["u"], nodes["v"], corners, fields[key], vmin=low, vmax=high, cmap="viridis",
+                           rasterized=True)
+    axes.set_title(title)
+    axes.set_xlabel("u (mm)")
+    axes.set_aspect("equal")
+figure.colorbar(field, ax=list(panels), shrink=0.9)
+figure.savefig(os.path.join(output, "press_thickness.png"), dpi=72)

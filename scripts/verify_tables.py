@@ -99,6 +99,18 @@ def both_paths(folder):
                   "blanks apart (mm)", "factorizations, fixed", "sure"], lines)
 
 
+def press_survey(folder):
+    lines = [[r["part"], r["triangles"], r["tools"], r["end"],
+              *(["", "", ""] if r["end"] == "no flange" else [r["exponent"], r["thinnest_mm"], r["factorizations"]]),
+              r["seconds"]] for r in rows(folder, "press_survey.csv")]
+    return table(["part", "triangles", "tools", "end", "p", "thinnest (mm)", "factorizations", "seconds"], lines)
+
+
+def press_cost(folder):
+    lines = [[r["model"], r["factorizations"], r["seconds"], r["ratio"]] for r in rows(folder, "press_cost.csv")]
+    return table(["model", "factorizations", "processor time (s)", "over the first"], lines)
+
+
 def replaced(text, name, content):
     pattern = "(<!-- %s -->\n).*?(<!-- end -->)" % name
     result, count = re.subn(pattern, lambda m: m.group(1) + content + m.group(2), text, flags=re.S)
@@ -114,7 +126,9 @@ for name, source, make in (("developments", "developments.csv", developments), (
                            ("square cup", "square_cup.csv", square), ("press", "press.csv", press),
                            ("press developments", "press_developments.csv", press_developments),
                            ("sure path", "sure.csv", sure), ("both paths", "sure_fixed.csv", both_paths),
-                           ("press square cup", "press_square_cup.csv", press_square)):
+                           ("press square cup", "press_square_cup.csv", press_square),
+                           ("press survey", "press_survey.csv", press_survey),
+                           ("press cost", "press_cost.csv", press_cost)):
     if os.path.exists(os.path.join(folder, source)):
         text = replaced(text, name, make(folder))
 with open(document, "w") as file:

@@ -10,6 +10,7 @@
 
 #include "verification/developments.hpp"
 #include "verification/press_parts.hpp"
+#include "verification/press_survey.hpp"
 
 namespace {
 
@@ -209,5 +210,8 @@ int main(int argc, char** argv) {
   drawnParts(argv[1], argv[2]);
   pressDevelopments(argv[2]);
   squareCup(argv[2]);
+  verification::surveyParts(argv[1], argv[2]);
+  verification::measureCost(argv[1], argv[2]);
+  verification::writeFields(argv[1], argv[2]);
   return 0;
 }

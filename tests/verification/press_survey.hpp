@@ -1,0 +1,17 @@
+// Every sample and every real part under the press model, what the terms cost, and the fields of the drawn cup.
+#pragma once
+
+#include <string>
+
+namespace verification {
+
+/// OUT/press_survey.csv: one line per part, mesh and press: how far the run came, and its cost.
+void surveyParts(const std::string& parts, const std::string& out);
+
+/// OUT/press_cost.csv: processor time on the whole rectangular cup, over that of the sure path with the fixed model.
+void measureCost(const std::string& parts, const std::string& out);
+
+/// OUT/press_fields.csv: thickness of every element of the drawn cup in the simulation and by both models.
+void writeFields(const std::string& parts, const std::string& out);
+
+}  // namespace verification
