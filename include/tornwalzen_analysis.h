@@ -124,7 +124,8 @@ typedef struct TornwalzenPress {
   int32_t punch_above;   /* choice 4: 0 the punch comes from below, against the mean normal of the part turned to +z;
                                1 from above */
   int32_t flange_of_rim; /* choice 5: 1: the binder presses on the largest nearly flat area at the rim, across the
-                               drawing direction; 0: on the marks of tornwalzen_analysis_set_flange */
+                               drawing direction, its pieces at one height together; 0: on the marks of
+                               tornwalzen_analysis_set_flange */
   int32_t reserved;      /* 0 */
   double thickness_mm;   /* of the blank, > 0 */
   double young_mpa;      /* Young's modulus; 0: 206,000 */

@@ -64,7 +64,7 @@ figure.colorbar(field, ax=[middle, right], shrink=0.9)
 figure.savefig(os.path.join(output, "drawn_cup.png"), dpi=72)
 
 fields = columns(folder, "press_fields.csv")
-figure, panels = plt.subplots(1, 3, figsize=(14, 4.4), constrained_layout=True)
+figure, panels = plt.subplots(1, 3, figsize=(14, 4.8), constrained_layout=True)
 low = min(fields[key].min() for key in fields)
 high = max(fields[key].max() for key in fields)
 for axes, key, title in zip(panels, ("simulation_mm", "fixed_mm", "press_mm"),
@@ -75,4 +75,4 @@ for axes, key, title in zip(panels, ("simulation_mm", "fixed_mm", "press_mm"),
     axes.set_xlabel("u (mm)")
     axes.set_aspect("equal")
 figure.colorbar(field, ax=list(panels), shrink=0.9)
-figure.savefig(os.path.join(output, "press_thickness.png"), dpi=72)
+figure.savefig(os.path.join(output, "press_thickness.png"), dpi=64)

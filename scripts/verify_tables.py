@@ -106,6 +106,14 @@ def press_survey(folder):
     return table(["part", "triangles", "tools", "end", "p", "thinnest (mm)", "factorizations", "seconds"], lines)
 
 
+def press_rings(folder):
+    lines = [[r["cup"], r["radius_mm"], r["depth_mm"], r["friction"], r["binder_n"], r["r"], r["tools"], r["edge_mm"],
+              r["edge_rings_mm"], r["thinnest_mm"], r["thinnest_rings_mm"], r["thickest_mm"], r["thickest_rings_mm"]]
+             for r in rows(folder, "press_rings.csv")]
+    return table(["cup", "radius (mm)", "depth (mm)", "μ", "binder (N)", "r", "tools", "blank's radius (mm)", "rings",
+                  "thinnest (mm)", "rings", "thickest (mm)", "rings"], lines)
+
+
 def press_cost(folder):
     lines = [[r["model"], r["factorizations"], r["seconds"], r["ratio"]] for r in rows(folder, "press_cost.csv")]
     return table(["model", "factorizations", "processor time (s)", "over the first"], lines)
@@ -128,6 +136,7 @@ for name, source, make in (("developments", "developments.csv", developments), (
                            ("sure path", "sure.csv", sure), ("both paths", "sure_fixed.csv", both_paths),
                            ("press square cup", "press_square_cup.csv", press_square),
                            ("press survey", "press_survey.csv", press_survey),
+                           ("press rings", "press_rings.csv", press_rings),
                            ("press cost", "press_cost.csv", press_cost)):
     if os.path.exists(os.path.join(folder, source)):
         text = replaced(text, name, make(folder))

@@ -1,28 +1,15 @@
 // Round cups of several strokes, radii and frictions under the press model against a calculation in one dimension.
-#include "verification/axisymmetric_cup.hpp"
-
 #include <gtest/gtest.h>
 
-#include "verification/press_parts.hpp"
+#include "verification/axisymmetric_runs.hpp"
 
 namespace verification {
 namespace {
 
-struct Case {
-  const char* name;
-  RoundCup cup;
-  double friction, binder, r;  // binder: N on the whole cup
-};
-
-constexpr Case cases[] = {{"shallow", {50.0, 8.0, 6.0, 20.0, 3.0, 75.0}, 0.10, 20000.0, 1.0},
-                          {"deep", {50.0, 8.0, 6.0, 30.0, 3.0, 72.0}, 0.05, 40000.0, 1.0},
-                          {"small", {25.0, 6.0, 5.0, 14.0, 1.0, 40.0}, 0.15, 8000.0, 1.8},
-                          {"blunt", {40.0, 20.0, 10.0, 25.0, 10.0, 65.0}, 0.20, 15000.0, 0.7}};
-
-class AxisymmetricCupTest : public ::testing::TestWithParam<std::tuple<Case, bool>> {};
+class AxisymmetricCupTest : public ::testing::TestWithParam<std::tuple<RingCase, bool>> {};
 
 INSTANTIATE_TEST_SUITE_P(Cups, AxisymmetricCupTest,
-                         ::testing::Combine(::testing::ValuesIn(cases), ::testing::Bool()),
+                         ::testing::Combine(::testing::ValuesIn(ringCases), ::testing::Bool()),
                          [](const auto& which) {
                            return std::string(std::get<0>(which.param).name) +
                                   (std::get<1>(which.param) ? "WithTools" : "Alone");
@@ -30,43 +17,13 @@ INSTANTIATE_TEST_SUITE_P(Cups, AxisymmetricCupTest,
 
 TEST_P(AxisymmetricCupTest, OfEveryStrokeRadiusAndFriction) {
   const auto& [given, tools] = GetParam();
-  const RoundCup& cup = given.cup;
-  const RingLaw law{swiftSteel[0], swiftSteel[1], swiftSteel[2], 206000.0, given.r};
-  AxisymmetricCup rings(cup, law, {1.0, given.friction, given.binder, tools}, 0.4);
-  ASSERT_TRUE(rings.solve());
-
-  shapes::MeshChoice choice;
-  choice.triangles = 6000;
-  choice.quarter = true;
-  host_kit::HostPart part = host_kit::fromSheet(shapes::makeShape("round_cup", choice,
-                                                                  {{"radius", cup.radius},
-                                                                   {"punch_radius", cup.punchRadius},
-                                                                   {"die_radius", cup.dieRadius},
-                                                                   {"depth", cup.depth},
-                                                                   {"draft", cup.draft},
-                                                                   {"edge_radius", cup.edge}}));
-  host_kit::holdSymmetryPlanes(part);
-  const Handle handle = handleOf(part, false);
-  TornwalzenPress press = sheetOf(1.0);
-  press.r0 = press.r45 = press.r90 = given.r;
-  if (tools) {
-    press.friction_punch = press.friction_die = given.friction;
-    press.binder_force_n = 0.25 * given.binder;
-    press.flange_of_rim = 1;
-  }
-  const PressRun run = runPress(handle.get(), press);
-  ASSERT_EQ(run.code, TORNWALZEN_OK);
-  ASSERT_EQ(run.result.exponent, 1.0);
-  double least = INFINITY, most = 0.0;
-  for (const auto& [a, b] : outerEdge(part))
-    for (const std::size_t n : {a, b}) {
-      const double radius = std::hypot(run.RX[2 * n], run.RX[2 * n + 1]);
-      least = std::min(least, radius), most = std::max(most, radius);
-    }
-  EXPECT_NEAR(0.5 * (least + most), rings.edge(), 0.03);
-  EXPECT_LE(most - least, 0.01);
-  EXPECT_NEAR(run.result.thinnest_mm, rings.thinnest(), 0.001);
-  EXPECT_NEAR(run.result.thickest_mm, rings.thickest(), 0.001);
+  const RingComparison both = compareWithRings(given, tools, 6000, 0.4);
+  ASSERT_TRUE(both.solved);
+  ASSERT_EQ(both.exponent, 1.0);
+  EXPECT_NEAR(both.edge[0], both.edge[1], 0.03);
+  EXPECT_LE(both.spread, 0.01);
+  EXPECT_NEAR(both.thinnest[0], both.thinnest[1], 0.001);
+  EXPECT_NEAR(both.thickest[0], both.thickest[1], 0.001);
 }
 
 }  // namespace

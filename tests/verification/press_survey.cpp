@@ -8,7 +8,7 @@
 #include <ctime>
 #include <map>
 
-#include "verification/press_parts.hpp"
+#include "verification/axisymmetric_runs.hpp"
 
 namespace verification {
 
@@ -131,6 +131,23 @@ void surveyParts(const std::string& parts, const std::string& out) {
                    run.result.exponent, run.result.loads_held, run.result.thinnest_mm,
                    run.report.factorizations, run.result.rounds, seconds);
       std::fflush(file);
+    }
+  std::fclose(file);
+}
+
+void ringCups(const std::string& out) {
+  std::FILE* const file =
+      openTable(out + "/press_rings.csv",
+                "cup,radius_mm,depth_mm,friction,binder_n,r,tools,exponent,edge_mm,edge_rings_mm,thinnest_mm,"
+                "thinnest_rings_mm,thickest_mm,thickest_rings_mm");
+  for (const RingCase& one : ringCases)
+    for (const bool tools : {false, true}) {
+      const RingComparison both = compareWithRings(one, tools, 12000, 0.2);
+      if (!both.solved) continue;
+      std::fprintf(file, "%s,%g,%g,%g,%g,%g,%s,%g,%.4f,%.4f,%.4f,%.4f,%.4f,%.4f\n", one.name, one.cup.radius,
+                   one.cup.depth, one.friction, one.binder, one.r, tools ? "yes" : "no", both.exponent,
+                   both.edge[0], both.edge[1], both.thinnest[0], both.thinnest[1], both.thickest[0],
+                   both.thickest[1]);
     }
   std::fclose(file);
 }

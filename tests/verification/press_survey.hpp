@@ -8,6 +8,9 @@ namespace verification {
 /// OUT/press_survey.csv: one line per part, mesh and press: how far the run came, and its cost.
 void surveyParts(const std::string& parts, const std::string& out);
 
+/// OUT/press_rings.csv: round cups against the calculation in one dimension.
+void ringCups(const std::string& out);
+
 /// OUT/press_cost.csv: processor time on the whole rectangular cup, over that of the sure path with the fixed model.
 void measureCost(const std::string& parts, const std::string& out);
 

@@ -151,6 +151,7 @@ void squareCup(const std::string& out) {
   const CupMaterial materials[] = {
       {"steel, mean r", {565.32, 0.007117, 0.2589}, 0.78, 1.77, 1.77, 1.77, 0.144, 19600.0},
       {"steel", {565.32, 0.007117, 0.2589}, 0.78, 1.79, 1.51, 2.27, 0.144, 19600.0},
+      {"aluminium, mean r", {576.79, 0.01658, 0.3593}, 0.81, 0.6425, 0.6425, 0.6425, 0.162, 19600.0},
       {"aluminium", {576.79, 0.01658, 0.3593}, 0.81, 0.71, 0.58, 0.70, 0.162, 19600.0}};
   std::FILE* const file =
       open(out + "/press_square_cup.csv",
@@ -211,6 +212,7 @@ int main(int argc, char** argv) {
   pressDevelopments(argv[2]);
   squareCup(argv[2]);
   verification::surveyParts(argv[1], argv[2]);
+  verification::ringCups(argv[2]);
   verification::measureCost(argv[1], argv[2]);
   verification::writeFields(argv[1], argv[2]);
   return 0;
