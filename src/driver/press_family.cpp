@@ -20,6 +20,11 @@ constexpr double leastWay = 0.01;      // between two exponents
 constexpr Int mostBackSteps = 4;       // from an exponent that holds loosely alone, each twice the one before
 constexpr double thinnestGuess = 0.7;  // of the singular value that was
 
+/// As the reports write it.
+double fourDigits(double exponent) {
+  return std::round(1e4 * exponent) / 1e4;
+}
+
 double exponentAfter(double exponent) {
   for (const double next : exponents)
     if (next < exponent) return next;
@@ -64,7 +69,7 @@ NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
   if (!holds(found)) return found;
   double before = 0.0, held = exponents[0], failed = 0.0;
   while (held > 1.0) {
-    const double to = std::max(exponentAfter(held), 0.5 * (held + failed));
+    const double to = std::max(exponentAfter(held), fourDigits(0.5 * (held + failed)));
     if (held - to < leastWay) break;
     keep(problem, kept_);
     guess(problem, before, held, to);
@@ -86,7 +91,7 @@ NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
 NewtonOutcome PressPath::inFull(SureProblem& problem, double exponent, double limit) {
   NewtonOutcome found{};
   double way = leastWay;
-  for (Int back = 0; back <= mostBackSteps; ++back, exponent += way, way *= 2.0) {
+  for (Int back = 0; back <= mostBackSteps; ++back, exponent = fourDigits(exponent + way), way *= 2.0) {
     keep(problem, kept_);
     found = member(problem, exponent, limit);
     if (settled(found)) break;

@@ -87,11 +87,11 @@ void setMarks(TornwalzenAnalysis* handle, const Grid& grid, fuzz::ByteSource& by
 }
 
 std::vector<double> outcome(TornwalzenAnalysis* handle, const Grid& grid) {
-  std::vector<double> values{static_cast<double>(tornwalzen_analysis_run(handle))};
+  const std::int32_t code = tornwalzen_analysis_run(handle);
+  std::vector<double> values{static_cast<double>(code)};
   TornwalzenReport report{};
   report.size = sizeof report;
-  if (values[0] != TORNWALZEN_OK || tornwalzen_analysis_report(handle, &report) != TORNWALZEN_OK)
-    return values;
+  if (code != TORNWALZEN_OK || tornwalzen_analysis_report(handle, &report) != TORNWALZEN_OK) return values;
   values.push_back(report.converged);
   if (report.converged == 0) return values;
   const double* blank = tornwalzen_analysis_blank(handle);
@@ -105,13 +105,17 @@ std::vector<double> outcome(TornwalzenAnalysis* handle, const Grid& grid) {
                                result.punch_force_n});
   for (const double value : values) require(std::isfinite(value));
   require(result.exponent >= 1.0 && result.exponent <= 2.0 && result.thinnest_mm > 0.0);
+  std::int32_t left = 0;
   for (std::int32_t e = 0; e < grid.elements(); ++e) {
     const auto at = [&](int corner, int axis) {
       return blank[2 * (grid.inzi[static_cast<std::size_t>(3 * e + corner)] - 1) + axis];
     };
-    require((at(1, 0) - at(0, 0)) * (at(2, 1) - at(0, 1)) - (at(1, 1) - at(0, 1)) * (at(2, 0) - at(0, 0)) !=
-            0.0);
+    const double area =
+        (at(1, 0) - at(0, 0)) * (at(2, 1) - at(0, 1)) - (at(1, 1) - at(0, 1)) * (at(2, 0) - at(0, 0));
+    require(area != 0.0);
+    left += area > 0.0 ? 1 : 0;
   }
+  require(left == 0 || left == grid.elements());
   return values;
 }
 
