@@ -114,6 +114,11 @@ def press_rings(folder):
                   "thinnest (mm)", "rings", "thickest (mm)", "rings"], lines)
 
 
+def press_residual(folder):
+    return table(["terms", "largest force left on a node (N)"],
+                 [[r["terms"], r["largest_force_n"]] for r in rows(folder, "press_residual.csv")])
+
+
 def press_cost(folder):
     lines = [[r["model"], r["factorizations"], r["seconds"], r["ratio"]] for r in rows(folder, "press_cost.csv")]
     return table(["model", "factorizations", "processor time (s)", "over the first"], lines)
@@ -137,6 +142,7 @@ for name, source, make in (("developments", "developments.csv", developments), (
                            ("press square cup", "press_square_cup.csv", press_square),
                            ("press survey", "press_survey.csv", press_survey),
                            ("press rings", "press_rings.csv", press_rings),
+                           ("press residual", "press_residual.csv", press_residual),
                            ("press cost", "press_cost.csv", press_cost)):
     if os.path.exists(os.path.join(folder, source)):
         text = replaced(text, name, make(folder))

@@ -152,6 +152,38 @@ void ringCups(const std::string& out) {
   std::fclose(file);
 }
 
+void writeBlank(const std::string& out) {
+  constexpr double thickness = 0.78, r0 = 1.79, r45 = 1.51, r90 = 2.27, mu = 0.144, force = 4900.0;
+  shapes::MeshChoice choice;
+  choice.triangles = 3000;
+  choice.quarter = true;
+  host_kit::HostPart part =
+      host_kit::fromSheet(shapes::makeShape("square_cup", choice, {{"edge_on_axis", 46.5}}));
+  host_kit::holdSymmetryPlanes(part);
+  const Handle handle = handleOf(part, false);
+  tornwalzen_analysis_set_law(handle.get(), TORNWALZEN_SWIFT, steel, 1.0);
+  TornwalzenPress press = sheetOf(thickness);
+  press.r0 = r0, press.r45 = r45, press.r90 = r90;
+  press.friction_punch = press.friction_die = mu;
+  press.binder_force_n = force;
+  press.flange_of_rim = 1;
+  const PressRun run = runPress(handle.get(), press);
+  std::FILE* file = openTable(out + "/press_blank_nodes.csv", "x,y,z,u,v");
+  for (std::size_t n = 0; n < run.RX.size() / 2; ++n)
+    std::fprintf(file, "%.17g,%.17g,%.17g,%.17g,%.17g\n", part.knots[3 * n], part.knots[3 * n + 1],
+                 part.knots[3 * n + 2], run.RX[2 * n], run.RX[2 * n + 1]);
+  std::fclose(file);
+  file = openTable(out + "/press_blank_elements.csv", "n1,n2,n3");
+  for (std::size_t e = 0; e < part.inzi.size(); e += 3)
+    std::fprintf(file, "%d,%d,%d\n", part.inzi[e], part.inzi[e + 1], part.inzi[e + 2]);
+  std::fclose(file);
+  file = openTable(out + "/press_blank_process.csv",
+                   "K_mpa,prestrain,n,thickness_mm,young_mpa,r0,r45,r90,friction,binder_n,exponent");
+  std::fprintf(file, "%g,%g,%g,%g,206000,%g,%g,%g,%g,%g,%.17g\n", steel[0], steel[1], steel[2], thickness, r0,
+               r45, r90, mu, force, run.result.exponent);
+  std::fclose(file);
+}
+
 void measureCost(const std::string& parts, const std::string& out) {
   const Process& process = processes()[0];
   const DrawnCup cup = readDrawnPart(parts, process.name);

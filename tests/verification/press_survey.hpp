@@ -11,6 +11,9 @@ void surveyParts(const std::string& parts, const std::string& out);
 /// OUT/press_rings.csv: round cups against the calculation in one dimension.
 void ringCups(const std::string& out);
 
+/// OUT/press_blank_*.csv: the square cup with r0, r45, r90 and its blank, for scripts/verify_residual.py.
+void writeBlank(const std::string& out);
+
 /// OUT/press_cost.csv: processor time on the whole rectangular cup, over that of the sure path with the fixed model.
 void measureCost(const std::string& parts, const std::string& out);
 

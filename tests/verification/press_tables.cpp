@@ -213,6 +213,7 @@ int main(int argc, char** argv) {
   squareCup(argv[2]);
   verification::surveyParts(argv[1], argv[2]);
   verification::ringCups(argv[2]);
+  verification::writeBlank(argv[2]);
   verification::measureCost(argv[1], argv[2]);
   verification::writeFields(argv[1], argv[2]);
   return 0;
