@@ -127,7 +127,7 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, Ru
     ++runs;
     const bool better =
         other.report.converged == 1 &&
-        (run.report.converged == 0 || other.report.energy < run.report.energy ||
+        (run.report.converged == 0 || isNearer(other, run) ||
          (judge(part, run).worth == Worth::notABlank && judge(part, other).worth != Worth::notABlank));
     if (better) {
       std::swap(run, other);

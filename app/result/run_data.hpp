@@ -92,6 +92,7 @@ struct RunOutput {
   std::vector<TornwalzenElementStrain> strains;  // per element, between part and blank
   TornwalzenReport report{};
   TornwalzenPressResult press{};        // of the press model, else zero
+  bool loadsGiven = false;              // friction, a binder, beads or free edges were asked for
   std::vector<double> contact, binder;  // MPa per element, of the press model with tools; else empty
   std::int64_t matrixEntries = 0;       // stored entries of the global matrix
   PhaseTimes times;                     // of the structure's phases: when it was set up

@@ -91,7 +91,11 @@ RunOutput LibraryRun::run(const RunSettings& settings, const RunListener& listen
     throw Failure(std::string(tornwalzen_analysis_error_text(handle_.get(), code, 1)), exitRefused);
   if (code != TORNWALZEN_OK)
     throw libraryFailure(handle_.get(), code, "could not set up the equations of " + size_);
-  return collect();
+  RunOutput output = collect();
+  const TornwalzenPress& press = settings.press.press;
+  output.loadsGiven = settings.press.chosen && (press.friction_punch > 0.0 || press.friction_die > 0.0 ||
+                                                press.edge == TORNWALZEN_ON || !settings.press.beads.empty());
+  return output;
 }
 
 RunOutput LibraryRun::collect() {

@@ -124,6 +124,21 @@ std::vector<std::string> faults(const Part& part, const RunOutput& run) {
   return why;
 }
 
+// What the sheet does not bear: another start finds the same.
+std::vector<std::string> strengthDoubts(const RunOutput& run) {
+  std::vector<std::string> why;
+  if (run.press.loads_held == 1 && run.report.minimum_certified == 0)
+    why.push_back(
+        "the sheet is at the limit of its strength: the tangent without the tools is not positive definite");
+  if (run.loadsGiven && run.press.loads_held == 0)
+    why.push_back(
+        "the sheet does not bear the tools' forces that were given: the blank is that of the work alone");
+  if (run.press.exponent > 1.0)
+    why.push_back("the press model held down to the exponent " + decimal(run.press.exponent) +
+                  " alone; 1 is the work of deformation itself");
+  return why;
+}
+
 // What makes a blank doubtful.
 std::vector<std::string> doubts(const Part& part, const RunOutput& run) {
   const TornwalzenReport& r = run.report;
@@ -131,12 +146,7 @@ std::vector<std::string> doubts(const Part& part, const RunOutput& run) {
   if (r.checked == 0) why.push_back("there was no memory to check the blank");
   if (r.path == 0 && r.minimum_certified == 0)
     why.push_back("the last tangent was not positive definite: the equilibrium may be no minimum");
-  if (run.press.loads_held == 1 && r.minimum_certified == 0)
-    why.push_back(
-        "the sheet is at the limit of its strength: the tangent without the tools is not positive definite");
-  if (run.press.exponent > 1.0)
-    why.push_back("the press model held down to the exponent " + decimal(run.press.exponent) +
-                  " alone; 1 is the work of deformation itself");
+  for (std::string& limit : strengthDoubts(run)) why.push_back(std::move(limit));
   if (r.accepted_unconverged > 0)
     why.push_back(counted(r.accepted_unconverged, "increment") + " on the way did not converge");
   if (r.share_beyond_one > strainShare)
@@ -167,7 +177,14 @@ Verdict judge(const Part& part, const RunOutput& run) {
 bool secondStartMayHelp(const Verdict& verdict, const RunOutput& run) {
   const TornwalzenReport& report = run.report;
   if (report.path != 1 || report.refusal != 0 || report.reason == TORNWALZEN_STOPPED_BY_HOST) return false;
-  return verdict.worth != Worth::good || (report.checked == 1 && report.undercut_share > undercutShare);
+  if (report.checked == 1 && report.undercut_share > undercutShare) return true;
+  if (verdict.worth == Worth::doubtful) return verdict.why.size() > strengthDoubts(run).size();
+  return verdict.worth != Worth::good;
+}
+
+bool isNearer(const RunOutput& one, const RunOutput& other) {
+  if (one.press.exponent != other.press.exponent) return one.press.exponent < other.press.exponent;
+  return one.report.energy < other.report.energy;
 }
 
 SecondStart compareStarts(const RunOutput& taken, const RunOutput& other, bool secondTaken) {

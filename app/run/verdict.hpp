@@ -13,6 +13,9 @@ Verdict judge(const Part& part, const RunOutput& run);
 // has undercut.
 bool secondStartMayHelp(const Verdict& verdict, const RunOutput& run);
 
+// Of two converged runs: is `one` nearer to the work itself, or as near and of the lower potential?
+bool isNearer(const RunOutput& one, const RunOutput& other);
+
 // What two runs of the sure path from different starts tell of one another. Both in mm; `taken` is the one whose blank
 // is kept.
 SecondStart compareStarts(const RunOutput& taken, const RunOutput& other, bool secondTaken);

@@ -75,7 +75,7 @@ NewtonOutcome PressPath::downTheFamily(SureProblem& problem, double limit) {
     guess(problem, before, held, to);
     found = member(problem, to, looseGradient);
     if (found.end == SureEnd::stopped) return found;
-    if (holds(found)) {
+    if (stands(found)) {
       std::copy_n(kept_.blank.data(), problem.RX.length(), past_.data());
       before = held;
       held = to;
@@ -94,12 +94,14 @@ NewtonOutcome PressPath::inFull(SureProblem& problem, double exponent, double li
   for (Int back = 0; back <= mostBackSteps; ++back, exponent = fourDigits(exponent + way), way *= 2.0) {
     keep(problem, kept_);
     found = member(problem, exponent, limit);
-    if (settled(found)) break;
+    if (stands(found) || found.end == SureEnd::stopped) break;
     putBack(problem, kept_);
   }
-  if (holds(found)) {
+  if (stands(found)) {
     told(exponent);
     reportPressExponent(run_, exponent);
+  } else if (holds(found)) {
+    found.end = SureEnd::noDescent;
   }
   return found;
 }

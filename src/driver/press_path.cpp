@@ -76,7 +76,7 @@ NewtonOutcome PressPath::follow(SureProblem& problem, double limit) {
   term_->turnCurvature(mesh_, problem.RX);
   keep(problem, start_);
   NewtonOutcome found = atOnce(problem, limit);
-  if (!settled(found)) {
+  if (!stands(found) && found.end != SureEnd::stopped) {
     putBack(problem, start_);
     found = downTheFamily(problem, limit);
   }
@@ -105,8 +105,13 @@ NewtonOutcome PressPath::atOnce(SureProblem& problem, double limit) {
     else
       reportPressWork(run_, 1.0, holds(found), found.value.gradient, found.smallest);
   }
-  if (holds(found)) told(1.0);
+  if (stands(found)) told(1.0);
   return found;
+}
+
+/// Is that a blank to go on from or to end with? Without loads beside the potential only a minimum is.
+bool PressPath::stands(const NewtonOutcome& found) const {
+  return holds(found) && (found.end == SureEnd::minimum || (loads_ && (acting_.edge || acting_.tools())));
 }
 
 void PressPath::told(double exponent) {

@@ -73,6 +73,7 @@ class PressPath {
   NewtonOutcome inFull(SureProblem& problem, double exponent, double limit);
   void guess(SureProblem& problem, double before, double held, double to);
   void told(double exponent);
+  bool stands(const NewtonOutcome& found) const;
   NewtonOutcome balance(SureProblem& problem, double limit, bool follow);
   bool exactTangentHolds(SureProblem& problem);
   double followingRound(SureProblem& problem, bool& exact);

@@ -278,5 +278,69 @@ TEST_F(PressTest, StopsAtTheHostsWord) {
   EXPECT_EQ(reportOf(handle).reason, TORNWALZEN_STOPPED_BY_HOST);
 }
 
+struct StopAt {
+  int limit, steps;
+};
+
+/// Ends the run at the limit-th step of the press path.
+int stopAt(void* data, const TornwalzenStep* step) {
+  StopAt& stop = *static_cast<StopAt*>(data);
+  return step->phase == TORNWALZEN_PHASE_PRESS && ++stop.steps == stop.limit ? 1 : 0;
+}
+
+// A collar that is too much for its sheet goes all the way through the family.
+struct StrainedTest : PressTest {
+  void SetUp() override {
+    PressTest::SetUp();
+    part = samplePart("flanged_hole", 800);
+    ASSERT_EQ(take(handle, part), 0);
+  }
+};
+
+TEST_F(StrainedTest, StopsAtEveryStepOnTheWay) {
+  for (const TornwalzenPress& press : {sheet(), allTools()}) {
+    model(press);
+    StopAt stop{0, 0};
+    ASSERT_EQ(tornwalzen_analysis_on_step(handle.get(), stopAt, &stop), 0);
+    ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+    ASSERT_EQ(reportOf(handle).converged, 1);
+    const int all = stop.steps;
+    ASSERT_GT(all, 8);
+    for (int limit = 1; limit <= all; limit += 3) {
+      stop = {limit, 0};
+      ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+      EXPECT_EQ(reportOf(handle).reason, TORNWALZEN_STOPPED_BY_HOST) << limit;
+      EXPECT_EQ(stop.steps, limit);
+    }
+  }
+}
+
+TEST_F(StrainedTest, WithoutToolsItEndsInAMinimumOfALaterMember) {
+  model(sheet());
+  ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_EQ(reportOf(handle).converged, 1);
+  EXPECT_EQ(reportOf(handle).minimum_certified, 1);
+  EXPECT_GT(resultOf(handle).exponent, 1.0);
+  EXPECT_LT(resultOf(handle).exponent, 1.3);
+  TornwalzenPress planar = sheet();
+  planar.r0 = 1.8, planar.r45 = 1.5, planar.r90 = 2.2;
+  model(planar);
+  ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_EQ(reportOf(handle).minimum_certified, 1);
+}
+
+TEST_F(PressTest, ForcesBeyondTheSheetAreLeftAndTold) {
+  TornwalzenPress press = allTools();
+  press.friction_punch = press.friction_die = 1.0;
+  press.binder_force_n = 1e8;
+  model(press);
+  ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_EQ(reportOf(handle).converged, 1);
+  EXPECT_EQ(reportOf(handle).minimum_certified, 1);
+  const TornwalzenPressResult result = resultOf(handle);
+  EXPECT_EQ(result.loads_held + result.edge + result.contact + result.binder, 0);
+  EXPECT_EQ(result.exponent, 1.0);
+}
+
 }  // namespace
 }  // namespace extension

@@ -208,3 +208,33 @@ TEST(Verdict, StartsThatDisagreeMakeTheBlankDoubtful) {
   EXPECT_EQ(verdict.why[0],
             "a second start ends in another blank: potential 6 against 5 mm2 of the one taken");
 }
+
+TEST(Verdict, WhatTheSheetDoesNotBearIsDoubtfulAndNoMatterOfTheStart) {
+  SampleRun sample;
+  sample.run.report.path = 1;
+  sample.run.report.checked = 1;
+  sample.run.report.minimum_certified = 1;
+  sample.run.press.exponent = 1.0;
+  EXPECT_EQ(verdictOf(sample).worth, Worth::good);
+  sample.run.loadsGiven = true;
+  EXPECT_THAT(verdictOf(sample).why, testing::ElementsAre(HasSubstr("does not bear the tools' forces")));
+  sample.run.press.exponent = 1.1225;
+  EXPECT_THAT(verdictOf(sample).why, testing::Contains(HasSubstr("down to the exponent 1.1225 alone")));
+  sample.run.press.loads_held = 1;
+  sample.run.report.minimum_certified = 0;
+  const Verdict verdict = verdictOf(sample);
+  EXPECT_EQ(verdict.why.size(), 2u);
+  EXPECT_FALSE(secondStartMayHelp(verdict, sample.run));
+  sample.run.report.share_beyond_one = 0.5;
+  EXPECT_TRUE(secondStartMayHelp(verdictOf(sample), sample.run));
+}
+
+TEST(Verdict, OfTwoBlanksTheOneNearerToTheWorkIsTaken) {
+  RunOutput low, high;
+  low.press.exponent = 1.1, low.report.energy = 5.0;
+  high.press.exponent = 1.2, high.report.energy = 4.0;
+  EXPECT_TRUE(isNearer(low, high));
+  EXPECT_FALSE(isNearer(high, low));
+  high.press.exponent = 1.1;
+  EXPECT_TRUE(isNearer(high, low));
+}
