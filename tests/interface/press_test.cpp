@@ -306,7 +306,7 @@ TEST_F(StrainedTest, StopsAtEveryStepOnTheWay) {
     ASSERT_EQ(reportOf(handle).converged, 1);
     const int all = stop.steps;
     ASSERT_GT(all, 8);
-    for (int limit = 1; limit <= all; limit += 3) {
+    for (int limit = 1; limit <= all; limit += 9) {
       stop = {limit, 0};
       ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
       EXPECT_EQ(reportOf(handle).reason, TORNWALZEN_STOPPED_BY_HOST) << limit;
