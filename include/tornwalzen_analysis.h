@@ -141,7 +141,8 @@ typedef struct TornwalzenPress {
    analysis runs. press: in. */
 TORNWALZEN_API int32_t tornwalzen_analysis_set_press(TornwalzenAnalysis* analysis, const TornwalzenPress* press);
 
-/* Which triangles of the mesh the binder presses on: marks: in, int32[ne], 1 or 0; null: none. A new mesh forgets them. */
+/* Which triangles of the mesh the binder presses on: marks: in, int32[ne], 1 or 0; null, or 0 throughout:
+   none. A new mesh forgets them. */
 TORNWALZEN_API int32_t tornwalzen_analysis_set_flange(TornwalzenAnalysis* analysis, const int32_t* marks);
 
 /*

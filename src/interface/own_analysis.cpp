@@ -1,6 +1,7 @@
 // The same steps as the call protocol of tornwalzen.h, in memory of our own.
 #include "interface/own_analysis.hpp"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -142,7 +143,7 @@ PressArrays OwnAnalysis::pressArrays() {
 }
 
 Int OwnAnalysis::takeFlange(const Int* marks) {
-  if (marks == nullptr) {
+  if (marks == nullptr || std::all_of(marks, marks + run.nele, [](Int mark) { return mark == 0; })) {
     FLANGE_.release();
     return TORNWALZEN_OK;
   }

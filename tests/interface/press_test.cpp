@@ -121,6 +121,15 @@ TEST_F(PressTest, RefusesToRunWithoutWhatItNeeds) {
   EXPECT_EQ(tornwalzen_analysis_run(handle.get()), TORNWALZEN_PRESS_WITHOUT_CURVE);
 }
 
+TEST_F(PressTest, MarksThatAreAllZeroAreNoFlange) {
+  TornwalzenPress press = allTools();
+  press.flange_of_rim = 0;
+  model(press);
+  const std::vector<std::int32_t> marks(static_cast<std::size_t>(part.elements()), 0);
+  ASSERT_EQ(tornwalzen_analysis_set_flange(handle.get(), marks.data()), 0);
+  EXPECT_EQ(tornwalzen_analysis_run(handle.get()), TORNWALZEN_NO_FLANGE);
+}
+
 TEST_F(PressTest, RefusesFlangeMarksAndBeadsThatAreNone) {
   std::vector<std::int32_t> marks(static_cast<std::size_t>(part.elements()), 0);
   marks[6] = 3;
