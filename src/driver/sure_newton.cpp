@@ -12,7 +12,7 @@ namespace tornwalzen {
 
 namespace {
 
-constexpr double quadraticDecrease = 1e-2;  // of the energy: below it a full step asks for the exact tangent
+constexpr double quadraticDecrease = 5e-2;  // of the energy: below it a full step asks for the exact tangent
 constexpr double patience = 0.3;            // what each failure of an exact tangent multiplies that with
 constexpr double exactStep = 0.25;          // an exact step this long is followed by another
 constexpr Int failuresBeforeSoft = 3;

@@ -50,9 +50,9 @@ bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI) 
   return true;
 }
 
-/// Memory as long as the next step needs, what stands in WORK kept.
+/// Memory as long as the next step needs, what stands in WORK kept; in RWORK nothing stands before the factorization.
 bool SparseSystem::enlarge() {
-  if (!work_.resize(ownState_.niwreq) || !rwork_.resize(ownState_.nrkreq)) {
+  if (!work_.resize(ownState_.niwreq) || !rwork_.allocate(ownState_.nrkreq)) {
     failSolver(run_, noMemory);
     return false;
   }
