@@ -101,7 +101,7 @@ class SurePath {
     reportSharpElements(run_, sharp);
     measureAreas(run_, a_);
     const StartKind kind = run_.options.patchStart ? StartKind::flatPatch : StartKind::projection;
-    if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) ||
+    if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) || !memory_.allocate(run_.neq) || !factored_.allocate(run_.neq) ||
         !start_.look(kind, a_.INTA, a_.KNG))
       return noMemory();
     if (run_.options.press.chosen && run_.options.press.meshSide != MeshSide::middle) {
@@ -181,7 +181,7 @@ class SurePath {
     for (;;) {
       holds_.standing(a_.RX, free_.vector());
       SureProblem problem{run_,  mesh(), &overPart_, thresholdAtStart, free_.vector(), tangent_, joiner_,
-                          a_.RX, a_.RR,  a_.RB,      a_.RXA,           a_.TEMP,        counts_};
+                          a_.RX, a_.RR,  a_.RB,      a_.RXA,           a_.TEMP, factored_.vector(), memory_, counts_};
       NewtonOutcome found;
       if (run_.options.press.chosen) {
         found = minimise(problem, {referenceGradient, false, -INFINITY, mostFactorizations});
@@ -284,8 +284,9 @@ class SurePath {
   PressPath press_;
   SureStart start_;
   BlankHolds holds_{{}, {}};
-  OwnArray<double> frames_{"FRAMES"}, middle_{"MIDDLE"};
+  OwnArray<double> frames_{"FRAMES"}, middle_{"MIDDLE"}, factored_{"FACTORED"};
   OwnArray<Int> free_{"FREE"}, used_{"USED"};
+  ChordMemory memory_;
   SureCounts counts_;
   RunEnd gaveUp_ = RunEnd::gaveUp;
 };

@@ -111,6 +111,17 @@ void turnedLoads(const PotentialMesh& mesh, Vector<const double> RX, Vector<cons
   }
 }
 
+bool stretchesWithin(const PotentialMesh& mesh, Vector<const double> FROM, Vector<const double> TO,
+                     double limit) {
+  for (Int e = 1; e <= mesh.FRAMES.columns(); ++e) {
+    const SingularValues a = singularValues(blankMap(e, mesh.INTA, mesh.FRAMES, FROM)),
+                         b = singularValues(blankMap(e, mesh.INTA, mesh.FRAMES, TO));
+    if (!(std::fabs(b.s1 - a.s1) <= limit * a.s1 && std::fabs(b.s2 - a.s2) <= limit * std::fabs(a.s2)))
+      return false;
+  }
+  return true;
+}
+
 double stepToInversion(const PotentialMesh& mesh, Vector<const double> RX, Vector<const double> RB) {
   double least = std::numeric_limits<double>::infinity();
   for (Int e = 1; e <= mesh.FRAMES.columns(); ++e) {
