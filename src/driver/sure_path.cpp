@@ -17,6 +17,7 @@
 #include "driver/sure_report.hpp"
 #include "driver/sure_start.hpp"
 #include "element/assembly.hpp"
+#include "element/lanes/lane_pass.hpp"
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
 #include "sparse/factor_statistics.hpp"
@@ -119,7 +120,7 @@ class SurePath {
 
   bool turnable() const { return overPart_.turnable() && (!run_.options.press.chosen || press_.turnable()); }
 
-  PotentialMesh mesh() { return {a_.INTA, frames_.table(run_.nele)}; }
+  PotentialMesh mesh() { return {a_.INTA, frames_.table(run_.nele), &lanesOf(run_), run_.pool.get()}; }
 
   /// The starting blank, in RX and KNA.
   bool start() {

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "ground/array_view.hpp"
+#include "ground/own_array.hpp"
 
 namespace tornwalzen {
 
@@ -25,6 +25,11 @@ class ThreadPool {
   ThreadPool& operator=(const ThreadPool&) = delete;
 
   Int threads() const { return threads_; }
+
+  /// Memory for a job, at least so many doubles from a cache line on, kept until a later job needs more: what it holds
+  /// is gone with the job. Null where it cannot be had.
+  double* scratch(Int64 doubles);
+  Int64 scratchBytes() const { return static_cast<Int64>(sizeof(double)) * scratch_.length(); }
 
   /// One worker's part in a job. All workers of a job must come to the same meetings and shares in the same order.
   class Worker {
@@ -75,6 +80,7 @@ class ThreadPool {
   Int threads_;
   std::vector<std::thread> helpers_;
   const long process_;
+  OwnArray<double> scratch_{"scratch"};
   const void* job_ = nullptr;
   void (*call_)(const void*, Worker&) = nullptr;  // null: the helpers end
   Int64 takenBefore_ = 0;                         // numbers handed out before the job

@@ -15,9 +15,10 @@ inline Lanes squareRoot(Lanes x) {
 }  // namespace
 
 #include "element/lanes/element_lanes_body.hpp"
+#include "element/lanes/map_lanes_body.hpp"
 
 namespace tornwalzen {
 
-const ElementLanes avx512ElementLanes = {"avx512", evaluate};
+const ElementLanes avx512ElementLanes = {"avx512", evaluate, evaluateOverPart};
 
 }  // namespace tornwalzen

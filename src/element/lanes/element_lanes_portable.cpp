@@ -14,9 +14,10 @@ inline Lanes squareRoot(Lanes x) {
 }  // namespace
 
 #include "element/lanes/element_lanes_body.hpp"
+#include "element/lanes/map_lanes_body.hpp"
 
 namespace tornwalzen {
 
-const ElementLanes portableElementLanes = {"portable", evaluate};
+const ElementLanes portableElementLanes = {"portable", evaluate, evaluateOverPart};
 
 }  // namespace tornwalzen
