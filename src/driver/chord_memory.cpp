@@ -5,19 +5,22 @@ namespace tornwalzen {
 
 namespace {
 
-double dot(Vector<const double> a, Vector<const double> b) {
-  double sum = 0.0;
-  for (Int64 i = 1; i <= a.length(); ++i) sum += a(i) * b(i);
-  return sum;
+constexpr Int64 leastMoved = 16384;  // unknowns of a range
+
+double dot(ThreadPool* pool, Vector<const double> a, Vector<const double> b) {
+  return sumInParts(pool, a.length(), [&](Int64 i) { return a(i) * b(i); });
 }
 
-void add(double factor, Vector<const double> a, Vector<double> b) {
-  for (Int64 i = 1; i <= a.length(); ++i) b(i) += factor * a(i);
+void add(ThreadPool* pool, double factor, Vector<const double> a, Vector<double> b) {
+  inRanges(pool, a.length(), leastMoved, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) b(i) += factor * a(i);
+  });
 }
 
 }  // namespace
 
-bool ChordMemory::allocate(Int64 length) {
+bool ChordMemory::allocate(ThreadPool* pool, Int64 length) {
+  pool_ = pool;
   length_ = length;
   pairs_ = 0;
   return moves_.allocate((mostPairs + 1) * length) && changes_.allocate((mostPairs + 1) * length);
@@ -34,21 +37,25 @@ Vector<const double> ChordMemory::change(Int pair) const {
 void ChordMemory::begin(Vector<const double> RX, Vector<const double> RR) {
   double* const S = moves_.data() + pairs_ * length_;
   double* const Y = changes_.data() + pairs_ * length_;
-  for (Int64 i = 1; i <= length_; ++i) {
-    S[i - 1] = RX(i);
-    Y[i - 1] = RR(i);
-  }
+  inRanges(pool_, length_, leastMoved, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) {
+      S[i - 1] = RX(i);
+      Y[i - 1] = RR(i);
+    }
+  });
 }
 
 void ChordMemory::end(Vector<const double> RX, Vector<const double> RR) {
   if (pairs_ == mostPairs) return;
   double* const S = moves_.data() + pairs_ * length_;
   double* const Y = changes_.data() + pairs_ * length_;
-  for (Int64 i = 1; i <= length_; ++i) {
-    S[i - 1] = RX(i) - S[i - 1];
-    Y[i - 1] -= RR(i);
-  }
-  product_[pairs_] = dot(move(pairs_), change(pairs_));
+  inRanges(pool_, length_, leastMoved, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) {
+      S[i - 1] = RX(i) - S[i - 1];
+      Y[i - 1] -= RR(i);
+    }
+  });
+  product_[pairs_] = dot(pool_, move(pairs_), change(pairs_));
   if (product_[pairs_] > 0.0) ++pairs_;
 }
 
@@ -62,14 +69,14 @@ void ChordMemory::putBack(Vector<double> RX, Vector<double> RR) const {
 
 void ChordMemory::before(Vector<double> RHS) {
   for (Int pair = pairs_ - 1; pair >= 0; --pair) {
-    share_[pair] = dot(move(pair), RHS) / product_[pair];
-    add(-share_[pair], change(pair), RHS);
+    share_[pair] = dot(pool_, move(pair), RHS) / product_[pair];
+    add(pool_, -share_[pair], change(pair), RHS);
   }
 }
 
 void ChordMemory::after(Vector<double> STEP) const {
   for (Int pair = 0; pair < pairs_; ++pair)
-    add(share_[pair] - dot(change(pair), STEP) / product_[pair], move(pair), STEP);
+    add(pool_, share_[pair] - dot(pool_, change(pair), STEP) / product_[pair], move(pair), STEP);
 }
 
 }  // namespace tornwalzen

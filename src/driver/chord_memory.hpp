@@ -7,6 +7,7 @@
 #pragma once
 
 #include "ground/own_array.hpp"
+#include "ground/thread_pool.hpp"
 
 namespace tornwalzen {
 
@@ -14,8 +15,8 @@ class ChordMemory {
  public:
   static constexpr Int mostPairs = 8;
 
-  /// Room for unknowns of `length`. False without memory.
-  [[nodiscard]] bool allocate(Int64 length);
+  /// Room for unknowns of `length`. pool: threads that help; null: none. False without memory.
+  [[nodiscard]] bool allocate(ThreadPool* pool, Int64 length);
 
   /// A new factor: all pairs are forgotten.
   void forget() { pairs_ = 0; }
@@ -36,6 +37,7 @@ class ChordMemory {
   Vector<const double> move(Int pair) const;
   Vector<const double> change(Int pair) const;
 
+  ThreadPool* pool_ = nullptr;
   Int64 length_ = 0;
   Int pairs_ = 0;
   OwnArray<double> moves_{"MOVES"}, changes_{"CHANGES"};  // one more of each: the begin of the step at work

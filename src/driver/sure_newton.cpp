@@ -24,6 +24,7 @@ constexpr double chordGain = 1.5;        // what a chord step must divide the gr
 constexpr double certifiedStretch = 0.03;  // by so much the stretches may differ from those of the exact tangent
 constexpr double settledStep = 1e-3;     // mm
 constexpr Int settlings = 3;             // exact steps for soft modes at most
+constexpr Int64 leastUnknowns = 16384;   // of a range
 constexpr double thresholdFloor = 1e-8;  // of s0: no sheet is thinned out so far
 
 void addLoads(const SureProblem& problem) {
@@ -228,28 +229,32 @@ class Newton {
 }  // namespace
 
 double loadWork(const SureProblem& problem) {
-  double work = 0.0;
-  for (Int64 i = 1; i <= problem.LOAD.length(); ++i)
-    work += problem.LOAD(i) * (problem.RX(i) - problem.ORIGIN(i));
-  return work;
+  return sumInParts(problem.mesh.pool, problem.LOAD.length(),
+                    [&](Int64 i) { return problem.LOAD(i) * (problem.RX(i) - problem.ORIGIN(i)); });
 }
 
 SureValue evaluateBlank(const SureProblem& problem) {
   SureValue value{potentialResidual(problem.mesh, problem.RX, problem.potential(0.0), problem.RR), 0.0};
   value.energy -= loadWork(problem);
   addLoads(problem);
-  for (Int64 i = 1; i <= problem.RR.length(); ++i) {
-    if (problem.FREE(i) == 0) problem.RR(i) = 0.0;
-    const double size = std::fabs(problem.RR(i));
-    if (size > value.gradient || std::isnan(size)) value.gradient = size;
-  }
+  const auto ofRange = [&](Int64 first, Int64 last) {
+    double largest = 0.0;
+    for (Int64 i = first; i <= last; ++i) {
+      if (problem.FREE(i) == 0) problem.RR(i) = 0.0;
+      const double size = std::fabs(problem.RR(i));
+      if (size > largest || std::isnan(size)) largest = size;
+    }
+    return largest;
+  };
+  mergeRanges(problem.mesh.pool, problem.RR.length(), leastUnknowns, ofRange, [&](double largest) {
+    if (largest > value.gradient || std::isnan(largest)) value.gradient = largest;
+  });
   return value;
 }
 
 double descentAlong(const SureProblem& problem) {
-  double sum = 0.0;
-  for (Int64 i = 1; i <= problem.RR.length(); ++i) sum += problem.RR(i) * problem.RB(i);
-  return sum;
+  return sumInParts(problem.mesh.pool, problem.RR.length(),
+                    [&](Int64 i) { return problem.RR(i) * problem.RB(i); });
 }
 
 NewtonOutcome minimise(SureProblem& problem, const NewtonLimits& limits) {

@@ -102,7 +102,7 @@ class SurePath {
     reportSharpElements(run_, sharp);
     measureAreas(run_, a_);
     const StartKind kind = run_.options.patchStart ? StartKind::flatPatch : StartKind::projection;
-    if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) || !memory_.allocate(run_.neq) || !factored_.allocate(run_.neq) ||
+    if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) || !memory_.allocate(run_.pool.get(), run_.neq) || !factored_.allocate(run_.neq) ||
         !start_.look(kind, a_.INTA, a_.KNG))
       return noMemory();
     if (run_.options.press.chosen && run_.options.press.meshSide != MeshSide::middle) {

@@ -4,6 +4,8 @@
 // part_frames.hpp. In the frames of J that is K = Uᵀ·dp·(Vᵀ·N2)ᵀ + Uᵀ·dq·(Vᵀ·N3)ᵀ.
 #include "element/potential_sums.hpp"
 
+#include <cmath>
+
 #include "element/element_shares.hpp"
 #include "element/expansion.hpp"
 #include "element/tangent_places.hpp"
@@ -158,13 +160,23 @@ double potentialTangent(const PotentialMesh& mesh, Vector<const double> RX,
 }
 
 BlankShape blankShape(const PotentialMesh& mesh, Vector<const double> RX) {
-  BlankShape shape{0.0, 0};
-  for (Int e = 1; e <= mesh.FRAMES.columns(); ++e) {
-    const double s2 = singularValues(blankMap(e, mesh.INTA, mesh.FRAMES, RX)).s2;
-    if (!(s2 > 0.0)) ++shape.inverted;
-    if (e == 1 || !(s2 >= shape.smallest)) shape.smallest = s2;
-  }
-  return shape;
+  constexpr Int64 leastLooked = 2048;  // triangles of a range
+  const auto ofRange = [&](Int64 first, Int64 last) {
+    BlankShape shape{INFINITY, 0};
+    for (Int64 e = first; e <= last; ++e) {
+      const double s2 = singularValues(blankMap(static_cast<Int>(e), mesh.INTA, mesh.FRAMES, RX)).s2;
+      if (!(s2 > 0.0)) ++shape.inverted;
+      if (s2 < shape.smallest || std::isnan(s2)) shape.smallest = s2;
+    }
+    return shape;
+  };
+  if (mesh.FRAMES.columns() == 0) return {0.0, 0};
+  BlankShape whole{INFINITY, 0};
+  mergeRanges(mesh.pool, mesh.FRAMES.columns(), leastLooked, ofRange, [&](const BlankShape& part) {
+    whole.inverted += part.inverted;
+    if (part.smallest < whole.smallest || std::isnan(part.smallest)) whole.smallest = part.smallest;
+  });
+  return whole;
 }
 
 }  // namespace tornwalzen

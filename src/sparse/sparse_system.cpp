@@ -73,12 +73,15 @@ bool SparseSystem::step(SolverStep step, Vector<const double> RHS, Vector<double
 }
 
 void SparseSystem::hold(Vector<const Int> FREE) const {
-  for (Int64 i = 1; i <= FREE.length(); ++i) {
-    const Int diagonal = COLS_(i), next = COLS_(i + 1);
-    if (FREE(i) == 0) SYSM_(diagonal) = 1.0;
-    for (Int k = diagonal + 1; k < next; ++k)
-      if (FREE(i) == 0 || FREE(ROWI_(k)) == 0) SYSM_(k) = 0.0;
-  }
+  constexpr Int64 leastHeld = 8192;  // columns of a range
+  inRanges(run_.pool.get(), FREE.length(), leastHeld, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) {
+      const Int diagonal = COLS_(i), next = COLS_(i + 1);
+      if (FREE(i) == 0) SYSM_(diagonal) = 1.0;
+      for (Int k = diagonal + 1; k < next; ++k)
+        if (FREE(i) == 0 || FREE(ROWI_(k)) == 0) SYSM_(k) = 0.0;
+    }
+  });
 }
 
 bool SparseSystem::factorize() {
@@ -90,9 +93,15 @@ void SparseSystem::solve(Vector<const double> RHS, Vector<double> SOLUTION) {
 }
 
 Int SparseSystem::negativePivots() const {
+  constexpr Int64 leastCounted = 32768;  // pivots of a range
   Int negative = 0;
-  for (Int64 i = 1; i < COLS_.length(); ++i)
-    if (RWORK_(i) < 0.0) ++negative;
+  const auto ofRange = [&](Int64 first, Int64 last) {
+    Int count = 0;
+    for (Int64 i = first; i <= last; ++i)
+      if (RWORK_(i) < 0.0) ++count;
+    return count;
+  };
+  mergeRanges(run_.pool.get(), COLS_.length() - 1, leastCounted, ofRange, [&](Int count) { negative += count; });
   return negative;
 }
 

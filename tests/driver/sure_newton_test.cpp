@@ -16,6 +16,8 @@ struct Prepared {
   TestPart part;
   std::vector<double> FRAMES;
   std::vector<Int> FREE;
+  std::vector<double> FACTORED;
+  ChordMemory memory;
   FlowCurve CURVE;
   PlasticWorkTerm work;
   GeometricTerm geometric{true};
@@ -29,6 +31,7 @@ struct Prepared {
       : part(ready(std::move(p), curve)),
         FRAMES(4 * static_cast<std::size_t>(part.nele)),
         FREE(part.ARFA.size(), 1),
+        FACTORED(part.ARFA.size()),
         CURVE(run),
         work(CURVE, true),
         tangent(run, part.arrays().COLS, part.arrays().ROWI, part.arrays().WORK, part.arrays().RWORK,
@@ -37,6 +40,7 @@ struct Prepared {
       terms.append(geometric);
     else
       terms.append(work);
+    EXPECT_TRUE(memory.allocate(nullptr, part.neq));
     FREE[0] = FREE[1] = 0;
     FREE[2 * static_cast<std::size_t>(part.nkno) - 1] = 0;
     std::vector<Int> shift(part.ARFA.size(), 1);
@@ -60,7 +64,7 @@ struct Prepared {
   SureProblem problem(double s0 = 0.2) {
     const DriverArrays a = part.arrays();
     return {run,  mesh(), &terms, s0,    {"FREE", FREE.data(), part.neq}, tangent, joiner, a.RX, a.RR,
-            a.RB, a.RXA,  a.TEMP, counts};
+            a.RB, a.RXA,  a.TEMP, {"FACTORED", FACTORED.data(), part.neq}, memory, counts};
   }
 };
 
