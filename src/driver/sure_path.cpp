@@ -163,7 +163,7 @@ class SurePath {
 
   bool prepareJoiner() {
     holds_.standingShift(a_.RX, free_.vector());
-    switch (joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector())) {
+    switch (joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector(), &tangent_)) {
       case Joiner::ready:
         return true;
       case Joiner::noMemory:

@@ -1,7 +1,12 @@
 // Systems of equations over the solver's phases.
 #include "sparse/sparse_system.hpp"
 
+#include <algorithm>
+
 #include "ground/messages.hpp"
+#include "sparse/node_structure.hpp"
+#include "sparse/phase_guard.hpp"
+#include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
 
@@ -22,7 +27,7 @@ SparseSystem::SparseSystem(Analysis& run, Vector<const Int> COLS, Vector<const I
       SYSM_(SYSM),
       WRHS_(WRHS) {}
 
-bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI) {
+bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI, const SparseSystem* pairs) {
   const Int64 nodes = (COLS.length() - 1) / 2;
   Int64 entries = 0;
   for (Int64 n = 1; n <= nodes; ++n) entries += (COLS(2 * n) - COLS(2 * n - 1)) / 2;
@@ -45,8 +50,30 @@ bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI) 
   ownState_ = SolverState{};
   ownState_.neq = static_cast<Int>(nodes);
   ownState_.nsysm = ownState_.mnsysm = static_cast<Int>(entries);
+  if (pairs != nullptr && halve(*pairs)) return enlarge();
   for (const SolverStep phase : {SolverStep::sizing, SolverStep::ordering, SolverStep::symbolic})
     if (!step(phase, {}, {}) || !enlarge()) return false;
+  return true;
+}
+
+/// Order and layout from those of `pairs`. False: they cannot be had there, and nothing has changed but WORK.
+bool SparseSystem::halve(const SparseSystem& pairs) {
+  ThreadPool* const pool = run_.pool.get();
+  if (!structureStands(pairs.state_->protocol, pairs.WORK_, pool) ||
+      !work_.allocate(halvedLength(pairs.WORK_)))
+    return false;
+  const Vector<Int> WORK = work_.vector();
+  Int f1, f2, g, IERR;
+  halveStructure(pairs.WORK_, WORK, f1, f2, g, IERR);
+  if (IERR != ierr::ok) return false;
+  const Int64 NEQ = ownState_.neq, m = WORK(header::supernodes), s = WORK(header::subscripts);
+  const Int64 P = partialLength(NEQ, m, s);
+  ownState_.niwreq = static_cast<Int>(
+      std::max(work_.length(), numericLength(P, f1, f2, m, ownState_.nsysm, g)));  // half of what fitted an Int
+  ownState_.nrkreq = static_cast<Int>(realLength(NEQ, WORK(header::realRequirement), g > NEQ ? 2 * Int64{g} : 0));
+  ownState_.protocol.supernodes = static_cast<Int>(m);
+  ownState_.protocol.partialRequirement = static_cast<Int>(P);
+  noteStructure(ownState_.protocol, WORK, pool);
   return true;
 }
 
