@@ -6,10 +6,10 @@
 #include <cmath>
 
 #include "develop/part_shape.hpp"
-#include "develop/part_topology.hpp"
 #include "develop/unfold_geometry.hpp"
 #include "develop/unfold_report.hpp"
 #include "driver/blank_holds.hpp"
+#include "driver/known_topology.hpp"
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
 #include "driver/press_path.hpp"
@@ -80,10 +80,10 @@ class SurePath {
 
   /// Refuses what cannot have a blank, before anything is sized after it.
   bool isSheet() {
-    PartTopology T;
-    if (!findPartTopology({a_.KNG, a_.INTA, run_.nkno, run_.nele}, T)) return noMemory();
-    if (T.code != TORNWALZEN_OK) {
-      reportSureTopology(run_, T.code, T.index, T.value);
+    const PartTopology* const T = topologyOf(run_, {a_.KNG, a_.INTA, run_.nkno, run_.nele});
+    if (T == nullptr) return noMemory();
+    if (T->code != TORNWALZEN_OK) {
+      reportSureTopology(run_, T->code, T->index, T->value);
       return false;
     }
     if (!used_.allocate(run_.nkno, 0)) return noMemory();
@@ -103,8 +103,9 @@ class SurePath {
     measureAreas(run_, a_);
     const StartKind kind = run_.options.patchStart ? StartKind::flatPatch : StartKind::projection;
     if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) || !memory_.allocate(run_.pool.get(), run_.neq) || !factored_.allocate(run_.neq) ||
-        !start_.look(kind, a_.INTA, a_.KNG))
+        !start_.look(kind, a_.INTA, a_.KNG, run_.topology->TWIN.vector()))
       return noMemory();
+    if (start_.turnedOver()) run_.topology.reset();
     if (run_.options.press.chosen && run_.options.press.meshSide != MeshSide::middle) {
       if (!middle_.allocate(3 * a_.KNG.rows()) ||
           !middleOfSheet(run_.options.press, a_, start_.twins(run_.nele), middle_.table(3)))
