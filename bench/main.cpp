@@ -1,11 +1,12 @@
 // The benchmarks' program: solver phases against peers, the other phases per element and node, whole runs.
 // usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] [sure]
-//        [threads]
+//        [threads] [flatten]
 #include <cstdio>
 #include <cstring>
 #include <set>
 #include <stdexcept>
 
+#include "flatteners.hpp"
 #include "kernels.hpp"
 #include "machine.hpp"
 #include "phases.hpp"
@@ -34,14 +35,14 @@ Options readOptions(int argc, char** argv) {
     else if (word == "--csv" && k + 1 < argc)
       o.csv = argv[++k];
     else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs" || word == "sure" ||
-             word == "threads")
+             word == "threads" || word == "flatten")
       o.parts.insert(word);
     else
       throw std::invalid_argument(
           "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] "
-          "[sure] [threads]");
+          "[sure] [threads] [flatten]");
   }
-  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs", "sure", "threads"};
+  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs", "sure", "threads", "flatten"};
   return o;
 }
 
@@ -121,6 +122,7 @@ int main(int argc, char** argv) try {
   if (options.parts.count("runs")) runSamples(options, machine, report);
   if (options.parts.count("sure")) runSure(options, report);
   if (options.parts.count("threads")) runThreads(options, report);
+  if (options.parts.count("flatten")) bench::raceFlatteners("../shared/parts", report);
   std::printf("\n");
   report.printRatios();
   return 0;

@@ -102,8 +102,8 @@ void threadsOfSolver(std::int32_t nodes, Report& report) {
   for (std::size_t i = 0; i < b.size(); ++i) b[i] = std::sin(0.1 * static_cast<double>(i));
   solver.analyse();
   const int repetitions = nodes > 200000 ? 3 : nodes > 20000 ? 7 : 25;
-  const Least numeric =
-      inTurns(repetitions, second, [&] { solver.factorize(); }, [&] { solver.factorize(); });
+  const Least numeric = inTurns(
+      repetitions, second, [&] { solver.factorize(); }, [&] { solver.factorize(); });
   const Least solve = inTurns(
       repetitions, second,
       [&] {

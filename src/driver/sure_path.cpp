@@ -102,7 +102,8 @@ class SurePath {
     reportSharpElements(run_, sharp);
     measureAreas(run_, a_);
     const StartKind kind = run_.options.patchStart ? StartKind::flatPatch : StartKind::projection;
-    if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) || !memory_.allocate(run_.pool.get(), run_.neq) || !factored_.allocate(run_.neq) ||
+    if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) ||
+        !memory_.allocate(run_.pool.get(), run_.neq) || !factored_.allocate(run_.neq) ||
         !start_.look(kind, a_.INTA, a_.KNG, run_.topology->TWIN.vector()))
       return noMemory();
     if (start_.turnedOver()) run_.topology.reset();
@@ -182,8 +183,9 @@ class SurePath {
     run_.record.gradientLimit = limit;
     for (;;) {
       holds_.standing(a_.RX, free_.vector());
-      SureProblem problem{run_,  mesh(), &overPart_, thresholdAtStart, free_.vector(), tangent_, joiner_,
-                          a_.RX, a_.RR,  a_.RB,      a_.RXA,           a_.TEMP, factored_.vector(), memory_, counts_};
+      SureProblem problem{
+          run_,  mesh(), &overPart_, thresholdAtStart, free_.vector(),     tangent_, joiner_, a_.RX,
+          a_.RR, a_.RB,  a_.RXA,     a_.TEMP,          factored_.vector(), memory_,  counts_};
       NewtonOutcome found;
       if (run_.options.press.chosen) {
         found = minimise(problem, {referenceGradient, false, -INFINITY, mostFactorizations});

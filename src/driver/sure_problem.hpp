@@ -25,11 +25,11 @@ struct SureProblem {
   Vector<const Int> FREE;     // neq: 0 for unknowns that stand still
   SparseSystem& tangent;
   MapJoiner& joiner;
-  Vector<double> RX;     // neq (mm): the blank
-  Vector<double> RR;     // neq (mm): minus the gradient, 0 for what stands still
-  Vector<double> RB;     // neq (mm): the step
-  Vector<double> TRIAL;  // neq (mm): scratch, the blank before a trial
-  Vector<double> LOADS;  // neq (mm): scratch of the joining
+  Vector<double> RX;        // neq (mm): the blank
+  Vector<double> RR;        // neq (mm): minus the gradient, 0 for what stands still
+  Vector<double> RB;        // neq (mm): the step
+  Vector<double> TRIAL;     // neq (mm): scratch, the blank before a trial
+  Vector<double> LOADS;     // neq (mm): scratch of the joining
   Vector<double> FACTORED;  // neq (mm): the blank of the last exact tangent
   ChordMemory& memory;
   SureCounts& counts;

@@ -30,7 +30,7 @@ namespace element_chunk {
 constexpr Int elements = 1024;
 constexpr Int batches = elements / laneCount;
 template <class Batch>
-constexpr Int64 doubles = 2 * batches * static_cast<Int64>(sizeof(Batch) / sizeof(double));
+constexpr Int64 doubles = 2 * batches* static_cast<Int64>(sizeof(Batch) / sizeof(double));
 }  // namespace element_chunk
 
 /// The pass of overElements on the threads of `pool`, whose scratch holds two chunks.

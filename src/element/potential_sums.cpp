@@ -88,8 +88,7 @@ double overTriangles(Order order, const PotentialMesh& mesh, Vector<const double
       },
       [&](auto owns, Int e, Int l, const MapBatch& batch) {
         if (owns.first()) energy += batch.POTENTIAL[l];
-        if (derivatives != nullptr)
-          derivatives->add(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
+        if (derivatives != nullptr) derivatives->add(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
       });
   return energy;
 }

@@ -58,7 +58,8 @@ struct RunState {
   double lsfak = 1.0;    // accepted fraction of the last Newton correction
   double atot = 0.0;     // total area of the formed part (mm²), set by the development
   double qmax = 0.0;     // worst unfolding measure of the last objective (dimensionless)
-  std::shared_ptr<PartTopology> topology;  // of the part, as far as the run has asked; null: not yet, or freed
+  std::shared_ptr<PartTopology>
+      topology;  // of the part, as far as the run has asked; null: not yet, or freed
   RunRecord record;
 };
 

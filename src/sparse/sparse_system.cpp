@@ -68,9 +68,10 @@ bool SparseSystem::halve(const SparseSystem& pairs) {
   if (IERR != ierr::ok) return false;
   const Int64 NEQ = ownState_.neq, m = WORK(header::supernodes), s = WORK(header::subscripts);
   const Int64 P = partialLength(NEQ, m, s);
-  ownState_.niwreq = static_cast<Int>(
-      std::max(work_.length(), numericLength(P, f1, f2, m, ownState_.nsysm, g)));  // half of what fitted an Int
-  ownState_.nrkreq = static_cast<Int>(realLength(NEQ, WORK(header::realRequirement), g > NEQ ? 2 * Int64{g} : 0));
+  ownState_.niwreq = static_cast<Int>(std::max(
+      work_.length(), numericLength(P, f1, f2, m, ownState_.nsysm, g)));  // half of what fitted an Int
+  ownState_.nrkreq =
+      static_cast<Int>(realLength(NEQ, WORK(header::realRequirement), g > NEQ ? 2 * Int64{g} : 0));
   ownState_.protocol.supernodes = static_cast<Int>(m);
   ownState_.protocol.partialRequirement = static_cast<Int>(P);
   noteStructure(ownState_.protocol, WORK, pool);
@@ -128,7 +129,8 @@ Int SparseSystem::negativePivots() const {
       if (RWORK_(i) < 0.0) ++count;
     return count;
   };
-  mergeRanges(run_.pool.get(), COLS_.length() - 1, leastCounted, ofRange, [&](Int count) { negative += count; });
+  mergeRanges(run_.pool.get(), COLS_.length() - 1, leastCounted, ofRange,
+              [&](Int count) { negative += count; });
   return negative;
 }
 

@@ -63,8 +63,8 @@ struct Prepared {
   PotentialMesh mesh() { return {part.arrays().INTA, frames()}; }
   SureProblem problem(double s0 = 0.2) {
     const DriverArrays a = part.arrays();
-    return {run,  mesh(), &terms, s0,    {"FREE", FREE.data(), part.neq}, tangent, joiner, a.RX, a.RR,
-            a.RB, a.RXA,  a.TEMP, {"FACTORED", FACTORED.data(), part.neq}, memory, counts};
+    return {run,  mesh(), &terms, s0,     {"FREE", FREE.data(), part.neq},         tangent, joiner, a.RX,
+            a.RR, a.RB,   a.RXA,  a.TEMP, {"FACTORED", FACTORED.data(), part.neq}, memory,  counts};
   }
 };
 

@@ -49,7 +49,9 @@ TEST(ThreadPoolInThreads, RangesCoverEveryNumberOnce) {
 }
 
 TEST(ThreadPoolInThreads, SumsHaveTheBitsOfOneThread) {
-  const auto term = [](Int64 i) { return std::sin(static_cast<double>(i)) * std::pow(10.0, static_cast<double>(i % 13)); };
+  const auto term = [](Int64 i) {
+    return std::sin(static_cast<double>(i)) * std::pow(10.0, static_cast<double>(i % 13));
+  };
   for (const Int64 length : {Int64{0}, Int64{5}, Int64{63}, Int64{200000}}) {
     const double alone = sumInParts(nullptr, length, term);
     double plain = 0.0;
@@ -100,7 +102,8 @@ TEST(ThreadPool, AForkedProcessWorksAlone) {
   const pid_t child = fork();
   if (child == 0) {
     Int64 sum = 0;
-    mergeRanges(pool.get(), 1000, 1, [](Int64 a, Int64 b) { return b - a + 1; }, [&](Int64 n) { sum += n; });
+    mergeRanges(
+        pool.get(), 1000, 1, [](Int64 a, Int64 b) { return b - a + 1; }, [&](Int64 n) { sum += n; });
     _exit(sum == 1000 && pool->threads() == 1 ? 0 : 1);
   }
   int status = -1;

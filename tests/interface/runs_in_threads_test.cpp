@@ -86,7 +86,9 @@ TEST_P(SampleInThreads, HasTheBitsOfOneThreadOnTheSurePath) {
 }
 
 TEST(RunsInThreads, HaveTheBitsOfOneThreadOnTheFixedPath) {
-  for (const char* sample : {"hat", "round_cup"}) expectTheSame(samplePart(sample, enough), [](auto*) {}, sample);
+  for (const char* sample : {"hat", "round_cup"})
+    expectTheSame(
+        samplePart(sample, enough), [](auto*) {}, sample);
 }
 
 TEST(RunsInThreads, HaveTheBitsOfOneThreadWithEveryEnergy) {
@@ -110,7 +112,8 @@ TEST(RunsInThreads, HaveTheBitsOfOneThreadWithEveryEnergy) {
 // A crumpled surface, whose start turns too many triangles over.
 TEST(RunsInThreads, EndWithTheTextOfOneThread) {
   HostPart part = samplePart("hat", enough);
-  for (std::size_t i = 0; i < part.knots.size(); ++i) part.knots[i] += 20.0 * std::sin(12.9898 * static_cast<double>(i));
+  for (std::size_t i = 0; i < part.knots.size(); ++i)
+    part.knots[i] += 20.0 * std::sin(12.9898 * static_cast<double>(i));
   const TornwalzenReport report = runOn(1, part, goesSure).report;
   EXPECT_EQ(report.converged, 0);
   EXPECT_NE(std::string(report.fatal_text), "");

@@ -7,8 +7,8 @@
 #include <cmath>
 
 #include "sparse/phase_error.hpp"
-#include "sparse/sparse_system.hpp"
 #include "sparse/solver_run.hpp"
+#include "sparse/sparse_system.hpp"
 #include "sparse/work_layout.hpp"
 
 namespace tornwalzen::testing_support {

@@ -1,12 +1,11 @@
 // Factorization, solves and pivots of a matrix large enough to be divided have the bits of one thread; a pivot that is
 // zero fails on every number of threads in the same way. Runs under the thread sanitizer too (preset tsan).
-#include "sparse/sparse_system.hpp"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 #include "sparse/solver_run.hpp"
+#include "sparse/sparse_system.hpp"
 
 namespace tornwalzen::testing_support {
 namespace {

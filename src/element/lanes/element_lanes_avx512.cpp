@@ -2,9 +2,9 @@
 #include <immintrin.h>
 
 #include "element/density_plastic_body.hpp"
-#include "element/lanes/element_lanes.hpp"
 #include "element/expansion.hpp"
 #include "element/kinematics.hpp"
+#include "element/lanes/element_lanes.hpp"
 
 namespace {
 constexpr int VL = 8;

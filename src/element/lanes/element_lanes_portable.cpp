@@ -1,8 +1,8 @@
 // Lanes of the baseline instruction set: two doubles.
 #include "element/density_plastic_body.hpp"
-#include "element/lanes/element_lanes.hpp"
 #include "element/expansion.hpp"
 #include "element/kinematics.hpp"
+#include "element/lanes/element_lanes.hpp"
 
 namespace {
 constexpr int VL = 2;

@@ -23,7 +23,8 @@ struct LanePrincipal {
 inline bool principalLanes(const MapBatch& b, int l, double s0, LanePrincipal& P) {
   const Lanes along = load(b.ALONG + l), tilt = load(b.TILT + l), across = load(b.ACROSS + l);
   const Lanes pu = load(b.p[0] + l), pv = load(b.p[1] + l), qu = load(b.q[0] + l), qv = load(b.q[1] + l);
-  const Lanes J11 = along * pu, J12 = tilt * pu + across * qu, J21 = along * pv, J22 = tilt * pv + across * qv;
+  const Lanes J11 = along * pu, J12 = tilt * pu + across * qu, J21 = along * pv,
+              J22 = tilt * pv + across * qv;
   const Lanes E = 0.5 * (J11 + J22), H = 0.5 * (J21 - J12), F = 0.5 * (J11 - J22), G = 0.5 * (J21 + J12);
   P.s1 = squareRoot(E * E + H * H) + squareRoot(F * F + G * G);
   P.s2 = (J11 * J22 - J12 * J21) / P.s1;
@@ -147,8 +148,7 @@ inline void storeHessian(const LaneMoves& M, const LaneDerivatives& D, MapBatch&
     const Lanes third = M.k21[i] * D.twist.ii + M.k12[i] * D.twist.ij;
     const Lanes fourth = M.k21[i] * D.twist.ij + M.k12[i] * D.twist.jj;
     for (int j = 0; j <= i; ++j)
-      EDGE[i][j] = EDGE[j][i] =
-          first * M.k11[j] + second * M.k22[j] + third * M.k21[j] + fourth * M.k12[j];
+      EDGE[i][j] = EDGE[j][i] = first * M.k11[j] + second * M.k22[j] + third * M.k21[j] + fourth * M.k12[j];
   }
   expandHessian(EDGE, HESSIAN);
   for (int k = 0; k < 36; ++k) store(b.HESSIAN[k] + l, HESSIAN[k]);

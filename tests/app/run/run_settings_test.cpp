@@ -52,5 +52,6 @@ TEST(RunSettings, StartTheThreadsThatWereChosen) {
   EXPECT_EQ(threadsOf(3), 3);
   EXPECT_EQ(threadsOf(1), 1);
   EXPECT_EQ(threadsOf(0), static_cast<int>(std::thread::hardware_concurrency()));
-  EXPECT_EQ(refusal([&] { threadsOf(65); }), "--threads 65: the number of threads is 65, allowed are 1 to 64");
+  EXPECT_EQ(refusal([&] { threadsOf(65); }),
+            "--threads 65: the number of threads is 65, allowed are 1 to 64");
 }
