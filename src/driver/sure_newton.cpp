@@ -101,6 +101,7 @@ class Newton {
     }
     const ProcessorTime time(problem_.counts.factorization);
     ++problem_.counts.factorizations;
+    problem_.memory.forget();
     const bool factored = problem_.tangent.factorize();
     const bool definite = factored && problem_.tangent.negativePivots() == 0;
     exactStands_ = definite && theta_ == 0.0;
@@ -152,7 +153,6 @@ class Newton {
       return true;
     }
     StepTaken taken{false, false, 0.0, value_};
-    problem_.memory.forget();
     if (exact) problem_.memory.begin(problem_.RX, problem_.RR);
     if (descent > 0.0) taken = takeStep(problem_, value_, descent, !exact);
     if (exact && taken.accepted) problem_.memory.end(problem_.RX, problem_.RR);
