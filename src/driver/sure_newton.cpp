@@ -18,15 +18,14 @@ constexpr double patience = 0.3;            // what each failure of an exact tan
 constexpr double exactStep = 0.25;          // an exact step this long is followed by another
 constexpr Int failuresBeforeSoft = 3;
 constexpr double softStart = 0.2, softLeast = 0.02, softMost = 0.9;
-constexpr Int chordSteps = 8;      // a step costs a sixth of a factorization
-constexpr Int chordStepsFar = 3;   // where another exact tangent is needed all the same
-constexpr double chordGain = 1.5;  // what a chord step must divide the gradient by
-constexpr double certifiedStretch =
-    0.03;                               // by so much the stretches may differ from those of the exact tangent
-constexpr double settledStep = 1e-3;    // mm
-constexpr Int settlings = 3;            // exact steps for soft modes at most
-constexpr Int64 leastUnknowns = 16384;  // of a range
-constexpr double thresholdFloor = 1e-8;  // of s0: no sheet is thinned out so far
+constexpr Int chordSteps = 8;              // a step costs a sixth of a factorization
+constexpr Int chordStepsFar = 3;           // where another exact tangent is needed all the same
+constexpr double chordGain = 1.5;          // what a chord step must divide the gradient by
+constexpr double certifiedStretch = 0.03;  // by so much a stretch may differ from that of the exact tangent
+constexpr double settledStep = 1e-3;       // mm
+constexpr Int settlings = 3;               // exact steps for soft modes at most
+constexpr Int64 leastUnknowns = 16384;     // of a range
+constexpr double thresholdFloor = 1e-8;    // of s0: no sheet is thinned out so far
 
 void addLoads(const SureProblem& problem) {
   for (Int64 i = 1; i <= problem.LOAD.length(); ++i) problem.RR(i) += problem.LOAD(i);

@@ -191,6 +191,18 @@ TEST(SureNewton, FindsACertifiedMinimum) {
   }
 }
 
+// Wherever the iteration began, what proves the minimum is the exact tangent of nearly that blank.
+TEST(SureNewton, TheCertificateIsThatOfANearBlank) {
+  for (const double stretch : {1.0, 0.97, 1.1}) {
+    Prepared dome(test::dome(5, 20.0));
+    SureProblem problem = dome.problem();
+    for (Int n = 1; n <= dome.part.nkno; ++n) problem.RX(2 * n) *= stretch;
+    EXPECT_EQ(minimiseQuietly(problem, tight).end, SureEnd::minimum);
+    EXPECT_TRUE(stretchesWithin(problem.mesh, problem.FACTORED, problem.RX, 0.03)) << stretch;
+    EXPECT_EQ(problem.tangent.negativePivots(), 0);
+  }
+}
+
 TEST(SureNewton, TurnedTrianglesComeBack) {
   Prepared dome(test::dome(5, 20.0));
   SureProblem problem = dome.problem();
