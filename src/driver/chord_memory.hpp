@@ -13,7 +13,7 @@ namespace tornwalzen {
 
 class ChordMemory {
  public:
-  static constexpr Int mostPairs = 5;
+  static constexpr Int mostPairs = 4;
 
   /// Room for unknowns of `length`. pool: threads that help; null: none. False without memory.
   [[nodiscard]] bool allocate(ThreadPool* pool, Int64 length);

@@ -138,6 +138,7 @@ class SurePath {
       holds_.pin();
       if (!prepareJoiner()) return false;
     }
+    start_.forgetRotations();
     for (Int n = 1; n <= run_.nkno; ++n)
       for (Int i = 1; i <= 2; ++i) a_.KNA(n, i) = a_.RX(2 * n - 2 + i);
     double penalty;

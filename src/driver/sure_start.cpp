@@ -83,6 +83,12 @@ StartOutcome SureStart::rotate(const PotentialMesh& mesh, Table<const double> KN
   return outcome;
 }
 
+void SureStart::forgetRotations() {
+  normals_.release();
+  angle_.release();
+  known_.release();
+}
+
 void SureStart::join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS) {
   for (Int round = 0; round <= rounds; ++round) {
     if (round == 0)

@@ -39,6 +39,9 @@ class SureStart {
   /// LOADS: scratch, neq.
   void join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS);
 
+  /// Gives back what only rotate() and join() read.
+  void forgetRotations();
+
  private:
   StartKind kind_ = StartKind::projection;
   double axes_[3][3] = {};
