@@ -1,10 +1,12 @@
 // The benchmarks' program: solver phases against peers, the other phases per element and node, whole runs.
 // usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] [sure]
+//        [threads] [flatten]
 #include <cstdio>
 #include <cstring>
 #include <set>
 #include <stdexcept>
 
+#include "flatteners.hpp"
 #include "kernels.hpp"
 #include "machine.hpp"
 #include "phases.hpp"
@@ -12,6 +14,7 @@
 #include "report.hpp"
 #include "runs.hpp"
 #include "sure_runs.hpp"
+#include "threads.hpp"
 
 namespace {
 
@@ -31,14 +34,15 @@ Options readOptions(int argc, char** argv) {
       o.huge = true;
     else if (word == "--csv" && k + 1 < argc)
       o.csv = argv[++k];
-    else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs" || word == "sure")
+    else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs" || word == "sure" ||
+             word == "threads" || word == "flatten")
       o.parts.insert(word);
     else
       throw std::invalid_argument(
           "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] "
-          "[sure]");
+          "[sure] [threads] [flatten]");
   }
-  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs", "sure"};
+  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs", "sure", "threads", "flatten"};
   return o;
 }
 
@@ -87,6 +91,14 @@ void runSure(const Options& o, bench::Report& report) {
   bench::sureRun({"l_bend", 200000, 80.0, false, true}, report);
 }
 
+void runThreads(const Options& o, bench::Report& report) {
+  std::printf("\nwall times on one thread and on two, the least of several in turns\n");
+  for (std::int32_t nodes : {10000, 100000}) bench::threadsOfSolver(nodes, report);
+  if (!o.quick) bench::threadsOfSolver(500000, report);
+  bench::threadsOfElements(100000, report);
+  bench::threadsOfSureRun(200000, report);
+}
+
 void runSamples(const Options& o, const bench::Machine& machine, bench::Report& report) {
   bench::wholeRun({"square_cup", 50000, true, false}, machine, report);
   bench::wholeRun({"box", 50000, false, true}, machine, report);
@@ -109,6 +121,8 @@ int main(int argc, char** argv) try {
   if (options.parts.count("phases")) runPhases(options, report);
   if (options.parts.count("runs")) runSamples(options, machine, report);
   if (options.parts.count("sure")) runSure(options, report);
+  if (options.parts.count("threads")) runThreads(options, report);
+  if (options.parts.count("flatten")) bench::raceFlatteners("../shared/parts", report);
   std::printf("\n");
   report.printRatios();
   return 0;

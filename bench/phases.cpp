@@ -21,17 +21,6 @@ namespace {
 
 namespace tw = tornwalzen;
 
-shapes::Sheet dome(const PlaneMesh& mesh) {
-  shapes::Sheet sheet;
-  const double side = std::sqrt(static_cast<double>(mesh.nodes()));
-  for (std::int32_t n = 0; n < mesh.nodes(); ++n) {
-    const double x = mesh.xy[2 * n] / side - 0.5, y = mesh.xy[2 * n + 1] / side - 0.5;
-    sheet.knots.insert(sheet.knots.end(), {100.0 * x, 100.0 * y, 20.0 * std::exp(-8.0 * (x * x + y * y))});
-  }
-  sheet.inzi = mesh.corners;
-  return sheet;
-}
-
 /// Node pairs of all triangles, three each, as keys.
 std::vector<std::uint64_t> pairKeys(const PlaneMesh& mesh) {
   std::vector<std::uint64_t> keys;
@@ -67,6 +56,17 @@ int repetitions(std::int32_t nodes) {
 }
 
 }  // namespace
+
+shapes::Sheet dome(const PlaneMesh& mesh) {
+  shapes::Sheet sheet;
+  const double side = std::sqrt(static_cast<double>(mesh.nodes()));
+  for (std::int32_t n = 0; n < mesh.nodes(); ++n) {
+    const double x = mesh.xy[2 * n] / side - 0.5, y = mesh.xy[2 * n + 1] / side - 0.5;
+    sheet.knots.insert(sheet.knots.end(), {100.0 * x, 100.0 * y, 20.0 * std::exp(-8.0 * (x * x + y * y))});
+  }
+  sheet.inzi = mesh.corners;
+  return sheet;
+}
 
 void timePattern(std::int32_t nodes, Report& report) {
   const PlaneMesh mesh = jitteredDelaunayMesh(nodes, Numbering::mesher, 1);

@@ -9,6 +9,8 @@ namespace host {
 
 namespace {
 
+constexpr int mostThreads = 64;  // that the library takes
+
 constexpr const char* partDescription =
     "the part, drawn along z: a mesh (OBJ, STL, Nastran, Abaqus, LS-DYNA, PLY, OFF, VTU, VTK, MSH, MED), a "
     "mesh deck, or a CAD file (STEP, IGES, BREP)";
@@ -124,6 +126,11 @@ void describeMethod(CLI::App* solve, SolveOptions& options) {
           "at most 1; default: 0.001,1, and where that does not converge the run is repeated with "
           "0.001,0.1 and 0.001,0.01")
       ->type_name("FINAL[,PATH]");
+  solve
+      ->add_option("--threads", options.threads,
+                   "threads to work on; the results are the same for every number; default: one per core")
+      ->check(CLI::Range(1, mostThreads))
+      ->type_name("N");
   solve->add_option("--unit", options.unit, "unit of the part's coordinates and of the results")
       ->check(CLI::IsMember({"mm", "cm", "m", "inch"}))
       ->capture_default_str();

@@ -31,6 +31,7 @@ struct SolveOptions {
   std::string energy = "part";  // what the energy is weighed with: part or blank
   std::string path = "sure";    // the way to the blank: sure or fixed
   std::string tolerance;        // FINAL[,PATH]; empty: the default, with repeats where it does not converge
+  int threads = 0;              // to work on; 0: as many as the machine has cores
   std::string unit = "mm";      // of the part and of the results: mm, cm, m, inch
   std::string hold;             // see hold.hpp
   std::string out;              // folder of the results; empty: <part without extension>_blank

@@ -88,6 +88,7 @@ RunSettings settingsOf(const SolveOptions& options, const Material& material,
   if (material.hasCurve() && !hasOwnCurve(options)) settings.curve = swiftCurve(material);
   settings.partReference = options.energy == "part";
   settings.surePath = options.path == "sure";
+  settings.threads = options.threads;
   settings.mayRepeat = options.tolerance.empty();
   readTolerance(settings.mayRepeat ? defaultTolerance : options.tolerance, settings);
   if (settings.material == geometricMaterial && (hasOwnCurve(options) || options.r != 1.0))

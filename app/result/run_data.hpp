@@ -73,6 +73,7 @@ struct RunSettings {
   bool mayRepeat = true;    // fixed path: repeat a run that does not converge with a smaller pathFactor
   bool surePath = true;     // straight to the equilibrium instead of load increments
   bool patchStart = false;  // sure path: from the largest flat patch alone
+  int threads = 0;          // to work on; 0: as many as the machine has cores
 };
 
 // Seconds of wall time.

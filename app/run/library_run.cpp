@@ -80,6 +80,7 @@ LibraryRun::LibraryRun(const Part& part, const Hold& hold)
 RunOutput LibraryRun::run(const RunSettings& settings, const RunListener& listener) {
   applySettings(settings, handle_.get());
   applyMarks(settings.press, handle_.get());
+  applyThreads(settings, handle_.get());
   Listening listening{listener, progress_};
   const Registration registration(handle_.get(), listening);
   progress_.beginRun();

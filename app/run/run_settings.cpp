@@ -1,6 +1,10 @@
 // What a run of the library is made with; see the header.
 #include "run/run_settings.hpp"
 
+#include <algorithm>
+#include <string>
+#include <thread>
+
 #include "run/analysis_handle.hpp"
 #include "system/failure.hpp"
 
@@ -29,6 +33,18 @@ void applySettings(const RunSettings& settings, TornwalzenAnalysis* analysis) {
   expectAccepted(
       tornwalzen_analysis_set_tolerance_factors(analysis, settings.finalFactor, settings.pathFactor),
       "--tolerance");
+}
+
+void applyThreads(const RunSettings& settings, TornwalzenAnalysis* analysis) {
+  constexpr unsigned mostThreads = 64;
+  const auto cores = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, mostThreads));
+  const std::int32_t code =
+      tornwalzen_analysis_set_threads(analysis, settings.threads > 0 ? settings.threads : cores);
+  if (code == TORNWALZEN_OK) return;
+  if (settings.threads > 0)
+    throw Failure("--threads " + std::to_string(settings.threads) + ": " +
+                  tornwalzen_analysis_error_text(analysis, code, 1));
+  tornwalzen_analysis_set_threads(analysis, 1);
 }
 
 void applyMarks(const PressSettings& press, TornwalzenAnalysis* analysis) {

@@ -45,14 +45,19 @@ double cornerAngle(const Spatial& p, const Spatial& q, const Spatial& s) {
 }  // namespace
 
 void measureAngles(Analysis& run, const DriverArrays& a, Int& sharp) {
+  constexpr Int64 leastMeasured = 1024;  // triangles of a range
+  inRanges(run.pool.get(), run.nele, leastMeasured, [&](Int64 first, Int64 last) {
+    for (Int64 k = first; k <= last; ++k) {
+      const Int e = static_cast<Int>(k);
+      const Spatial pi = partPoint(a, e, 1), pj = partPoint(a, e, 2), pk = partPoint(a, e, 3);
+      const double smallest =
+          std::min({cornerAngle(pi, pj, pk), cornerAngle(pj, pk, pi), cornerAngle(pk, pi, pj)});
+      a.ELG(e, 3) = smallest * degreesPerRadian;
+    }
+  });
   sharp = 0;
-  for (Int e = 1; e <= run.nele; ++e) {
-    const Spatial pi = partPoint(a, e, 1), pj = partPoint(a, e, 2), pk = partPoint(a, e, 3);
-    const double smallest =
-        std::min({cornerAngle(pi, pj, pk), cornerAngle(pj, pk, pi), cornerAngle(pk, pi, pj)});
-    a.ELG(e, 3) = smallest * degreesPerRadian;
+  for (Int e = 1; e <= run.nele; ++e)
     if (a.ELG(e, 3) < sharpAngle) ++sharp;
-  }
 }
 
 void measureAreas(Analysis& run, const DriverArrays& a) {

@@ -4,21 +4,21 @@
 namespace tornwalzen {
 
 Joiner MapJoiner::prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                          Vector<const Int> FREE) {
+                          Vector<const Int> FREE, const SparseSystem* pairs) {
   const Int64 nodes = FREE.length() / 2;
   if (!load_.allocate(nodes) || !move_.allocate(nodes)) return Joiner::noMemory;
   shared_ = true;
   for (Int64 n = 1; n <= nodes; ++n) shared_ = shared_ && FREE(2 * n - 1) == FREE(2 * n);
   for (Int axis = 0; axis < (shared_ ? 1 : 2); ++axis)
-    if (const Joiner one = prepareOne(mesh, COLS, ROWI, FREE, axis); one != Joiner::ready) return one;
+    if (const Joiner one = prepareOne(mesh, COLS, ROWI, FREE, pairs, axis); one != Joiner::ready) return one;
   return Joiner::ready;
 }
 
 Joiner MapJoiner::prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                             Vector<const Int> FREE, Int axis) {
+                             Vector<const Int> FREE, const SparseSystem* pairs, Int axis) {
   SparseSystem& system = system_[axis];
   const Int64 nodes = FREE.length() / 2;
-  if (!free_[axis].allocate(nodes) || !system.prepareNodes(COLS, ROWI)) return Joiner::noMemory;
+  if (!free_[axis].allocate(nodes) || !system.prepareNodes(COLS, ROWI, pairs)) return Joiner::noMemory;
   const Vector<Int> flags = free_[axis].vector();
   for (Int64 n = 1; n <= nodes; ++n) flags(n) = FREE(2 * n - 1 + axis);
   laplacian(mesh, system.COLS(), system.ROWI(), system.SYSM());

@@ -17,8 +17,9 @@ class MapJoiner {
   /// COLS, ROWI: in, the host's pattern of two equations per node. FREE: in, neq, 0 for unknowns that stand still;
   /// at least one along u and one along v. Where both directions hold the same nodes, as where the blank moves
   /// freely, one factor serves both. singular: a pivot is zero, as where a piece of the mesh holds nothing.
+  /// pairs: the host's system, whose order serves; null: a new one is found.
   Joiner prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                 Vector<const Int> FREE);
+                 Vector<const Int> FREE, const SparseSystem* pairs = nullptr);
 
   /// DX: out, neq (mm): the move that answers the LOADS of map_joining.hpp (mm), 0 for what stands still.
   void join(Vector<const double> LOADS, Vector<double> DX);
@@ -28,7 +29,7 @@ class MapJoiner {
 
  private:
   Joiner prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                    Vector<const Int> FREE, Int axis);
+                    Vector<const Int> FREE, const SparseSystem* pairs, Int axis);
 
   SparseSystem system_[2];
   OwnArray<Int> free_[2]{OwnArray<Int>("FREE"), OwnArray<Int>("FREE")};

@@ -2,6 +2,7 @@
 #include "driver/result_checks.hpp"
 
 #include "develop/blank_checks.hpp"
+#include "driver/known_topology.hpp"
 #include "element/element_strains.hpp"
 #include "ground/own_array.hpp"
 
@@ -62,13 +63,12 @@ void checkResult(Analysis& run, const DriverArrays& a) {
   }
   if (run.nele == 0 || run.record.refusal != 0) return;  // no blank was looked for
   const PartMesh mesh{a.KNG, a.INTA, run.nkno, run.nele};
-  PartTopology topology;
+  const PartTopology* const topology = topologyOf(run, mesh);
   MeanNormal normal;
   BlankChecks blank;
-  if (!findPartTopology(mesh, topology) || !findMeanNormal(mesh, normal) ||
-      !checkBlank(mesh, topology, normal, a.RX, limits, blank))
-    return;
-  keepFigures(blank, topology, run.record);
+  if (topology != nullptr && findMeanNormal(mesh, normal) &&
+      checkBlank(mesh, *topology, normal, a.RX, limits, blank))
+    keepFigures(blank, *topology, run.record);
 }
 
 }  // namespace tornwalzen

@@ -1,8 +1,8 @@
 // The choice of the path, topology before and figures after it.
 #include "driver/run_analysis.hpp"
 
-#include "develop/part_topology.hpp"
 #include "driver/inverse_driver.hpp"
+#include "driver/known_topology.hpp"
 #include "driver/result_checks.hpp"
 #include "driver/sure_path.hpp"
 #include "tornwalzen_ext.h"
@@ -10,11 +10,12 @@
 namespace tornwalzen {
 
 Int refuseTopology(Analysis& run, Table<const Int> INTA, Table<const double> KNG) {
-  PartTopology topology;
-  if (!findPartTopology({KNG, INTA, run.nkno, run.nele}, topology))
-    return refuse(run.refusal, TORNWALZEN_NO_MEMORY, 0, 0.0);
-  if (topology.code == TORNWALZEN_OK) return TORNWALZEN_OK;
-  return refuse(run.refusal, topology.code, topology.index, topology.value);
+  const PartTopology* const topology = topologyOf(run, {KNG, INTA, run.nkno, run.nele});
+  if (topology == nullptr) return refuse(run.refusal, TORNWALZEN_NO_MEMORY, 0, 0.0);
+  if (topology->code == TORNWALZEN_OK) return TORNWALZEN_OK;
+  const Int code = refuse(run.refusal, topology->code, topology->index, topology->value);
+  run.topology.reset();
+  return code;
 }
 
 void runAnalysis(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const PressArrays& press) {
@@ -23,6 +24,7 @@ void runAnalysis(Analysis& run, const DriverArrays& a, Vector<double> EVAL, cons
   else
     inverseDriver(run, a, EVAL);
   checkResult(run, a);
+  run.topology.reset();
 }
 
 }  // namespace tornwalzen

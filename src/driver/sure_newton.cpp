@@ -6,22 +6,26 @@
 
 #include "driver/sure_report.hpp"
 #include "driver/sure_step.hpp"
+#include "element/map_joining.hpp"
 #include "ground/progress.hpp"
 
 namespace tornwalzen {
 
 namespace {
 
-constexpr double quadraticDecrease = 1e-2;  // of the energy: below it a full step asks for the exact tangent
+constexpr double quadraticDecrease = 5e-2;  // of the energy: below it a full step asks for the exact tangent
 constexpr double patience = 0.3;            // what each failure of an exact tangent multiplies that with
 constexpr double exactStep = 0.25;          // an exact step this long is followed by another
 constexpr Int failuresBeforeSoft = 3;
 constexpr double softStart = 0.2, softLeast = 0.02, softMost = 0.9;
-constexpr Int chordSteps = 5;
-constexpr double chordGain = 5.0;        // what a chord step must divide the gradient by
-constexpr double settledStep = 1e-3;     // mm
-constexpr Int settlings = 3;             // exact steps for soft modes at most
-constexpr double thresholdFloor = 1e-8;  // of s0: no sheet is thinned out so far
+constexpr Int chordSteps = 8;              // a step costs a sixth of a factorization
+constexpr Int chordStepsFar = 3;           // where another exact tangent is needed all the same
+constexpr double chordGain = 1.5;          // what a chord step must divide the gradient by
+constexpr double certifiedStretch = 0.03;  // by so much a stretch may differ from that of the exact tangent
+constexpr double settledStep = 1e-3;       // mm
+constexpr Int settlings = 3;               // exact steps for soft modes at most
+constexpr Int64 leastUnknowns = 16384;     // of a range
+constexpr double thresholdFloor = 1e-8;    // of s0: no sheet is thinned out so far
 
 void addLoads(const SureProblem& problem) {
   for (Int64 i = 1; i <= problem.LOAD.length(); ++i) problem.RR(i) += problem.LOAD(i);
@@ -40,11 +44,11 @@ class Newton {
       if (value_.gradient <= limits_.gradient) {
         if (lowerThreshold()) continue;
         if (!limits_.certify) return end(SureEnd::minimum);
-        if (exactStands_ && settle()) {
+        if (certified() && settle()) {
           if (lowerThreshold()) continue;
           return end(SureEnd::minimum);
         }
-        if (settlings_ >= settlings) return end(exactStands_ ? SureEnd::minimum : SureEnd::stationary);
+        if (settlings_ >= settlings) return end(certified() ? SureEnd::minimum : SureEnd::stationary);
         ++settlings_;
         if (!indefiniteHere_) theta_ = 0.0;
       }
@@ -96,9 +100,12 @@ class Newton {
     }
     const ProcessorTime time(problem_.counts.factorization);
     ++problem_.counts.factorizations;
+    problem_.memory.forget();
     const bool factored = problem_.tangent.factorize();
     const bool definite = factored && problem_.tangent.negativePivots() == 0;
     exactStands_ = definite && theta_ == 0.0;
+    if (exactStands_)
+      for (Int64 i = 1; i <= problem_.RX.length(); ++i) problem_.FACTORED(i) = problem_.RX(i);
     if (definite) return true;
     if (theta_ == 0.0) {
       ++failures_;
@@ -114,6 +121,11 @@ class Newton {
       return factored;  // softened to the full: what is negative is rounding
     }
     return false;
+  }
+
+  /// Is the exact tangent that proved positive definite that of the blank as it is?
+  bool certified() const {
+    return exactStands_ && stretchesWithin(problem_.mesh, problem_.FACTORED, problem_.RX, certifiedStretch);
   }
 
   double softTheta() const { return failures_ >= failuresBeforeSoft ? soft_ : 1.0; }
@@ -140,7 +152,9 @@ class Newton {
       return true;
     }
     StepTaken taken{false, false, 0.0, value_};
+    if (exact) problem_.memory.begin(problem_.RX, problem_.RR);
     if (descent > 0.0) taken = takeStep(problem_, value_, descent, !exact);
+    if (exact && taken.accepted) problem_.memory.end(problem_.RX, problem_.RR);
     value_ = taken.value;
     if (!taken.accepted && exact) {  // an exact direction that leads nowhere: as if it had not been definite
       ++failures_;
@@ -164,27 +178,28 @@ class Newton {
 
   /// One step with the factor that stands, taken if the gradient falls below `most`. move: out, its size (mm).
   bool chordStep(double most, double& move) {
+    problem_.memory.begin(problem_.RX, problem_.RR);
+    problem_.memory.before(problem_.RR);
     solve();
+    problem_.memory.after(problem_.RB);
     move = largestMove();
-    for (Int64 i = 1; i <= problem_.RX.length(); ++i) {
-      problem_.TRIAL(i) = problem_.RX(i);
-      problem_.RX(i) += problem_.RB(i);
-    }
+    for (Int64 i = 1; i <= problem_.RX.length(); ++i) problem_.RX(i) += problem_.RB(i);
     const SureValue now = evaluateBlank(problem_);
     if (now.gradient <= most) {
+      problem_.memory.end(problem_.RX, problem_.RR);
       value_ = now;
       look();
       return true;
     }
-    for (Int64 i = 1; i <= problem_.RX.length(); ++i) problem_.RX(i) = problem_.TRIAL(i);
-    value_ = evaluateBlank(problem_);
+    problem_.memory.putBack(problem_.RX, problem_.RR);
     return false;
   }
 
-  /// Steps with the old factor while each divides the gradient by five.
+  /// Steps with the old factor while they pay.
   void chord() {
     double move;
-    for (Int k = 0; k < chordSteps && value_.gradient > limits_.gradient; ++k) {
+    const Int most = !limits_.certify || certified() ? chordSteps : chordStepsFar;
+    for (Int k = 0; k < most && value_.gradient > limits_.gradient; ++k) {
       if (!chordStep(value_.gradient / chordGain, move)) return;
       reportSureChord(problem_.run, value_.gradient, shape_.smallest, value_.energy);
     }
@@ -213,28 +228,32 @@ class Newton {
 }  // namespace
 
 double loadWork(const SureProblem& problem) {
-  double work = 0.0;
-  for (Int64 i = 1; i <= problem.LOAD.length(); ++i)
-    work += problem.LOAD(i) * (problem.RX(i) - problem.ORIGIN(i));
-  return work;
+  return sumInParts(problem.mesh.pool, problem.LOAD.length(),
+                    [&](Int64 i) { return problem.LOAD(i) * (problem.RX(i) - problem.ORIGIN(i)); });
 }
 
 SureValue evaluateBlank(const SureProblem& problem) {
   SureValue value{potentialResidual(problem.mesh, problem.RX, problem.potential(0.0), problem.RR), 0.0};
   value.energy -= loadWork(problem);
   addLoads(problem);
-  for (Int64 i = 1; i <= problem.RR.length(); ++i) {
-    if (problem.FREE(i) == 0) problem.RR(i) = 0.0;
-    const double size = std::fabs(problem.RR(i));
-    if (size > value.gradient || std::isnan(size)) value.gradient = size;
-  }
+  const auto ofRange = [&](Int64 first, Int64 last) {
+    double largest = 0.0;
+    for (Int64 i = first; i <= last; ++i) {
+      if (problem.FREE(i) == 0) problem.RR(i) = 0.0;
+      const double size = std::fabs(problem.RR(i));
+      if (size > largest || std::isnan(size)) largest = size;
+    }
+    return largest;
+  };
+  mergeRanges(problem.mesh.pool, problem.RR.length(), leastUnknowns, ofRange, [&](double largest) {
+    if (largest > value.gradient || std::isnan(largest)) value.gradient = largest;
+  });
   return value;
 }
 
 double descentAlong(const SureProblem& problem) {
-  double sum = 0.0;
-  for (Int64 i = 1; i <= problem.RR.length(); ++i) sum += problem.RR(i) * problem.RB(i);
-  return sum;
+  return sumInParts(problem.mesh.pool, problem.RR.length(),
+                    [&](Int64 i) { return problem.RR(i) * problem.RB(i); });
 }
 
 NewtonOutcome minimise(SureProblem& problem, const NewtonLimits& limits) {

@@ -6,10 +6,10 @@
 #include <cmath>
 
 #include "develop/part_shape.hpp"
-#include "develop/part_topology.hpp"
 #include "develop/unfold_geometry.hpp"
 #include "develop/unfold_report.hpp"
 #include "driver/blank_holds.hpp"
+#include "driver/known_topology.hpp"
 #include "driver/load_path.hpp"
 #include "driver/newton_step.hpp"
 #include "driver/press_path.hpp"
@@ -17,6 +17,7 @@
 #include "driver/sure_report.hpp"
 #include "driver/sure_start.hpp"
 #include "element/assembly.hpp"
+#include "element/lanes/lane_pass.hpp"
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
 #include "sparse/factor_statistics.hpp"
@@ -79,10 +80,10 @@ class SurePath {
 
   /// Refuses what cannot have a blank, before anything is sized after it.
   bool isSheet() {
-    PartTopology T;
-    if (!findPartTopology({a_.KNG, a_.INTA, run_.nkno, run_.nele}, T)) return noMemory();
-    if (T.code != TORNWALZEN_OK) {
-      reportSureTopology(run_, T.code, T.index, T.value);
+    const PartTopology* const T = topologyOf(run_, {a_.KNG, a_.INTA, run_.nkno, run_.nele});
+    if (T == nullptr) return noMemory();
+    if (T->code != TORNWALZEN_OK) {
+      reportSureTopology(run_, T->code, T->index, T->value);
       return false;
     }
     if (!used_.allocate(run_.nkno, 0)) return noMemory();
@@ -102,8 +103,10 @@ class SurePath {
     measureAreas(run_, a_);
     const StartKind kind = run_.options.patchStart ? StartKind::flatPatch : StartKind::projection;
     if (!frames_.allocate(frame::rows * Int64{run_.nele}) || !free_.allocate(run_.neq) ||
-        !start_.look(kind, a_.INTA, a_.KNG))
+        !memory_.allocate(run_.pool.get(), run_.neq) || !factored_.allocate(run_.neq) ||
+        !start_.look(kind, a_.INTA, a_.KNG, run_.topology->TWIN.vector()))
       return noMemory();
+    if (start_.turnedOver()) run_.topology.reset();
     if (run_.options.press.chosen && run_.options.press.meshSide != MeshSide::middle) {
       if (!middle_.allocate(3 * a_.KNG.rows()) ||
           !middleOfSheet(run_.options.press, a_, start_.twins(run_.nele), middle_.table(3)))
@@ -119,7 +122,7 @@ class SurePath {
 
   bool turnable() const { return overPart_.turnable() && (!run_.options.press.chosen || press_.turnable()); }
 
-  PotentialMesh mesh() { return {a_.INTA, frames_.table(run_.nele)}; }
+  PotentialMesh mesh() { return {a_.INTA, frames_.table(run_.nele), &lanesOf(run_), run_.pool.get()}; }
 
   /// The starting blank, in RX and KNA.
   bool start() {
@@ -135,6 +138,7 @@ class SurePath {
       holds_.pin();
       if (!prepareJoiner()) return false;
     }
+    start_.forgetRotations();
     for (Int n = 1; n <= run_.nkno; ++n)
       for (Int i = 1; i <= 2; ++i) a_.KNA(n, i) = a_.RX(2 * n - 2 + i);
     double penalty;
@@ -162,7 +166,7 @@ class SurePath {
 
   bool prepareJoiner() {
     holds_.standingShift(a_.RX, free_.vector());
-    switch (joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector())) {
+    switch (joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector(), &tangent_)) {
       case Joiner::ready:
         return true;
       case Joiner::noMemory:
@@ -180,8 +184,9 @@ class SurePath {
     run_.record.gradientLimit = limit;
     for (;;) {
       holds_.standing(a_.RX, free_.vector());
-      SureProblem problem{run_,  mesh(), &overPart_, thresholdAtStart, free_.vector(), tangent_, joiner_,
-                          a_.RX, a_.RR,  a_.RB,      a_.RXA,           a_.TEMP,        counts_};
+      SureProblem problem{
+          run_,  mesh(), &overPart_, thresholdAtStart, free_.vector(),     tangent_, joiner_, a_.RX,
+          a_.RR, a_.RB,  a_.RXA,     a_.TEMP,          factored_.vector(), memory_,  counts_};
       NewtonOutcome found;
       if (run_.options.press.chosen) {
         found = minimise(problem, {referenceGradient, false, -INFINITY, mostFactorizations});
@@ -284,8 +289,9 @@ class SurePath {
   PressPath press_;
   SureStart start_;
   BlankHolds holds_{{}, {}};
-  OwnArray<double> frames_{"FRAMES"}, middle_{"MIDDLE"};
+  OwnArray<double> frames_{"FRAMES"}, middle_{"MIDDLE"}, factored_{"FACTORED"};
   OwnArray<Int> free_{"FREE"}, used_{"USED"};
+  ChordMemory memory_;
   SureCounts counts_;
   RunEnd gaveUp_ = RunEnd::gaveUp;
 };

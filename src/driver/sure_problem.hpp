@@ -1,6 +1,7 @@
 // What the steps of the sure path share: the mesh, the potential, the blank, two systems of equations.
 #pragma once
 
+#include "driver/chord_memory.hpp"
 #include "driver/map_joiner.hpp"
 #include "element/potential_sums.hpp"
 #include "sparse/sparse_system.hpp"
@@ -24,11 +25,13 @@ struct SureProblem {
   Vector<const Int> FREE;     // neq: 0 for unknowns that stand still
   SparseSystem& tangent;
   MapJoiner& joiner;
-  Vector<double> RX;     // neq (mm): the blank
-  Vector<double> RR;     // neq (mm): minus the gradient, 0 for what stands still
-  Vector<double> RB;     // neq (mm): the step
-  Vector<double> TRIAL;  // neq (mm): scratch, the blank before a trial
-  Vector<double> LOADS;  // neq (mm): scratch of the joining
+  Vector<double> RX;        // neq (mm): the blank
+  Vector<double> RR;        // neq (mm): minus the gradient, 0 for what stands still
+  Vector<double> RB;        // neq (mm): the step
+  Vector<double> TRIAL;     // neq (mm): scratch, the blank before a trial
+  Vector<double> LOADS;     // neq (mm): scratch of the joining
+  Vector<double> FACTORED;  // neq (mm): the blank of the last exact tangent
+  ChordMemory& memory;
   SureCounts& counts;
   bool guarded = false;  // may no step thin a triangle of the blank out? For energies without a barrier there
   Vector<const double> LOAD{};    // neq (mm): loads that stand while the blank moves; without length: none

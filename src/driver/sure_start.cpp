@@ -29,7 +29,7 @@ bool anySeen(const PartMesh& M, const double (&N)[3]) {
 
 }  // namespace
 
-bool SureStart::look(StartKind kind, Table<Int> INTA, Table<const double> KNG) {
+bool SureStart::look(StartKind kind, Table<Int> INTA, Table<const double> KNG, Vector<Int> TWIN) {
   const Int elements = static_cast<Int>(INTA.rows());
   const PartMesh M{KNG, INTA, static_cast<Int>(KNG.rows()), elements};
   kind_ = kind;
@@ -40,7 +40,8 @@ bool SureStart::look(StartKind kind, Table<Int> INTA, Table<const double> KNG) {
   if (kind == StartKind::flatPatch || !anySeen(M, view.N))
     if (!findLargestPatch(M, view, known_, seed_)) return false;
   flatPatch_ = view.fromPatch;
-  if (view.N[2] < -levelNormal) {
+  turnedOver_ = view.N[2] < -levelNormal;
+  if (turnedOver_) {
     for (Int e = 1; e <= elements; ++e) std::swap(INTA(e, 2), INTA(e, 3));
     for (double& n : view.N) n = -n;
   }
@@ -51,7 +52,11 @@ bool SureStart::look(StartKind kind, Table<Int> INTA, Table<const double> KNG) {
     areaNormal(M, e, S);
     for (Int i = 0; i < 3; ++i) NORMALS(i + 1, e) = S[i];
   }
-  return pairHalfEdges(M, twin_);
+  TWIN_ = TWIN;
+  if (!turnedOver_ && TWIN.length() > 0) return true;
+  if (!pairHalfEdges(M, twin_)) return false;
+  TWIN_ = twin_.vector();
+  return true;
 }
 
 StartOutcome SureStart::rotate(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX) {
@@ -74,8 +79,14 @@ StartOutcome SureStart::rotate(const PotentialMesh& mesh, Table<const double> KN
     if (seen) --outcome.hinged;
   }
   const PartMesh M{KNG, mesh.INTA, static_cast<Int>(KNG.rows()), elements};
-  outcome.memory = carryRotations(M, twin_.vector(), NORMALS, KNOWN, angle_.vector());
+  outcome.memory = carryRotations(M, TWIN_, NORMALS, KNOWN, angle_.vector());
   return outcome;
+}
+
+void SureStart::forgetRotations() {
+  normals_.release();
+  angle_.release();
+  known_.release();
 }
 
 void SureStart::join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS) {

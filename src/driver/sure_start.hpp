@@ -21,8 +21,11 @@ struct StartOutcome {
 class SureStart {
  public:
   /// Neighbours, normals and attitude. kind: in. INTA: inout, columns 2 and 3 are exchanged where the part is meshed clockwise
-  /// seen from +z. KNG: in (mm). False: no memory.
-  bool look(StartKind kind, Table<Int> INTA, Table<const double> KNG);
+  /// seen from +z. KNG: in (mm). TWIN: in, of mesh_edges.hpp for INTA as it comes in, which outlives this object unless
+  /// turnedOver(); without length: it is found here. False: no memory.
+  bool look(StartKind kind, Table<Int> INTA, Table<const double> KNG, Vector<Int> TWIN = {});
+  /// Did look() exchange the columns?
+  bool turnedOver() const { return turnedOver_; }
 
   /// RX: out (mm): the part seen along its mean normal. ANGLE of the triangles: from there and over hinges.
   StartOutcome rotate(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX);
@@ -30,16 +33,20 @@ class SureStart {
   /// Rows x, y, z: the axes in which the part is seen.
   const double (&axes() const)[3][3] { return axes_; }
   /// TWIN, 3 × NE: the half edge across the side k of triangle e in (k, e), of mesh_edges.hpp; from look() on.
-  Table<Int> twins(Int elements) { return twin_.table(elements); }
+  Table<Int> twins(Int elements) { return {"TWIN", TWIN_.data(), 3, elements}; }
 
   /// RX: inout (mm): joins the rotations to a blank, then five times anew with the rotations closest to it.
   /// LOADS: scratch, neq.
   void join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS);
 
+  /// Gives back what only rotate() and join() read.
+  void forgetRotations();
+
  private:
   StartKind kind_ = StartKind::projection;
   double axes_[3][3] = {};
-  bool flatPatch_ = false;
+  bool flatPatch_ = false, turnedOver_ = false;
+  Vector<Int> TWIN_;
   Int seed_ = 0;
   OwnArray<Int> twin_{"TWIN"}, known_{"KNOWN"};
   OwnArray<double> normals_{"NORMALS"}, angle_{"ANGLE"};

@@ -1,15 +1,24 @@
 // Global residual and tangent: a sum over the triangles in order, each entry at its place in the pattern.
 #include "element/assembly.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "element/element.hpp"
+#include "element/element_shares.hpp"
 #include "element/lanes/lane_pass.hpp"
 #include "element/tangent_places.hpp"
 
 namespace tornwalzen {
 
 namespace {
+
+void setZero(ThreadPool* pool, Vector<double> values, Int64 count) {
+  constexpr Int64 leastCleared = 32768;  // by a thread
+  inRanges(pool, count, leastCleared, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) values(i) = 0.0;
+  });
+}
 
 /// What one element adds to the global sums. Its gradient and tangent lie `stride` doubles from entry to
 /// entry.
@@ -18,14 +27,16 @@ struct ElementSums {
   const TangentPlaces& places;
   bool withMatrix;
 
-  template <int stride>
-  void add(Int e, const double* GRADIENT, const double* AMAT) const {
+  /// owns(n): are the entries of node n to be added to?
+  template <int stride, class Owns>
+  void add(Int e, const double* GRADIENT, const double* AMAT, Owns owns) const {
     const Int corner[3] = {a.INTA(e, 1), a.INTA(e, 2), a.INTA(e, 3)};
     for (int c = 0; c < 3; ++c) {
+      if (!owns(corner[c])) continue;
       a.RR(2 * corner[c] - 1) -= GRADIENT[stride * (2 * c)];
       a.RR(2 * corner[c]) -= GRADIENT[stride * (2 * c + 1)];
     }
-    if (withMatrix) places.add<stride>(corner, AMAT);
+    if (withMatrix) places.add<stride>(corner, AMAT, owns);
   }
 };
 
@@ -47,23 +58,17 @@ void addElements(Analysis& run, bool withMatrix, const DriverArrays& a) {
   const FlowCurve CURVE(run);
   const TangentPlaces places(a.COLS, a.ROWI, a.SYSM);
   const ElementSums sums{a, places, withMatrix};
-  const LaneCurve laneCurve(CURVE);
-  LaneBatch batch;
-  for (Int e = 1; e <= run.nele;) {
-    if (e + laneCount - 1 <= run.nele && lanesServe(run) && takeEight(run, e, a.INTA, a.RX, a.KNZ, batch)) {
-      lanesOf(run).evaluate(withMatrix ? Order::hessian : Order::gradient, laneCurve, batch);
-      for (int l = 0; l < laneCount; ++l, ++e)
-        sums.add<laneCount>(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l]);
-      continue;
-    }
-    const Int last = e + laneCount - 1 < run.nele ? e + laneCount - 1 : run.nele;
-    for (; e <= last; ++e) {
-      double potential, GRADIENT[6], AMAT[36];
-      elementRoutine(run, e, withMatrix ? 1 : 0, a.INTA, a.RX, a.KNZ, CURVE, potential, GRADIENT, AMAT);
-      if (failed(run.ierrel)) return;
-      sums.add<1>(e, GRADIENT, AMAT);
-    }
-  }
+  const Order order = withMatrix ? Order::hessian : Order::gradient;
+  const Int degenerate = overElements<LaneBatch>(
+      run.pool.get(), run.nele, 0,
+      [&](Int e, Int n, LaneBatch& batch) {
+        return evaluateUpToEight(run, order, e, n, a.INTA, a.RX, a.KNZ, CURVE, batch);
+      },
+      [&](auto owns, Int e, Int l, const LaneBatch& batch) {
+        sums.add<laneCount>(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
+      });
+  if (run.pool) run.record.threadBytes = std::max(run.record.threadBytes, run.pool->scratchBytes());
+  if (degenerate > 0) tellDegenerate(run, false);
 }
 
 /// The potentials of all triangles in order, with columns 1 and 2 of the element table.
@@ -85,10 +90,10 @@ constexpr PotentialTerm terms[] = {{addElements, addElementEnergy}};
 
 void assemble(Analysis& run, Int mode, const DriverArrays& a) {
   const bool withMatrix = mode == residualAndMatrix;
-  for (Int i = 1; i <= run.neq; ++i) a.RR(i) = 0.0;
+  setZero(run.pool.get(), a.RR, run.neq);
   if (withMatrix) {
-    for (Int p = 1; p <= run.solver.nsysm; ++p) a.SYSM(p) = 0.0;
-    for (Int i = 1; i <= run.neq; ++i) a.TEMP(i) = 0.0;
+    setZero(run.pool.get(), a.SYSM, run.solver.nsysm);
+    setZero(run.pool.get(), a.TEMP, run.neq);
   }
   for (const PotentialTerm& term : terms) {
     term.derivatives(run, withMatrix, a);

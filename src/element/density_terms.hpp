@@ -27,6 +27,8 @@ class DensityTerm {
   virtual void add(Order order, const TrianglePoint& at, MapSum& sum) const = 0;
   /// Does the term stay the same when the whole blank is turned?
   virtual bool turnable() const = 0;
+  /// The flow curve, if the term is the plastic work over the part, which vectors compute too; else null.
+  virtual const FlowCurve* plasticOverPart() const { return nullptr; }
 };
 
 /// The terms that are minimised together. Owns none of them: they outlive the list.
@@ -43,6 +45,8 @@ class DensityTerms {
   void add(Order order, const TrianglePoint& at, MapSum& sum) const {
     for (Int k = 0; k < count_; ++k) terms_[static_cast<std::size_t>(k)]->add(order, at, sum);
   }
+  /// The flow curve, if the plastic work over the part is the only term; else null.
+  const FlowCurve* plasticOverPart() const { return count_ == 1 ? terms_[0]->plasticOverPart() : nullptr; }
   bool turnable() const {
     bool all = true;
     for (Int k = 0; k < count_; ++k) all = all && terms_[static_cast<std::size_t>(k)]->turnable();
@@ -62,6 +66,7 @@ class PlasticWorkTerm : public DensityTerm {
       : CURVE_(CURVE), partReference_(partReference) {}
   void add(Order order, const TrianglePoint& at, MapSum& sum) const override;
   bool turnable() const override { return true; }
+  const FlowCurve* plasticOverPart() const override { return partReference_ ? &CURVE_ : nullptr; }
 
  private:
   const FlowCurve& CURVE_;

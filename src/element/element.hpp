@@ -5,6 +5,7 @@
 // triangle's area.
 #pragma once
 
+#include "element/expansion.hpp"
 #include "material/flow_curve.hpp"
 
 namespace tornwalzen {
@@ -22,6 +23,13 @@ namespace tornwalzen {
 void elementRoutine(Analysis& run, Int e, Int mode, Table<const Int> INTA, Vector<const double> RX,
                     Table<const double> KNZ, const FlowCurve& CURVE, double& POTENTIAL, double (&GRADIENT)[6],
                     double (&HESSIAN)[36]);
+
+/// The element up to `order`, and nothing of the analysis is changed. False if it is degenerate; E is then undefined.
+bool evaluateElement(const Analysis& run, Order order, Int e, Table<const Int> INTA, Vector<const double> RX,
+                     Table<const double> KNZ, const FlowCurve& CURVE, ElementOf<double>& E);
+
+/// What elementRoutine and, withMessage, elementMeasure do about a degenerate element.
+void tellDegenerate(Analysis& run, bool withMessage);
 
 /// Potential of one triangle and its two result columns ELG(e,1) = -(E11 + E22), ELG(e,2) = φ; arguments as
 /// above. POTENTIAL is the same to the bit as elementRoutine's. A degenerate triangle prints " DEGENERIERTES

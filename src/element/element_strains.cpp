@@ -31,7 +31,10 @@ double equivalentStrain(const DriverArrays& a, Int e, const StrainWeights& weigh
 
 void measureStrains(const Analysis& run, const DriverArrays& a, Vector<double> STRAIN) {
   const StrainWeights weights(run.options.anisotropy);
-  for (Int e = 1; e <= run.nele; ++e) STRAIN(e) = equivalentStrain(a, e, weights);
+  constexpr Int64 leastMeasured = 1024;  // triangles of a range
+  inRanges(run.pool.get(), run.nele, leastMeasured, [&](Int64 first, Int64 last) {
+    for (Int64 e = first; e <= last; ++e) STRAIN(e) = equivalentStrain(a, static_cast<Int>(e), weights);
+  });
 }
 
 void recordLargestStrain(Analysis& run, const DriverArrays& a, Vector<const double> STRAIN) {

@@ -35,6 +35,11 @@ double largestTurn(const PotentialMesh& mesh, Vector<const double> RX, Vector<co
 void turnedLoads(const PotentialMesh& mesh, Vector<const double> RX, Vector<const double> RB, double t,
                  Vector<double> RR);
 
+/// Does no singular value of a triangle differ between FROM and TO (mm) by more than `limit` of its size at FROM? What is
+/// not a number does.
+bool stretchesWithin(const PotentialMesh& mesh, Vector<const double> FROM, Vector<const double> TO,
+                     double limit);
+
 /// Smallest t > 0 at which a triangle that is not turned over at RX has no area at RX + t·RB (J. Smith, S. Schaefer,
 /// Bijective parameterization with free boundaries, 2015); infinite where none has.
 double stepToInversion(const PotentialMesh& mesh, Vector<const double> RX, Vector<const double> RB);

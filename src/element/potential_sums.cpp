@@ -4,6 +4,9 @@
 // part_frames.hpp. In the frames of J that is K = Uᵀ·dp·(Vᵀ·N2)ᵀ + Uᵀ·dq·(Vᵀ·N3)ᵀ.
 #include "element/potential_sums.hpp"
 
+#include <cmath>
+
+#include "element/element_shares.hpp"
 #include "element/expansion.hpp"
 #include "element/tangent_places.hpp"
 
@@ -26,28 +29,75 @@ void entriesOfMoves(const PrincipalMap& map, double a, double b, double c, doubl
     }
 }
 
-/// Visits the triangles in order. `use(e, sum-of-one)` takes value, gradient and Hessian of each.
-template <class Use>
-double overTriangles(Order order, const PotentialMesh& mesh, Vector<const double> RX,
-                     const ExtendedPotential& potential, Use use) {
-  double energy = 0.0, GRADIENT[6], HESSIAN[36];
-  for (Int e = 1; e <= mesh.FRAMES.columns(); ++e) {
-    energy += trianglePotential(order, e, mesh, RX, potential, GRADIENT, HESSIAN);
-    use(e, GRADIENT, HESSIAN);
+/// Edges and frames of the triangles e .. e+7.
+void takeEight(Int e, const PotentialMesh& mesh, Vector<const double> RX, MapBatch& batch) {
+  for (Int l = 0; l < laneCount; ++l) {
+    const Int n1 = mesh.INTA(e + l, 1), n2 = mesh.INTA(e + l, 2), n3 = mesh.INTA(e + l, 3);
+    for (Int i = 0; i < 2; ++i) {
+      const double x1 = RX(2 * n1 - 1 + i);
+      batch.p[i][l] = RX(2 * n2 - 1 + i) - x1;
+      batch.q[i][l] = RX(2 * n3 - 1 + i) - x1;
+    }
+    batch.ALONG[l] = mesh.FRAMES(frame::along, e + l);
+    batch.TILT[l] = mesh.FRAMES(frame::tilt, e + l);
+    batch.ACROSS[l] = mesh.FRAMES(frame::across, e + l);
+    batch.WEIGHT[l] = mesh.FRAMES(frame::weight, e + l);
   }
+}
+
+/// Where gradients and Hessians of the triangles go. places: null without Hessians.
+struct Derivatives {
+  Table<const Int> INTA;
+  Vector<double> RR;
+  const TangentPlaces* places;
+
+  template <class Owns>
+  void add(Int e, const double* GRADIENT, const double* HESSIAN, Owns owns) const {
+    const Int corner[3] = {INTA(e, 1), INTA(e, 2), INTA(e, 3)};
+    for (int c = 0; c < 3; ++c) {
+      if (!owns(corner[c])) continue;
+      RR(2 * corner[c] - 1) -= GRADIENT[laneCount * (2 * c)];
+      RR(2 * corner[c]) -= GRADIENT[laneCount * (2 * c + 1)];
+    }
+    if (places != nullptr) places->add<laneCount>(corner, HESSIAN, owns);
+  }
+};
+
+/// Visits the triangles in order. derivatives: null for the energy alone.
+double overTriangles(Order order, const PotentialMesh& mesh, Vector<const double> RX,
+                     const ExtendedPotential& potential, const Derivatives* derivatives) {
+  const FlowCurve* const CURVE = mesh.lanes != nullptr ? potential.terms.plasticOverPart() : nullptr;
+  double energy = 0.0;
+  overElements<MapBatch>(
+      mesh.pool, static_cast<Int>(mesh.FRAMES.columns()), derivatives != nullptr ? 0 : 1,
+      [&](Int e, Int n, MapBatch& batch) {
+        if (n == laneCount && CURVE != nullptr) {
+          takeEight(e, mesh, RX, batch);
+          if (mesh.lanes->evaluateOverPart(order, LaneCurve(*CURVE), potential.s0, potential.theta, batch))
+            return n;
+        }
+        double GRADIENT[6], HESSIAN[36];
+        for (Int l = 0; l < n; ++l) {
+          batch.POTENTIAL[l] = trianglePotential(order, e + l, mesh, RX, potential, GRADIENT, HESSIAN);
+          if (order == Order::value) continue;
+          for (int k = 0; k < 6; ++k) batch.GRADIENT[k][l] = GRADIENT[k];
+          if (order != Order::hessian) continue;
+          for (int k = 0; k < 36; ++k) batch.HESSIAN[k][l] = HESSIAN[k];
+        }
+        return n;
+      },
+      [&](auto owns, Int e, Int l, const MapBatch& batch) {
+        if (owns.first()) energy += batch.POTENTIAL[l];
+        if (derivatives != nullptr) derivatives->add(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
+      });
   return energy;
 }
 
-void subtractGradient(Int e, Table<const Int> INTA, const double (&GRADIENT)[6], Vector<double> RR) {
-  for (Int corner = 1; corner <= 3; ++corner) {
-    const Int n = INTA(e, corner);
-    RR(2 * n - 1) -= GRADIENT[2 * corner - 2];
-    RR(2 * n) -= GRADIENT[2 * corner - 1];
-  }
-}
-
-void clear(Vector<double> values) {
-  for (Int64 i = 1; i <= values.length(); ++i) values(i) = 0.0;
+void clear(ThreadPool* pool, Vector<double> values) {
+  constexpr Int64 leastCleared = 32768;  // by a thread
+  inRanges(pool, values.length(), leastCleared, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) values(i) = 0.0;
+  });
 }
 
 }  // namespace
@@ -88,41 +138,44 @@ double trianglePotential(Order order, Int e, const PotentialMesh& mesh, Vector<c
 
 double potentialEnergy(const PotentialMesh& mesh, Vector<const double> RX,
                        const ExtendedPotential& potential) {
-  return overTriangles(Order::value, mesh, RX, potential,
-                       [](Int, const double(&)[6], const double(&)[36]) {});
+  return overTriangles(Order::value, mesh, RX, potential, nullptr);
 }
 
 double potentialResidual(const PotentialMesh& mesh, Vector<const double> RX,
                          const ExtendedPotential& potential, Vector<double> RR) {
-  clear(RR);
-  return overTriangles(Order::gradient, mesh, RX, potential,
-                       [&](Int e, const double(&GRADIENT)[6], const double(&)[36]) {
-                         subtractGradient(e, mesh.INTA, GRADIENT, RR);
-                       });
+  clear(mesh.pool, RR);
+  const Derivatives derivatives{mesh.INTA, RR, nullptr};
+  return overTriangles(Order::gradient, mesh, RX, potential, &derivatives);
 }
 
 double potentialTangent(const PotentialMesh& mesh, Vector<const double> RX,
                         const ExtendedPotential& potential, Vector<const Int> COLS, Vector<const Int> ROWI,
                         Vector<double> RR, Vector<double> SYSM) {
-  clear(RR);
-  clear(SYSM);
+  clear(mesh.pool, RR);
+  clear(mesh.pool, SYSM);
   const TangentPlaces places(COLS, ROWI, SYSM);
-  return overTriangles(Order::hessian, mesh, RX, potential,
-                       [&](Int e, const double(&GRADIENT)[6], const double(&HESSIAN)[36]) {
-                         subtractGradient(e, mesh.INTA, GRADIENT, RR);
-                         const Int corner[3] = {mesh.INTA(e, 1), mesh.INTA(e, 2), mesh.INTA(e, 3)};
-                         places.add<1>(corner, HESSIAN);
-                       });
+  const Derivatives derivatives{mesh.INTA, RR, &places};
+  return overTriangles(Order::hessian, mesh, RX, potential, &derivatives);
 }
 
 BlankShape blankShape(const PotentialMesh& mesh, Vector<const double> RX) {
-  BlankShape shape{0.0, 0};
-  for (Int e = 1; e <= mesh.FRAMES.columns(); ++e) {
-    const double s2 = singularValues(blankMap(e, mesh.INTA, mesh.FRAMES, RX)).s2;
-    if (!(s2 > 0.0)) ++shape.inverted;
-    if (e == 1 || !(s2 >= shape.smallest)) shape.smallest = s2;
-  }
-  return shape;
+  constexpr Int64 leastLooked = 2048;  // triangles of a range
+  const auto ofRange = [&](Int64 first, Int64 last) {
+    BlankShape shape{INFINITY, 0};
+    for (Int64 e = first; e <= last; ++e) {
+      const double s2 = singularValues(blankMap(static_cast<Int>(e), mesh.INTA, mesh.FRAMES, RX)).s2;
+      if (!(s2 > 0.0)) ++shape.inverted;
+      if (s2 < shape.smallest || std::isnan(s2)) shape.smallest = s2;
+    }
+    return shape;
+  };
+  if (mesh.FRAMES.columns() == 0) return {0.0, 0};
+  BlankShape whole{INFINITY, 0};
+  mergeRanges(mesh.pool, mesh.FRAMES.columns(), leastLooked, ofRange, [&](const BlankShape& part) {
+    whole.inverted += part.inverted;
+    if (part.smallest < whole.smallest || std::isnan(part.smallest)) whole.smallest = part.smallest;
+  });
+  return whole;
 }
 
 }  // namespace tornwalzen

@@ -2,13 +2,18 @@
 #pragma once
 
 #include "element/density_terms.hpp"
+#include "ground/thread_pool.hpp"
 
 namespace tornwalzen {
 
+struct ElementLanes;
+
 /// What stays fixed while the blank moves; views, nothing owned.
 struct PotentialMesh {
-  Table<const Int> INTA;       // NE × 3 incidences
-  Table<const double> FRAMES;  // 4 × NE, of part_frames.hpp
+  Table<const Int> INTA;                // NE × 3 incidences
+  Table<const double> FRAMES;           // 4 × NE, of part_frames.hpp
+  const ElementLanes* lanes = nullptr;  // take eight triangles at a time where they can; null: one by one
+  ThreadPool* pool = nullptr;           // threads that help; null: none
 };
 
 /// The potential with its threshold.

@@ -17,26 +17,32 @@ class TangentPlaces {
       : COLS_(COLS), ROWI_(ROWI), SYSM_(SYSM) {}
 
   /// corner: nodes of the element. AMAT: element tangent, 6 × 6 column-major, `stride` doubles from entry to
-  /// entry.
-  template <int stride>
-  void add(const Int (&corner)[3], const double* AMAT) const {
+  /// entry. owns(n): are the columns of node n to be added to? All others stay.
+  template <int stride, class Owns>
+  void add(const Int (&corner)[3], const double* AMAT, Owns owns) const {
     int a = 0, b = 1, c = 2;  // the corners by rising node number
     if (corner[b] < corner[a]) std::swap(a, b);
     if (corner[c] < corner[b]) std::swap(b, c);
     if (corner[b] < corner[a]) std::swap(a, b);
-    const Columns A(COLS_, corner[a]), B(COLS_, corner[b]), C(COLS_, corner[c]);
-    Int beforeB = 0, beforeC = 0, beforeCinB = 0;
-    for (Int p = A.first + 2; p < A.second; p += 2) {
-      beforeB += ROWI_(p) < 2 * corner[b] - 1;
-      beforeC += ROWI_(p) < 2 * corner[c] - 1;
+    if (owns(corner[a])) {
+      const Columns A(COLS_, corner[a]);
+      Int beforeB = 0, beforeC = 0;
+      for (Int p = A.first + 2; p < A.second; p += 2) {
+        beforeB += ROWI_(p) < 2 * corner[b] - 1;
+        beforeC += ROWI_(p) < 2 * corner[c] - 1;
+      }
+      addOwn<stride>(A, AMAT + 14 * stride * a);
+      addPair<stride>(A, beforeB, corner[b], AMAT + stride * (12 * a + 2 * b));
+      addPair<stride>(A, beforeC, corner[c], AMAT + stride * (12 * a + 2 * c));
     }
-    for (Int p = B.first + 2; p < B.second; p += 2) beforeCinB += ROWI_(p) < 2 * corner[c] - 1;
-    addOwn<stride>(A, AMAT + 14 * stride * a);
-    addPair<stride>(A, beforeB, corner[b], AMAT + stride * (12 * a + 2 * b));
-    addPair<stride>(A, beforeC, corner[c], AMAT + stride * (12 * a + 2 * c));
-    addOwn<stride>(B, AMAT + 14 * stride * b);
-    addPair<stride>(B, beforeCinB, corner[c], AMAT + stride * (12 * b + 2 * c));
-    addOwn<stride>(C, AMAT + 14 * stride * c);
+    if (owns(corner[b])) {
+      const Columns B(COLS_, corner[b]);
+      Int beforeC = 0;
+      for (Int p = B.first + 2; p < B.second; p += 2) beforeC += ROWI_(p) < 2 * corner[c] - 1;
+      addOwn<stride>(B, AMAT + 14 * stride * b);
+      addPair<stride>(B, beforeC, corner[c], AMAT + stride * (12 * b + 2 * c));
+    }
+    if (owns(corner[c])) addOwn<stride>(Columns(COLS_, corner[c]), AMAT + 14 * stride * c);
   }
 
  private:

@@ -15,6 +15,7 @@ namespace tornwalzen {
 
 struct DenseKernels;
 struct ElementLanes;
+struct PartTopology;
 
 constexpr Int curveRows = 50;    // rows of the flow-curve table FC
 constexpr Int curveColumns = 7;  // strain, stress, secant slope, cubic coefficients A B C D
@@ -53,10 +54,11 @@ struct MeshState {
 /// What lives as long as a run.
 struct RunState {
   Int istat = 0;  // run status: 1 plastic work and coarse tolerance, 0 geometric density and fine tolerance
-  double maxgrad = 0.0;  // largest free residual component of the last assembly
-  double lsfak = 1.0;    // accepted fraction of the last Newton correction
-  double atot = 0.0;     // total area of the formed part (mm²), set by the development
-  double qmax = 0.0;     // worst unfolding measure of the last objective (dimensionless)
+  double maxgrad = 0.0;                    // largest free residual component of the last assembly
+  double lsfak = 1.0;                      // accepted fraction of the last Newton correction
+  double atot = 0.0;                       // total area of the formed part (mm²), set by the development
+  double qmax = 0.0;                       // worst unfolding measure of the last objective (dimensionless)
+  std::shared_ptr<PartTopology> topology;  // of the part; null: not asked for yet, or freed
   RunRecord record;
 };
 

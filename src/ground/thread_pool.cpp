@@ -47,6 +47,15 @@ std::unique_ptr<ThreadPool> ThreadPool::start(Int threads) {
   return pool;
 }
 
+double* ThreadPool::scratch(Int64 doubles) {
+  constexpr Int64 line = 8;  // doubles
+  if (scratch_.length() < doubles + line && !scratch_.allocate(doubles + line)) return nullptr;
+  void* place = scratch_.data();
+  std::size_t space = static_cast<std::size_t>(scratch_.length()) * sizeof(double);
+  return static_cast<double*>(
+      std::align(line * sizeof(double), static_cast<std::size_t>(doubles) * sizeof(double), place, space));
+}
+
 void ThreadPool::startHelpers() {
   helpers_.reserve(static_cast<std::size_t>(threads_) - 1);
   for (Int number = 1; number < threads_; ++number) helpers_.emplace_back([this, number] { serve(number); });

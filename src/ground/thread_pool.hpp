@@ -6,10 +6,11 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
-#include "ground/array_view.hpp"
+#include "ground/own_array.hpp"
 
 namespace tornwalzen {
 
@@ -25,6 +26,11 @@ class ThreadPool {
   ThreadPool& operator=(const ThreadPool&) = delete;
 
   Int threads() const { return threads_; }
+
+  /// Memory for a job, at least so many doubles from a cache line on, kept until a later job needs more: what it holds
+  /// is gone with the job. Null where it cannot be had.
+  double* scratch(Int64 doubles);
+  Int64 scratchBytes() const { return static_cast<Int64>(sizeof(double)) * scratch_.length(); }
 
   /// One worker's part in a job. All workers of a job must come to the same meetings and shares in the same order.
   class Worker {
@@ -75,6 +81,7 @@ class ThreadPool {
   Int threads_;
   std::vector<std::thread> helpers_;
   const long process_;
+  OwnArray<double> scratch_{"scratch"};
   const void* job_ = nullptr;
   void (*call_)(const void*, Worker&) = nullptr;  // null: the helpers end
   Int64 takenBefore_ = 0;                         // numbers handed out before the job
@@ -95,6 +102,35 @@ void inRanges(ThreadPool* pool, Int64 length, Int64 least, Work work) {
   const Int64 ranges = std::min<Int64>(length / least, 4 * Int64{pool->threads()});
   pool->run([&](ThreadPool::Worker& worker) {
     worker.share(ranges, [&](Int64 i) { work(length * i / ranges + 1, length * (i + 1) / ranges); });
+  });
+}
+
+/// Σ term(i) over 1..length, the same to the bit for every pool: the sums of fixed parts, added in their order.
+template <class Term>
+double sumInParts(ThreadPool* pool, Int64 length, Term term) {
+  constexpr Int64 parts = 64, leastParts = 4, leastLength = 32768;
+  double SUM[parts];
+  inRanges(length < leastLength ? nullptr : pool, parts, leastParts, [&](Int64 from, Int64 to) {
+    for (Int64 part = from; part <= to; ++part) {
+      double sum = 0.0;
+      for (Int64 i = length * (part - 1) / parts + 1; i <= length * part / parts; ++i) sum += term(i);
+      SUM[part - 1] = sum;
+    }
+  });
+  double sum = 0.0;
+  for (const double part : SUM) sum += part;
+  return sum;
+}
+
+/// merge(part) with what measure(first, last) finds in each of the ranges that together make up 1..length, in an order
+/// that is not told: for what does not depend on it, such as a largest value or a count.
+template <class Measure, class Merge>
+void mergeRanges(ThreadPool* pool, Int64 length, Int64 least, Measure measure, Merge merge) {
+  std::mutex merging;
+  inRanges(pool, length, least, [&](Int64 first, Int64 last) {
+    const auto part = measure(first, last);
+    const std::lock_guard<std::mutex> alone(merging);
+    merge(part);
   });
 }
 

@@ -71,10 +71,10 @@ bool OwnAnalysis::goesOn(RunPhase phase) {
   return hostContinues(run.progress, {phase, 0.0});
 }
 
-/// WORK and RWORK as long as the next step asks for.
+/// WORK and RWORK as long as the next step asks for. Before the first factorization nothing stands in RWORK.
 bool OwnAnalysis::supplyWork() {
   SolverState& system = run.solver;
-  if (!WORK_.resize(system.niwreq) || !RWORK_.resize(system.nrkreq)) return false;
+  if (!WORK_.resize(system.niwreq) || !RWORK_.allocate(system.nrkreq)) return false;
   system.niwor = system.niwreq;
   system.nrk = system.nrkreq;
   return true;

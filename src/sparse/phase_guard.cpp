@@ -129,6 +129,16 @@ void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const I
   if (IERR == ierr::damaged) printControlFailure(run, phase);
 }
 
+bool structureStands(const SolverProtocol& protocol, Vector<const Int> WORK, ThreadPool* pool) {
+  return protocol.lastPhase >= 2 && intact(protocol, WORK, factorPart, 0, pool);
+}
+
+void noteStructure(SolverProtocol& protocol, Vector<Int> WORK, ThreadPool* pool) {
+  protocol.lastPhase = 2;
+  WORK(header::phase) = 2;
+  remember(protocol, WORK, factorPart, 0, pool);
+}
+
 const DenseKernels& kernelsOf(const Analysis& run) {
   return run.kernels != nullptr ? *run.kernels : denseKernelTables().best();
 }

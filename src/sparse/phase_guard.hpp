@@ -21,6 +21,12 @@ void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const I
               Vector<const Int> ROWI, Vector<const double> SYSM, Vector<Int> WORK, Vector<double> RWORK,
               PhaseSizes& sizes, Int& IERR);
 
+/// True if WORK is still what phase 2 left, as phase 3 keeps it.
+bool structureStands(const SolverProtocol& protocol, Vector<const Int> WORK, ThreadPool* pool);
+
+/// WORK holds what phase 2 leaves, found in another way: phase 3 may follow. protocol: inout, as after the sizing step.
+void noteStructure(SolverProtocol& protocol, Vector<Int> WORK, ThreadPool* pool);
+
 /// The dense kernels that the analysis uses.
 const DenseKernels& kernelsOf(const Analysis& run);
 

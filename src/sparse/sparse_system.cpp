@@ -1,7 +1,12 @@
 // Systems of equations over the solver's phases.
 #include "sparse/sparse_system.hpp"
 
+#include <algorithm>
+
 #include "ground/messages.hpp"
+#include "sparse/node_structure.hpp"
+#include "sparse/phase_guard.hpp"
+#include "sparse/work_layout.hpp"
 
 namespace tornwalzen {
 
@@ -22,7 +27,7 @@ SparseSystem::SparseSystem(Analysis& run, Vector<const Int> COLS, Vector<const I
       SYSM_(SYSM),
       WRHS_(WRHS) {}
 
-bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI) {
+bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI, const SparseSystem* pairs) {
   const Int64 nodes = (COLS.length() - 1) / 2;
   Int64 entries = 0;
   for (Int64 n = 1; n <= nodes; ++n) entries += (COLS(2 * n) - COLS(2 * n - 1)) / 2;
@@ -45,14 +50,37 @@ bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI) 
   ownState_ = SolverState{};
   ownState_.neq = static_cast<Int>(nodes);
   ownState_.nsysm = ownState_.mnsysm = static_cast<Int>(entries);
+  if (pairs != nullptr && halve(*pairs)) return enlarge();
   for (const SolverStep phase : {SolverStep::sizing, SolverStep::ordering, SolverStep::symbolic})
     if (!step(phase, {}, {}) || !enlarge()) return false;
   return true;
 }
 
-/// Memory as long as the next step needs, what stands in WORK kept.
+/// Order and layout from those of `pairs`. False: they cannot be had there, and nothing has changed but WORK.
+bool SparseSystem::halve(const SparseSystem& pairs) {
+  ThreadPool* const pool = run_.pool.get();
+  if (!structureStands(pairs.state_->protocol, pairs.WORK_, pool) ||
+      !work_.allocate(halvedLength(pairs.WORK_)))
+    return false;
+  const Vector<Int> WORK = work_.vector();
+  Int f1, f2, g, IERR;
+  halveStructure(pairs.WORK_, WORK, f1, f2, g, IERR);
+  if (IERR != ierr::ok) return false;
+  const Int64 NEQ = ownState_.neq, m = WORK(header::supernodes), s = WORK(header::subscripts);
+  const Int64 P = partialLength(NEQ, m, s);
+  ownState_.niwreq = static_cast<Int>(std::max(
+      work_.length(), numericLength(P, f1, f2, m, ownState_.nsysm, g)));  // half of what fitted an Int
+  ownState_.nrkreq =
+      static_cast<Int>(realLength(NEQ, WORK(header::realRequirement), g > NEQ ? 2 * Int64{g} : 0));
+  ownState_.protocol.supernodes = static_cast<Int>(m);
+  ownState_.protocol.partialRequirement = static_cast<Int>(P);
+  noteStructure(ownState_.protocol, WORK, pool);
+  return true;
+}
+
+/// Memory as long as the next step needs, what stands in WORK kept; in RWORK nothing stands before the factorization.
 bool SparseSystem::enlarge() {
-  if (!work_.resize(ownState_.niwreq) || !rwork_.resize(ownState_.nrkreq)) {
+  if (!work_.resize(ownState_.niwreq) || !rwork_.allocate(ownState_.nrkreq)) {
     failSolver(run_, noMemory);
     return false;
   }
@@ -73,12 +101,15 @@ bool SparseSystem::step(SolverStep step, Vector<const double> RHS, Vector<double
 }
 
 void SparseSystem::hold(Vector<const Int> FREE) const {
-  for (Int64 i = 1; i <= FREE.length(); ++i) {
-    const Int diagonal = COLS_(i), next = COLS_(i + 1);
-    if (FREE(i) == 0) SYSM_(diagonal) = 1.0;
-    for (Int k = diagonal + 1; k < next; ++k)
-      if (FREE(i) == 0 || FREE(ROWI_(k)) == 0) SYSM_(k) = 0.0;
-  }
+  constexpr Int64 leastHeld = 8192;  // columns of a range
+  inRanges(run_.pool.get(), FREE.length(), leastHeld, [&](Int64 first, Int64 last) {
+    for (Int64 i = first; i <= last; ++i) {
+      const Int diagonal = COLS_(i), next = COLS_(i + 1);
+      if (FREE(i) == 0) SYSM_(diagonal) = 1.0;
+      for (Int k = diagonal + 1; k < next; ++k)
+        if (FREE(i) == 0 || FREE(ROWI_(k)) == 0) SYSM_(k) = 0.0;
+    }
+  });
 }
 
 bool SparseSystem::factorize() {
@@ -90,9 +121,16 @@ void SparseSystem::solve(Vector<const double> RHS, Vector<double> SOLUTION) {
 }
 
 Int SparseSystem::negativePivots() const {
+  constexpr Int64 leastCounted = 32768;  // pivots of a range
   Int negative = 0;
-  for (Int64 i = 1; i < COLS_.length(); ++i)
-    if (RWORK_(i) < 0.0) ++negative;
+  const auto ofRange = [&](Int64 first, Int64 last) {
+    Int count = 0;
+    for (Int64 i = first; i <= last; ++i)
+      if (RWORK_(i) < 0.0) ++count;
+    return count;
+  };
+  mergeRanges(run_.pool.get(), COLS_.length() - 1, leastCounted, ofRange,
+              [&](Int count) { negative += count; });
   return negative;
 }
 

@@ -19,8 +19,9 @@ class SparseSystem {
   SparseSystem& operator=(const SparseSystem&) = delete;
 
   /// Takes the pattern of one equation per node from that of two, COLS and ROWI; orders it and lays out its factor
-  /// in memory of its own. False: no memory, or the solver failed; a fatal text is kept.
-  bool prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI);
+  /// in memory of its own. pairs: the system with that pattern, whose order and layout are halved; null, or where its
+  /// structure does not stand: they are found anew. False: no memory, or the solver failed; a fatal text is kept.
+  bool prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI, const SparseSystem* pairs = nullptr);
 
   Vector<const Int> COLS() const { return COLS_; }
   Vector<const Int> ROWI() const { return ROWI_; }
@@ -40,6 +41,7 @@ class SparseSystem {
  private:
   bool step(SolverStep step, Vector<const double> RHS, Vector<double> SOLUTION);
   bool enlarge();
+  bool halve(const SparseSystem& pairs);
 
   Analysis& run_;
   SolverState ownState_, *state_;

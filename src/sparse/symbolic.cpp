@@ -116,6 +116,29 @@ Int64 findPeak(const FactorStructure& f, Int m, Int64 factorEntries, Vector<Int>
 
 }  // namespace
 
+void layOutFactor(Vector<Int> WORK, Int& f1, Int& f2, Int& g, Int& IERR) {
+  const Int NEQ = WORK(header::equations), m = WORK(header::supernodes);
+  const FactorStructure f = factorStructure(WORK);
+  IERR = ierr::ok;
+  findLocalIndices(f, m);
+  const Int64 peak = findPeak(f, m, WORK(header::factorEntries), f.ASTART, f1, f2);
+  findBlocks(f, m);
+
+  const Int64 growth =
+      peak <= 2 * Int64{NEQ} ? Int64{NEQ} : std::max(Int64{NEQ} + 1, (peak - 2 * Int64{NEQ} + 1) / 2);
+  const Int64 real = Int64{WORK(header::factorEntries)} + 3 * Int64{NEQ} + (growth > NEQ ? 2 * growth : 0);
+  if (real > largestInt) {
+    IERR = ierr::tooLarge;
+    return;
+  }
+  g = static_cast<Int>(growth);
+  WORK(header::largestFront) = f1;
+  WORK(header::largestUpdate) = f2;
+  WORK(header::realGrowth) = g;
+  WORK(header::scratchDoubles) = static_cast<Int>(peak);
+  WORK(header::freePhase3) = static_cast<Int>(f.end);
+}
+
 void symbolicPhase(Int NNZ, Vector<Int> WORK, Int& f1, Int& f2, Int& g, Int& IERR) {
   const Int NEQ = WORK(header::equations), m = WORK(header::supernodes), s = WORK(header::subscripts);
   f1 = f2 = g = 0;
@@ -145,23 +168,7 @@ void symbolicPhase(Int NNZ, Vector<Int> WORK, Int& f1, Int& f2, Int& g, Int& IER
   move(o.PARENT, f.PARENT);
   move(XLINDX, f.XLINDX);
   move(LINDX, f.LINDX);
-  findLocalIndices(f, m);
-  const Int64 peak = findPeak(f, m, WORK(header::factorEntries), f.ASTART, f1, f2);
-  findBlocks(f, m);
-
-  const Int64 growth =
-      peak <= 2 * Int64{NEQ} ? Int64{NEQ} : std::max(Int64{NEQ} + 1, (peak - 2 * Int64{NEQ} + 1) / 2);
-  const Int64 real = Int64{WORK(header::factorEntries)} + 3 * Int64{NEQ} + (growth > NEQ ? 2 * growth : 0);
-  if (real > largestInt) {
-    IERR = ierr::tooLarge;
-    return;
-  }
-  g = static_cast<Int>(growth);
-  WORK(header::largestFront) = f1;
-  WORK(header::largestUpdate) = f2;
-  WORK(header::realGrowth) = g;
-  WORK(header::scratchDoubles) = static_cast<Int>(peak);
-  WORK(header::freePhase3) = static_cast<Int>(f.end);
+  layOutFactor(WORK, f1, f2, g, IERR);
 }
 
 }  // namespace tornwalzen

@@ -14,4 +14,8 @@ namespace tornwalzen {
 /// IERR: out, 0, shortWork2, inconsistent or tooLarge.
 void symbolicPhase(Int NNZ, Vector<Int> WORK, Int& f1, Int& f2, Int& g, Int& IERR);
 
+/// The last part of it: from rows and tree of the supernodes to places in the parents, blocks of L and lengths. WORK: inout,
+/// in the layout of factorStructure with PERM to LINDX and the header up to factorEntries.
+void layOutFactor(Vector<Int> WORK, Int& f1, Int& f2, Int& g, Int& IERR);
+
 }  // namespace tornwalzen

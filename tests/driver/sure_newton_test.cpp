@@ -16,6 +16,8 @@ struct Prepared {
   TestPart part;
   std::vector<double> FRAMES;
   std::vector<Int> FREE;
+  std::vector<double> FACTORED;
+  ChordMemory memory;
   FlowCurve CURVE;
   PlasticWorkTerm work;
   GeometricTerm geometric{true};
@@ -29,6 +31,7 @@ struct Prepared {
       : part(ready(std::move(p), curve)),
         FRAMES(4 * static_cast<std::size_t>(part.nele)),
         FREE(part.ARFA.size(), 1),
+        FACTORED(part.ARFA.size()),
         CURVE(run),
         work(CURVE, true),
         tangent(run, part.arrays().COLS, part.arrays().ROWI, part.arrays().WORK, part.arrays().RWORK,
@@ -37,6 +40,7 @@ struct Prepared {
       terms.append(geometric);
     else
       terms.append(work);
+    EXPECT_TRUE(memory.allocate(nullptr, part.neq));
     FREE[0] = FREE[1] = 0;
     FREE[2 * static_cast<std::size_t>(part.nkno) - 1] = 0;
     std::vector<Int> shift(part.ARFA.size(), 1);
@@ -59,8 +63,8 @@ struct Prepared {
   PotentialMesh mesh() { return {part.arrays().INTA, frames()}; }
   SureProblem problem(double s0 = 0.2) {
     const DriverArrays a = part.arrays();
-    return {run,  mesh(), &terms, s0,    {"FREE", FREE.data(), part.neq}, tangent, joiner, a.RX, a.RR,
-            a.RB, a.RXA,  a.TEMP, counts};
+    return {run,  mesh(), &terms, s0,     {"FREE", FREE.data(), part.neq},         tangent, joiner, a.RX,
+            a.RR, a.RB,   a.RXA,  a.TEMP, {"FACTORED", FACTORED.data(), part.neq}, memory,  counts};
   }
 };
 
@@ -184,6 +188,18 @@ TEST(SureNewton, FindsACertifiedMinimum) {
     EXPECT_GT(found.smallest, problem.s0);
     EXPECT_LE(dome.counts.factorizations, 8);
     EXPECT_EQ(dome.tangent.negativePivots(), 0);
+  }
+}
+
+// Wherever the iteration began, what proves the minimum is the exact tangent of nearly that blank.
+TEST(SureNewton, TheCertificateIsThatOfANearBlank) {
+  for (const double stretch : {1.0, 0.97, 1.1}) {
+    Prepared dome(test::dome(5, 20.0));
+    SureProblem problem = dome.problem();
+    for (Int n = 1; n <= dome.part.nkno; ++n) problem.RX(2 * n) *= stretch;
+    EXPECT_EQ(minimiseQuietly(problem, tight).end, SureEnd::minimum);
+    EXPECT_TRUE(stretchesWithin(problem.mesh, problem.FACTORED, problem.RX, 0.03)) << stretch;
+    EXPECT_EQ(problem.tangent.negativePivots(), 0);
   }
 }
 

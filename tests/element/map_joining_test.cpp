@@ -166,6 +166,23 @@ TEST(MapJoining, SmallTurnsAndStretchesAreTheStraightStep) {
   for (std::size_t i = 0; i < moved.size(); ++i) EXPECT_NEAR(curved[i], before[i] - joined.RR[i], 1e-6);
 }
 
+TEST(MapJoining, StretchesAreComparedTriangleByTriangle) {
+  JoinedMesh joined(3);
+  const auto within = [&](double limit) {
+    return stretchesWithin(joined.mesh(), joined.blank(), joined.step(), limit);
+  };
+  const double c = std::cos(0.7), s = std::sin(0.7);
+  for (Int n = 0; n < joined.small.nodes; ++n) {  // turned and drawn out by 4 % everywhere
+    const double u = joined.small.RX[2 * n], v = joined.small.RX[2 * n + 1];
+    joined.RB[2 * n] = 1.04 * (c * u - s * v) + 5.0;
+    joined.RB[2 * n + 1] = 1.04 * (s * u + c * v);
+  }
+  EXPECT_TRUE(within(0.0401));
+  EXPECT_FALSE(within(0.0399));
+  joined.RB[0] = std::nan("");
+  EXPECT_FALSE(within(10.0));
+}
+
 TEST(MapJoining, TheStepToInversionIsTheFirstOne) {
   JoinedMesh joined(3);
   EXPECT_EQ(stepToInversion(joined.mesh(), joined.blank(), joined.step()),

@@ -1,7 +1,9 @@
 // The potential in the singular values of J: the element's own above the threshold, its C2 continuation below.
 #include <memory>
 
+#include "element/lanes/element_lanes.hpp"
 #include "element/potential_sums.hpp"
+#include "ground/kernel_tables.hpp"
 #include "one_triangle.hpp"
 #include "small_mesh.hpp"
 
@@ -221,6 +223,85 @@ TEST_F(PotentialSums, AgreeWithTheAssembly) {
   std::vector<double> again(RR);
   EXPECT_EQ(potentialResidual(mesh, small.blank(), potential, {"RR", again.data(), small.equations}), energy);
   EXPECT_EQ(again, RR);
+}
+
+/// Energy, residual and tangent of one blank.
+struct Summed {
+  double energy;
+  std::vector<double> RR, SYSM;
+};
+Summed summed(const SmallMesh& small, const tornwalzen::PotentialMesh& mesh,
+              const tornwalzen::ExtendedPotential& potential) {
+  Summed s{0.0, std::vector<double>(small.equations), std::vector<double>(small.ROWI.size())};
+  const tornwalzen::Vector<double> RR("RR", s.RR.data(), small.equations);
+  const tornwalzen::Vector<const double> RX("RX", small.RX.data(), small.equations);
+  const double energy = potentialEnergy(mesh, RX, potential);
+  EXPECT_EQ(potentialResidual(mesh, RX, potential, RR), energy);
+  const std::vector<double> alone = s.RR;
+  s.energy = potentialTangent(mesh, RX, potential, {"COLS", small.COLS.data(), small.equations + 1},
+                              {"ROWI", small.ROWI.data(), static_cast<Int>(small.ROWI.size())}, RR,
+                              {"SYSM", s.SYSM.data(), static_cast<Int>(s.SYSM.size())});
+  EXPECT_EQ(s.energy, energy);
+  EXPECT_EQ(s.RR, alone);
+  return s;
+}
+
+// From slight strains to those beyond the curve, with negative eigenvalues and without; 98 triangles, two of them alone.
+TEST_F(PotentialSums, EightAtATimeAreThoseOneByOne) {
+  SmallMesh small(7);
+  std::vector<double> FRAMES(4 * small.elements);
+  ASSERT_EQ(
+      measurePartFrames(small.incidences(), small.target(), {"FRAMES", FRAMES.data(), 4, small.elements}), 0);
+  const BuiltInTerm term(Choice{"work1", 1, 1, 1.4, true});
+  const std::vector<double> start = small.RX;
+  for (const double stretch : {1.0, 0.7, 0.4, 1.8, 5.0})
+    for (const double theta : {0.0, 0.3, 1.0}) {
+      for (Int n = 0; n < small.nodes; ++n) small.RX[2 * n] = stretch * start[2 * n] + 0.1 * start[2 * n + 1];
+      tornwalzen::PotentialMesh mesh{small.incidences(), {"FRAMES", FRAMES.data(), 4, small.elements}};
+      const tornwalzen::ExtendedPotential potential{term.terms, 0.01, theta};
+      const Summed one = summed(small, mesh, potential);
+      const auto& tables = tornwalzen::elementLanesTables();
+      std::vector<Summed> lanes;
+      for (int k = 0; k < tables.count; ++k) {
+        mesh.lanes = tables.available[k];
+        lanes.push_back(summed(small, mesh, potential));
+        EXPECT_EQ(lanes[k].energy, lanes[0].energy) << mesh.lanes->name;
+        EXPECT_EQ(lanes[k].RR, lanes[0].RR) << mesh.lanes->name;
+        EXPECT_EQ(lanes[k].SYSM, lanes[0].SYSM) << mesh.lanes->name;
+      }
+      EXPECT_NEAR(lanes[0].energy, one.energy, 1e-13 * one.energy);
+      EXPECT_LT(distance(lanes[0].RR.data(), one.RR.data(), small.equations),
+                1e-12 * largest(one.RR.data(), small.equations));
+      EXPECT_LT(distance(lanes[0].SYSM.data(), one.SYSM.data(), static_cast<int>(one.SYSM.size())),
+                1e-11 * largest(one.SYSM.data(), static_cast<int>(one.SYSM.size())));
+      if ((stretch == 0.4 || stretch == 5.0) && theta == 1.0) {  // turns and stretches of negative curvature
+        const Summed exact = summed(small, mesh, {term.terms, 0.01, 0.0});
+        EXPECT_NE(exact.SYSM, lanes.back().SYSM) << "nothing was softened";
+      }
+    }
+}
+
+// Where a triangle lies below the threshold, or another term acts, the eight go one by one.
+TEST_F(PotentialSums, WhatLanesDoNotServeGoesOneByOne) {
+  SmallMesh small(4);
+  std::vector<double> FRAMES(4 * small.elements);
+  ASSERT_EQ(
+      measurePartFrames(small.incidences(), small.target(), {"FRAMES", FRAMES.data(), 4, small.elements}), 0);
+  const BuiltInTerm part(Choice{"work1", 1, 1, 1.0, true}), blank(Choice{"work1", 1, 1, 1.0, false}),
+      geometric(Choice{"geometric", 0, 10, 1.0, true});
+  tornwalzen::PotentialMesh mesh{small.incidences(), {"FRAMES", FRAMES.data(), 4, small.elements}};
+  for (const auto& [term, s0] : {std::pair{&part, 3.0}, {&blank, 0.01}, {&geometric, 0.01}}) {
+    const tornwalzen::ExtendedPotential potential{term->terms, s0, 1.0};
+    mesh.lanes = nullptr;
+    const Summed one = summed(small, mesh, potential);
+    mesh.lanes = &tornwalzen::elementLanesTables().best();
+    const Summed eight = summed(small, mesh, potential);
+    EXPECT_EQ(eight.energy, one.energy);
+    EXPECT_EQ(eight.RR, one.RR);
+    EXPECT_EQ(eight.SYSM, one.SYSM);
+  }
+  small.RX[0] = std::nan("");
+  EXPECT_TRUE(std::isnan(potentialEnergy(mesh, small.blank(), {part.terms, 0.01, 1.0})));
 }
 
 TEST_F(PotentialSums, TheShapeOfTheBlankCountsTurnedTriangles) {

@@ -24,6 +24,15 @@ struct LaneBatch {
   alignas(64) double GRADIENT[6][laneCount], HESSIAN[36][laneCount];
 };
 
+/// Eight triangles for the sure path. Arrays by lane last.
+struct MapBatch {
+  // in: edges from corner 1 to corners 2 and 3 of the blank (mm), and the part's frames of part_frames.hpp
+  alignas(64) double p[2][laneCount], q[2][laneCount];
+  alignas(64) double ALONG[laneCount], TILT[laneCount], ACROSS[laneCount], WEIGHT[laneCount];
+  // out: potential (mm²), gradient (mm), Hessian (dimensionless), as of trianglePotential and as far as asked for
+  alignas(64) double POTENTIAL[laneCount], GRADIENT[6][laneCount], HESSIAN[36][laneCount];
+};
+
 /// The flow curve as plain memory.
 struct LaneCurve {
   Int npkt;
@@ -38,6 +47,9 @@ struct LaneCurve {
 struct ElementLanes {
   const char* name;
   void (*evaluate)(Order order, const LaneCurve& curve, LaneBatch& batch);
+  /// The plastic work over the part, without any other term, in all eight. s0, theta: in, as of ExtendedPotential. False if
+  /// a singular value lies below s0 or is not a number: the output is then undefined.
+  bool (*evaluateOverPart)(Order order, const LaneCurve& curve, double s0, double theta, MapBatch& batch);
 };
 
 template <class Table>

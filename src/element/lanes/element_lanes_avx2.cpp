@@ -2,9 +2,9 @@
 #include <immintrin.h>
 
 #include "element/density_plastic_body.hpp"
-#include "element/lanes/element_lanes.hpp"
 #include "element/expansion.hpp"
 #include "element/kinematics.hpp"
+#include "element/lanes/element_lanes.hpp"
 
 namespace {
 constexpr int VL = 4;
@@ -15,9 +15,10 @@ inline Lanes squareRoot(Lanes x) {
 }  // namespace
 
 #include "element/lanes/element_lanes_body.hpp"
+#include "element/lanes/map_lanes_body.hpp"
 
 namespace tornwalzen {
 
-const ElementLanes avx2ElementLanes = {"avx2", evaluate};
+const ElementLanes avx2ElementLanes = {"avx2", evaluate, evaluateOverPart};
 
 }  // namespace tornwalzen

@@ -1,8 +1,8 @@
 // Lanes of the baseline instruction set: two doubles.
 #include "element/density_plastic_body.hpp"
-#include "element/lanes/element_lanes.hpp"
 #include "element/expansion.hpp"
 #include "element/kinematics.hpp"
+#include "element/lanes/element_lanes.hpp"
 
 namespace {
 constexpr int VL = 2;
@@ -14,9 +14,10 @@ inline Lanes squareRoot(Lanes x) {
 }  // namespace
 
 #include "element/lanes/element_lanes_body.hpp"
+#include "element/lanes/map_lanes_body.hpp"
 
 namespace tornwalzen {
 
-const ElementLanes portableElementLanes = {"portable", evaluate};
+const ElementLanes portableElementLanes = {"portable", evaluate, evaluateOverPart};
 
 }  // namespace tornwalzen

@@ -1,6 +1,7 @@
 // Edges of eight triangles, lane by lane.
 #include "element/lanes/lane_pass.hpp"
 
+#include "element/element.hpp"
 #include "element/kinematics.hpp"
 #include "ground/kernel_tables.hpp"
 
@@ -31,6 +32,29 @@ bool takeEight(const Analysis& run, Int e, Table<const Int> INTA, Vector<const d
     proper = proper && !(0.0 >= D);  // a D that is not a number travels on
   }
   return proper;
+}
+
+Int evaluateUpToEight(const Analysis& run, Order order, Int e, Int n, Table<const Int> INTA,
+                      Vector<const double> RX, Table<const double> KNZ, const FlowCurve& CURVE,
+                      LaneBatch& batch) {
+  if (n == laneCount && lanesServe(run) && takeEight(run, e, INTA, RX, KNZ, batch)) {
+    lanesOf(run).evaluate(order, LaneCurve(CURVE), batch);
+    return n;
+  }
+  for (Int l = 0; l < n; ++l) {
+    ElementOf<double> E;
+    if (!evaluateElement(run, order, e + l, INTA, RX, KNZ, CURVE, E)) return l;
+    batch.POTENTIAL[l] = E.potential;
+    if (order == Order::value) {
+      batch.PHI[l] = E.phi;
+      batch.STRAIN[l] = E.strain;
+      continue;
+    }
+    for (int k = 0; k < 6; ++k) batch.GRADIENT[k][l] = E.gradient[k];
+    if (order == Order::hessian)
+      for (int k = 0; k < 36; ++k) batch.HESSIAN[k][l] = E.hessian[k];
+  }
+  return n;
 }
 
 }  // namespace tornwalzen

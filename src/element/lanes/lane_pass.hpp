@@ -19,4 +19,10 @@ const ElementLanes& lanesOf(const Analysis& run);
 bool takeEight(const Analysis& run, Int e, Table<const Int> INTA, Vector<const double> RX,
                Table<const double> KNZ, LaneBatch& batch);
 
+/// The elements e .. e + n - 1 up to `order` into the output of `batch`, n <= 8, by lanes where they serve. Nothing of the
+/// analysis is changed. Returns how many of them, from the first one on, are not degenerate.
+Int evaluateUpToEight(const Analysis& run, Order order, Int e, Int n, Table<const Int> INTA,
+                      Vector<const double> RX, Table<const double> KNZ, const FlowCurve& CURVE,
+                      LaneBatch& batch);
+
 }  // namespace tornwalzen

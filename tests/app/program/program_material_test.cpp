@@ -135,3 +135,27 @@ TEST(ProgramMaterial, ARunThatDoesNotConvergeIsRepeatedOnATighterPathAndTheUserI
   // chords across the bend: 237.85 mm less 5·(π/2)³/24/n² with n rows in it
   EXPECT_NEAR(json["blank_size_x_mm"].get<double>(), 237.6, 0.3);
 }
+
+TEST(ProgramMaterial, EveryNumberOfThreadsGivesTheSameFiles) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(60, 40));  // 4800 triangles: enough to be shared
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --no-report --threads 1 --out one").status, 0);
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --no-report --threads 3 --out three").status, 0);
+  ASSERT_EQ(tornwalzen(folder, "solve pipe.obj --no-report --out all").status, 0);
+  for (const char* file : {"/blank.obj", "/part.vtu", "/blank.vtu"}) {
+    EXPECT_FALSE(folder.read(std::string("one") + file).empty());
+    EXPECT_EQ(folder.read(std::string("three") + file), folder.read(std::string("one") + file));
+    EXPECT_EQ(folder.read(std::string("all") + file), folder.read(std::string("one") + file));
+  }
+}
+
+TEST(ProgramMaterial, AWrongNumberOfThreadsIsRefusedByNameAndValue) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(10, 4));
+  for (const char* number : {"0", "-2", "65", "two"}) {
+    const Outcome outcome = tornwalzen(folder, std::string("solve pipe.obj --out r --threads ") + number);
+    EXPECT_EQ(outcome.status, 1) << number;
+    EXPECT_THAT(outcome.err, HasSubstr("--threads"));
+    EXPECT_THAT(outcome.err, HasSubstr(number));
+  }
+}

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "app/refusal.hpp"
+#include "run/analysis_handle.hpp"
 
 using namespace host;
 
@@ -33,4 +36,22 @@ TEST(RunSettings, AreRefusedWithTheOptionsName) {
               s.curve = {{0.0, 0.1, 0.1}, {1.0, 2.0, 3.0}, "steel.csv"};
             }),
             "steel.csv: strain 3 of the flow curve is 0.1, not larger than the one before it");
+}
+
+TEST(RunSettings, StartTheThreadsThatWereChosen) {
+  const auto threadsOf = [](int chosen) {
+    const AnalysisHandle analysis = newAnalysis();
+    RunSettings settings;
+    settings.threads = chosen;
+    applyThreads(settings, analysis.get());
+    TornwalzenReport report{};
+    report.size = sizeof report;
+    tornwalzen_analysis_report(analysis.get(), &report);
+    return report.threads;
+  };
+  EXPECT_EQ(threadsOf(3), 3);
+  EXPECT_EQ(threadsOf(1), 1);
+  EXPECT_EQ(threadsOf(0), static_cast<int>(std::thread::hardware_concurrency()));
+  EXPECT_EQ(refusal([&] { threadsOf(65); }),
+            "--threads 65: the number of threads is 65, allowed are 1 to 64");
 }
