@@ -6,6 +6,7 @@
 #include <new>
 
 #include "command/arguments.hpp"
+#include "command/check.hpp"
 #include "command/deck.hpp"
 #include "command/materials.hpp"
 #include "command/solve.hpp"
@@ -23,6 +24,8 @@ int complain(const char* sentence, int status) {
 int runCommand(const host::Arguments& arguments) {
   try {
     switch (arguments.command) {
+      case host::Command::check:
+        return host::check(arguments.check);
       case host::Command::deck:
         return host::deck(arguments.deck);
       case host::Command::materials:

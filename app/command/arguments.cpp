@@ -227,6 +227,27 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
   solve->add_flag("--verbose", options.verbose, "show the library's messages");
 }
 
+CLI::App* describeCheck(CLI::App& app, CheckOptions& options) {
+  CLI::App* check = app.add_subcommand("check", "Tell whether a run of the part will go well.");
+  check->add_option("PART", options.part, partDescription)->required();
+  check
+      ->add_option("--draw", options.draw,
+                   "direction that the part is drawn along; auto looks for that with the least undercut")
+      ->type_name("auto|X,Y,Z")
+      ->capture_default_str();
+  check->add_option("--unit", options.reading.unit, "unit of the part's coordinates")
+      ->check(CLI::IsMember({"mm", "cm", "m", "inch"}))
+      ->capture_default_str();
+  check
+      ->add_option("--out", options.out,
+                   "grid to write for ParaView, with an array per finding that selects its triangles")
+      ->type_name("FILE.vtu");
+  describeLargest(check, options.largest);
+  describeReading(check, options.reading);
+  check->add_flag("--json", options.json, "print one JSON object in place of the page");
+  return check;
+}
+
 CLI::App* describeDeck(CLI::App& app, DeckOptions& options) {
   CLI::App* deck = app.add_subcommand("deck", "Write a part and its held unknowns as a mesh deck.");
   deck->add_option("PART", options.part,
@@ -260,10 +281,12 @@ Arguments readArguments(int argc, const char* const* argv) {
       "tornwalzen.log.\n"
       "Exit status: 0 converged, 1 refused or not written, 2 not converged, 3 the library failed.");
   describeSolve(app, arguments.solve);
+  const CLI::App* check = describeCheck(app, arguments.check);
   const CLI::App* deck = describeDeck(app, arguments.deck);
   const CLI::App* materials = describeMaterials(app, arguments.materials);
   try {
     app.parse(argc, argv);
+    if (check->parsed()) arguments.command = Command::check;
     if (deck->parsed()) arguments.command = Command::deck;
     if (materials->parsed()) arguments.command = Command::materials;
     arguments.solve.rGiven = app.get_subcommand("solve")->count("--r") > 0;

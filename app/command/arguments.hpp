@@ -53,18 +53,28 @@ struct DeckOptions {
   bool largest = false;  // take the largest piece of several
 };
 
+struct CheckOptions {
+  std::string part;           // mesh file
+  std::string draw = "auto";  // auto, or a direction as x,y,z
+  std::string out;            // grid of the findings to write; empty: none
+  ReadOptions reading;        // of the part
+  bool largest = false;       // take the largest piece of several
+  bool json = false;          // one JSON object in place of the page
+};
+
 struct MaterialsOptions {
   std::string file;   // library of the user; empty: none
   bool json = false;  // print the program's own library as a file
 };
 
-enum class Command { solve, deck, materials };
+enum class Command { solve, check, deck, materials };
 
 struct Arguments {
   bool done = false;  // help, version or a wrong argument: already answered
   int status = 0;     // exit status if done
   Command command = Command::solve;
   SolveOptions solve;
+  CheckOptions check;
   DeckOptions deck;
   MaterialsOptions materials;
 };

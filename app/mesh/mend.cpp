@@ -218,6 +218,30 @@ void proposeWeld(const Mesh& mesh, std::vector<std::string>& remarks) {
       " joins such seams");
 }
 
+// Of an equilateral triangle with the mean area.
+double meanEdge(const Mesh& mesh) {
+  double sum = 0.0;
+  for (std::size_t e = 0; e < mesh.elements(); ++e) {
+    const auto node = [&](std::size_t c) { return static_cast<std::size_t>(mesh.corners[3 * e + c]) - 1; };
+    const double a = distanceOf(mesh, node(0), node(1)), b = distanceOf(mesh, node(1), node(2)),
+                 c = distanceOf(mesh, node(2), node(0)), s = (a + b + c) / 2.0;
+    sum += std::sqrt(std::max(s * (s - a) * (s - b) * (s - c), 0.0));
+  }
+  return std::sqrt(sum / static_cast<double>(mesh.elements()) * 4.0 / std::sqrt(3.0));
+}
+
+void proposeRemesh(const Mesh& mesh, std::vector<std::string>& remarks) {
+  const std::vector<std::size_t> needles = needlesOf(mesh);
+  if (needles.empty()) return;
+  const double size = meanEdge(mesh);
+  remarks.push_back(counted(static_cast<std::int64_t>(needles.size()), "triangle") +
+                    (needles.size() == 1 ? " has" : " have") + " a corner below " + decimal(needleAngle) +
+                    " degrees (" + firstElements(mesh, needles) + ")" +
+                    (size > 0.0 ? "; --remesh " + roundedUp(size) + " meshes the part anew" : std::string()));
+}
+
+}  // namespace
+
 double smallestAngle(const Mesh& mesh, std::size_t element) {
   double smallest = 180.0;
   for (std::size_t k = 0; k < 3; ++k) {
@@ -237,32 +261,13 @@ double smallestAngle(const Mesh& mesh, std::size_t element) {
   return smallest;
 }
 
-// Of an equilateral triangle with the mean area.
-double meanEdge(const Mesh& mesh) {
-  double sum = 0.0;
-  for (std::size_t e = 0; e < mesh.elements(); ++e) {
-    const auto node = [&](std::size_t c) { return static_cast<std::size_t>(mesh.corners[3 * e + c]) - 1; };
-    const double a = distanceOf(mesh, node(0), node(1)), b = distanceOf(mesh, node(1), node(2)),
-                 c = distanceOf(mesh, node(2), node(0)), s = (a + b + c) / 2.0;
-    sum += std::sqrt(std::max(s * (s - a) * (s - b) * (s - c), 0.0));
-  }
-  return std::sqrt(sum / static_cast<double>(mesh.elements()) * 4.0 / std::sqrt(3.0));
-}
-
-void proposeRemesh(const Mesh& mesh, std::vector<std::string>& remarks) {
+std::vector<std::size_t> needlesOf(const Mesh& mesh) {
   std::vector<std::size_t> needles;
   for (std::size_t e = 0; e < mesh.elements(); ++e)
     if (const double angle = smallestAngle(mesh, e); angle < needleAngle && angle > noAngle)
       needles.push_back(e);
-  if (needles.empty()) return;
-  const double size = meanEdge(mesh);
-  remarks.push_back(counted(static_cast<std::int64_t>(needles.size()), "triangle") +
-                    (needles.size() == 1 ? " has" : " have") + " a corner below " + decimal(needleAngle) +
-                    " degrees (" + firstElements(mesh, needles) + ")" +
-                    (size > 0.0 ? "; --remesh " + roundedUp(size) + " meshes the part anew" : std::string()));
+  return needles;
 }
-
-}  // namespace
 
 void mendMesh(const ReadOptions& options, Mesh& mesh) {
   leaveOutDuplicates(mesh);

@@ -2,6 +2,9 @@
 // every step leaves a remark with counts and first places.
 #pragma once
 
+#include <cstddef>
+#include <vector>
+
 #include "mesh/mesh.hpp"
 #include "mesh/read_options.hpp"
 
@@ -15,5 +18,11 @@ void mendMesh(const ReadOptions& options, Mesh& mesh);
 // Adds remarks: --weld with its value, where border nodes of seams lie closer than 1e-3 of the edges around
 // them; --remesh with the edge of a mean triangle, where triangles have a corner below 5 degrees. mesh: inout, sound.
 void proposeMending(const ReadOptions& options, Mesh& mesh);
+
+// The smallest corner of a triangle (from 0), in degrees; 0 where it has no area. mesh: sound.
+double smallestAngle(const Mesh& mesh, std::size_t element);
+
+// The triangles (from 0, ascending) with a corner below 5 degrees, those without area apart. mesh: sound.
+std::vector<std::size_t> needlesOf(const Mesh& mesh);
 
 }  // namespace host

@@ -5,9 +5,9 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 #include "mesh/edges.hpp"
+#include "mesh/pieces.hpp"
 #include "mesh/seam.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
@@ -45,31 +45,6 @@ void checkNumbers(const Mesh& mesh) {
 // --- pieces
 // -----------------------------------------------------------------------------------------------------
 
-// The representative of the element's piece; halves the path on the way.
-std::int32_t pieceOf(std::vector<std::int32_t>& parent, std::int32_t element) {
-  while (parent[static_cast<std::size_t>(element)] != element) {
-    std::int32_t& up = parent[static_cast<std::size_t>(element)];
-    up = parent[static_cast<std::size_t>(up)];
-    element = up;
-  }
-  return element;
-}
-
-// Per element (from 0) the smallest element of its piece.
-std::vector<std::int32_t> findPieces(const std::vector<std::int32_t>& corners) {
-  std::vector<std::int32_t> parent(corners.size() / 3);
-  std::iota(parent.begin(), parent.end(), 0);
-  const std::vector<Side> sides = sortedSides(corners);
-  forEachEdge(sides, [&](const Side* first, const Side* last) {
-    for (const Side* side = first + 1; side != last; ++side) {
-      const std::int32_t a = pieceOf(parent, first->element - 1), b = pieceOf(parent, side->element - 1);
-      parent[static_cast<std::size_t>(std::max(a, b))] = std::min(a, b);
-    }
-  });
-  for (std::size_t e = 0; e < parent.size(); ++e) parent[e] = pieceOf(parent, static_cast<std::int32_t>(e));
-  return parent;
-}
-
 // Refuses a mesh of several pieces, unless they are pieces of their own and the largest is asked for. Of a sheet
 // whose triangles were not joined the largest piece would be any single triangle: then the cure is to join them.
 void refusePieces(const Mesh& mesh, const std::vector<std::int32_t>& corners,
@@ -80,12 +55,12 @@ void refusePieces(const Mesh& mesh, const std::vector<std::int32_t>& corners,
   const std::string start =
       mesh.file + ": the mesh has " + std::to_string(part.filePieces) + " pieces that no edge joins";
   if (isUnwelded(seam))
-    throw Failure(
-        start + ", but " + nodeName(mesh, static_cast<std::size_t>(seam.node)) + " and " +
-        nodeName(mesh, static_cast<std::size_t>(seam.other)) + " of two of them are " + decimal(seam.gap) +
-        " " + mesh.unit + " apart: the triangles are not joined. --weld TOL joins them, with a " +
-        "tolerance above that gap and below the shortest edge there, " + decimal(seam.shortestBorder) + " " +
-        mesh.unit);
+    throw Failure(start + ", but " + nodeName(mesh, static_cast<std::size_t>(seam.node)) + " and " +
+                  nodeName(mesh, static_cast<std::size_t>(seam.other)) + " of two of them are " +
+                  decimal(seam.gap) + " " + mesh.unit +
+                  " apart: the triangles are not joined. --weld TOL joins them, with a " +
+                  "tolerance above that gap and below the shortest edge there, " +
+                  decimal(seam.shortestBorder) + " " + mesh.unit);
   if (largest) return;
   std::string nearest;  // closed pieces have no border
   if (seam.node != 0)

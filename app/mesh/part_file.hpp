@@ -17,4 +17,8 @@ using Tell = std::function<void(const std::string&)>;
 // checkMesh do.
 Part readPart(const std::string& path, const ReadOptions& options, bool largest, const Tell& tell);
 
+// The middle of it: mends a sound mesh (inout), takes the skin of a solid, meshes anew, as the options want it. Throws
+// Failure likewise; the mesh is then what it was before the step that failed.
+void prepareMesh(const ReadOptions& options, Mesh& mesh, const Tell& tell);
+
 }  // namespace host

@@ -14,4 +14,9 @@ Part inMillimetres(const Part& part, const Unit& unit);
 // A sentence for the user where the part is smaller than 5 mm or larger than 20 m in that unit, else empty.
 std::string sizeWarning(const Part& part, const Unit& unit);
 
+// A guess where the lengths may be meant in another unit, else empty. size: the longest side of the part's box;
+// thickness: measured, 0 where it is not; both in that unit. Guessed at from a size beyond 5 mm to 20 m, from a sheet
+// thinner than 0.15 mm, and from a part below 60 mm in mm, which in inches would be up to 1.5 m long.
+std::string unitGuess(double size, double thickness, const Unit& unit);
+
 }  // namespace host

@@ -5,7 +5,7 @@
 
 #include "result/report_pack.hpp"
 #include "result/report_template.hpp"
-#include "result/vtu_writer.hpp"
+#include "result/vtu_array.hpp"
 #include "system/failure.hpp"
 
 namespace host {

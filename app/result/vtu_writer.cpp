@@ -1,55 +1,15 @@
 // Writes part or blank with the results as a VTK unstructured grid; see the header.
 #include "result/vtu_writer.hpp"
 
-#include <bit>
 #include <cstdint>
-#include <cstring>
 #include <limits>
-#include <type_traits>
 #include <vector>
+
+#include "result/vtu_array.hpp"
 
 namespace host {
 
 namespace {
-
-constexpr std::uint8_t vtkTriangle = 5;
-
-template <class T>
-constexpr const char* vtkType() {
-  if constexpr (std::is_same_v<T, double>)
-    return "Float64";
-  else if constexpr (std::is_same_v<T, std::int32_t>)
-    return "Int32";
-  else if constexpr (std::is_same_v<T, std::int64_t>)
-    return "Int64";
-  else if constexpr (std::is_same_v<T, std::int8_t>)
-    return "Int8";
-  else
-    return "UInt8";
-}
-
-// One array; `extra` holds further attributes. Blocks of a multiple of three bytes join to one base64 text.
-template <class T>
-void writeArray(FileWriter& file, const std::string& name, const std::vector<T>& values,
-                const std::string& extra = "") {
-  file.write("<DataArray type=\"" + std::string(vtkType<T>()) + "\" Name=\"" + name + "\" " + extra +
-             "format=\"binary\">\n");
-  constexpr std::size_t block = std::size_t{3} << 14;
-  const std::uint64_t length = values.size() * sizeof(T);
-  std::string pending(sizeof length, '\0');
-  std::memcpy(pending.data(), &length, sizeof length);
-  const char* bytes = reinterpret_cast<const char*>(values.data());
-  for (std::size_t done = 0; done < length;) {
-    const std::size_t count = std::min<std::size_t>(length - done, block - pending.size());
-    pending.append(bytes + done, count);
-    done += count;
-    if (pending.size() < block) break;
-    file.write(base64(pending));
-    pending.clear();
-  }
-  file.write(base64(pending));
-  file.write("\n</DataArray>\n");
-}
 
 void writePoints(FileWriter& file, const RunReport& report, Shape shape) {
   file.write("<Points>\n");
@@ -57,19 +17,6 @@ void writePoints(FileWriter& file, const RunReport& report, Shape shape) {
              shape == Shape::part ? report.part.points : report.results.blankPoints,
              "NumberOfComponents=\"3\" ");
   file.write("</Points>\n");
-}
-
-void writeCells(FileWriter& file, const RunReport& report) {
-  std::vector<std::int32_t> connectivity(report.run.corners);
-  for (std::int32_t& node : connectivity) --node;  // counted from 0 there
-  std::vector<std::int64_t> offsets;
-  for (std::size_t end = 3; end <= connectivity.size(); end += 3)
-    offsets.push_back(static_cast<std::int64_t>(end));
-  file.write("<Cells>\n");
-  writeArray(file, "connectivity", connectivity);
-  writeArray(file, "offsets", offsets);
-  writeArray(file, "types", std::vector<std::uint8_t>(offsets.size(), vtkTriangle));
-  file.write("</Cells>\n");
 }
 
 TornwalzenElementStrain noStrain() {
@@ -159,33 +106,16 @@ void writePointData(FileWriter& file, const RunReport& report) {
 
 }  // namespace
 
-std::string base64(std::string_view bytes) {
-  constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  text.reserve((bytes.size() + 2) / 3 * 4);
-  for (std::size_t k = 0; k < bytes.size(); k += 3) {
-    std::uint32_t group = 0;
-    for (std::size_t b = 0; b < 3; ++b)
-      group = group << 8 | (k + b < bytes.size() ? static_cast<unsigned char>(bytes[k + b]) : 0u);
-    for (int digit = 0; digit < 4; ++digit)
-      text +=
-          k + static_cast<std::size_t>(digit) <= bytes.size() ? digits[group >> (18 - 6 * digit) & 63] : '=';
-  }
-  return text;
-}
-
 void writeVtu(FileWriter& file, const RunReport& report, Shape shape) {
-  const char* order = std::endian::native == std::endian::little ? "LittleEndian" : "BigEndian";
   file.write("<?xml version=\"1.0\"?>\n");
   if (!report.verdict.converged) file.write("<!-- NOT CONVERGED: " + report.verdict.reason + " -->\n");
-  file.write("<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"" + std::string(order) +
-             "\" header_type=\"UInt64\">\n<UnstructuredGrid>\n<FieldData>\n");
+  file.write(vtuOpening() + "<FieldData>\n");
   writeArray(file, "converged", std::vector<std::int32_t>{report.verdict.converged ? 1 : 0},
              "NumberOfTuples=\"1\" ");
   file.write("</FieldData>\n<Piece NumberOfPoints=\"" + std::to_string(report.part.nodes()) +
              "\" NumberOfCells=\"" + std::to_string(report.part.elements()) + "\">\n");
   writePoints(file, report, shape);
-  writeCells(file, report);
+  writeTriangles(file, report.run.corners);
   writeCellData(file, report, shape);
   writePointData(file, report);
   file.write("</Piece>\n</UnstructuredGrid>\n</VTKFile>\n");

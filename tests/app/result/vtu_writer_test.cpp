@@ -7,6 +7,7 @@
 #include "app/scratch_folder.hpp"
 #include "mesh/obj_reader.hpp"
 #include "result/obj_writer.hpp"
+#include "result/vtu_array.hpp"
 
 using namespace host;
 using testing::HasSubstr;
