@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "command/help_examples.hpp"
 #include "system/failure.hpp"
 
 namespace host {
@@ -224,7 +225,10 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
                   "write the blank as eben.t51 too, in mm (up to 99999 nodes and triangles)");
   solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too, in mm");
   describeShop(solve, options.shop);
-  solve->add_flag("--verbose", options.verbose, "show the library's messages");
+  CLI::Option* verbose = solve->add_flag("--verbose", options.verbose, "show the library's messages");
+  solve->add_flag("--quiet", options.quiet, "print nothing but refusals and failures")->excludes(verbose);
+  solve->add_flag("--json", options.json, "print the summary as one JSON object in place of the table");
+  solve->footer(solveExamples);
 }
 
 CLI::App* describeCheck(CLI::App& app, CheckOptions& options) {
@@ -244,7 +248,9 @@ CLI::App* describeCheck(CLI::App& app, CheckOptions& options) {
       ->type_name("FILE.vtu");
   describeLargest(check, options.largest);
   describeReading(check, options.reading);
+  check->add_flag("--quiet", options.quiet, "print nothing: the exit status tells");
   check->add_flag("--json", options.json, "print one JSON object in place of the page");
+  check->footer(checkExamples);
   return check;
 }
 
@@ -257,6 +263,7 @@ CLI::App* describeDeck(CLI::App& app, DeckOptions& options) {
   describeHold(deck, options.hold);
   describeLargest(deck, options.largest);
   describeReading(deck, options.reading);
+  deck->footer(deckExamples);
   return deck;
 }
 
@@ -264,7 +271,10 @@ CLI::App* describeMaterials(CLI::App& app, MaterialsOptions& options) {
   CLI::App* materials =
       app.add_subcommand("materials", "List the materials and where their numbers come from.");
   describeMaterialsFile(materials, options.file);
+  materials->add_flag("--quiet", options.quiet,
+                      "print nothing: the exit status tells whether FILE.json is taken");
   materials->add_flag("--json", options.json, "print the program's own materials as a file");
+  materials->footer(materialsExamples);
   return materials;
 }
 
@@ -276,10 +286,7 @@ Arguments readArguments(int argc, const char* const* argv) {
                "tornwalzen");
   app.set_version_flag("--version", "tornwalzen " TORNWALZEN_VERSION);
   app.require_subcommand(1);
-  app.footer(
-      "Results of solve: blank.dxf, blank.svg, blank.obj, part.vtu, blank.vtu, summary.json, report.html,\n"
-      "tornwalzen.log.\n"
-      "Exit status: 0 converged, 1 refused or not written, 2 not converged, 3 the library failed.");
+  app.footer(programExamples);
   describeSolve(app, arguments.solve);
   const CLI::App* check = describeCheck(app, arguments.check);
   const CLI::App* deck = describeDeck(app, arguments.deck);

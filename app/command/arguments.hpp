@@ -40,6 +40,8 @@ struct SolveOptions {
   ReadOptions reading;          // of the part; its unit is that above
   bool largest = false;         // take the largest piece of several
   bool verbose = false;         // the library's messages on the screen too
+  bool quiet = false;           // nothing but refusals and failures
+  bool json = false;            // the summary as one JSON object in place of the table
   bool report = true;           // write the page report.html
   bool eben = false;            // write the blank as eben.t51 too
   bool ebenStart = false;       // write the starting blank as eben_start.t51 too
@@ -59,12 +61,14 @@ struct CheckOptions {
   std::string out;            // grid of the findings to write; empty: none
   ReadOptions reading;        // of the part
   bool largest = false;       // take the largest piece of several
+  bool quiet = false;         // the exit status alone
   bool json = false;          // one JSON object in place of the page
 };
 
 struct MaterialsOptions {
-  std::string file;   // library of the user; empty: none
-  bool json = false;  // print the program's own library as a file
+  std::string file;    // library of the user; empty: none
+  bool quiet = false;  // the exit status alone
+  bool json = false;   // print the program's own library as a file
 };
 
 enum class Command { solve, check, deck, materials };

@@ -2,10 +2,10 @@
 #include "command/check.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "command/talk.hpp"
 #include "result/finding_grid.hpp"
 #include "result/result_files.hpp"
 #include "system/failure.hpp"
@@ -177,7 +177,7 @@ int check(const CheckOptions& options) {
   checkOutputsSpareInputs({options.part}, {options.out}, "choose another name with --out");
   const PartCheck found = checkPart(options);
   if (!options.out.empty()) writeSelection(found, options.out);
-  std::fputs((options.json ? checkJson(found) : checkPage(found)).c_str(), stdout);
+  Talk{options.quiet, options.json}.result(checkPage(found), checkJson(found));
   return found.worst() == Level::refusal ? exitUnconverged : exitConverged;
 }
 

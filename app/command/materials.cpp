@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
+#include "command/talk.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
 
@@ -55,11 +55,9 @@ std::string materialsList(const std::vector<LibraryMaterial>& library) {
 }
 
 int materials(const MaterialsOptions& options) {
-  if (options.json) {
-    std::fputs(ownLibraryText().c_str(), stdout);
-    return exitConverged;
-  }
-  std::fputs(materialsList(readMaterials(options.file)).c_str(), stdout);
+  const std::vector<LibraryMaterial> library =
+      readMaterials(options.file);  // a wrong file is refused in any case
+  Talk{options.quiet, options.json}.result(materialsList(library), ownLibraryText());
   return exitConverged;
 }
 

@@ -10,6 +10,7 @@
 
 #include "command/chosen_settings.hpp"
 #include "command/press_choice.hpp"
+#include "command/talk.hpp"
 #include "mesh/mesh_check.hpp"
 #include "mesh/part_file.hpp"
 #include "mesh/part_unit.hpp"
@@ -73,23 +74,21 @@ void checkResultPlaces(const Part& part, const SolveOptions& options, const std:
   if (!options.force) checkFolderIsFree(folder, resultNames(options), part.identity);
 }
 
-void tellAboutMesh(const Part& part) {
+void tellAboutMesh(const Part& part, const Talk& talk) {
   if (part.filePieces > 1)
-    std::fprintf(stderr, "took the largest of %lld pieces: %lld of %lld triangles\n",
-                 static_cast<long long>(part.filePieces), static_cast<long long>(part.elements()),
-                 static_cast<long long>(part.fileElements));
+    talk.say("took the largest of " + std::to_string(part.filePieces) +
+             " pieces: " + std::to_string(part.elements()) + " of " + counted(part.fileElements, "triangle"));
   if (part.turned > 0)
-    std::fprintf(stderr, "turned %s to the orientation of the others\n",
-                 counted(part.turned, "triangle").c_str());
+    talk.say("turned " + counted(part.turned, "triangle") + " to the orientation of the others");
 }
 
 // A run, with the library's messages in the log and its progress on the screen. A signal ends it in order and is then
 // thrown.
-RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool verbose, RunLog& log,
+RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, const Talk& talk, RunLog& log,
                           ConvergenceHistory& history) {
-  const bool terminal = ::isatty(STDERR_FILENO) == 1 && !verbose;  // messages would tear the bar
-  const int screen = verbose ? STDOUT_FILENO : -1;
-  ProgressView view(terminal);
+  const bool terminal = ::isatty(STDERR_FILENO) == 1 && !talk.verbose;  // messages would tear the bar
+  const int screen = talk.screen();
+  ProgressView view(terminal, !talk.quiet);
   const ProgressRecord* last = nullptr;
   const RunListener listener{[&](const ProgressRecord& record) { view.update(*(last = &record)); },
                              [&](std::string_view line) {
@@ -113,17 +112,17 @@ RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, bool
 // intermediate increments brought closer to equilibrium. part, hold: in mm. settings: in and out, those of the last
 // run; runs: out, their number. Sure path: where the blank is doubtful or the part has undercut, the better of two
 // starts; second: out, what the other one told.
-RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, RunLog& log,
+RunOutput runUntilConverged(const Part& part, const Hold& hold, const Talk& talk, RunLog& log,
                             ConvergenceHistory& history, RunSettings& settings, int& runs,
                             SecondStart& second) {
   LibraryRun library(part, hold);
-  RunOutput run = runWithMessages(library, settings, verbose, log, history);
+  RunOutput run = runWithMessages(library, settings, talk, log, history);
   runs = 1;
   if (settings.surePath && secondStartMayHelp(judge(part, run), run)) {
     settings.patchStart = true;
-    std::fprintf(stderr, "a second start, from the largest flat patch alone, to compare with\n");
+    talk.say("a second start, from the largest flat patch alone, to compare with");
     ConvergenceHistory otherHistory;
-    RunOutput other = runWithMessages(library, settings, verbose, log, otherHistory);
+    RunOutput other = runWithMessages(library, settings, talk, log, otherHistory);
     ++runs;
     const bool better =
         other.report.converged == 1 &&
@@ -139,10 +138,9 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, bool verbose, Ru
   for (const double factor : {0.1, 0.01}) {
     if (!settings.mayRepeat || !tighterPathMayHelp(part, run)) break;
     settings.pathFactor = factor;
-    std::fprintf(stderr,
-                 "not converged: %s\nrepeating with the tolerance of the increments on the way times %s\n",
-                 judge(part, run).reason.c_str(), decimal(factor).c_str());
-    run = runWithMessages(library, settings, verbose, log, history);
+    talk.say("not converged: " + judge(part, run).reason +
+             "\nrepeating with the tolerance of the increments on the way times " + decimal(factor));
+    run = runWithMessages(library, settings, talk, log, history);
     ++runs;
   }
   return run;
@@ -166,11 +164,10 @@ void writeResults(const RunReport& report, const ConvergenceHistory& history, co
 }
 
 void tellAboutMaterial(const SolveOptions& options, const ShopOptions& shop, const Material& material,
-                       double measured) {
-  for (const std::string& remark : materialRemarks(options, material))
-    std::fprintf(stderr, "%s\n", remark.c_str());
+                       double measured, const Talk& talk) {
+  for (const std::string& remark : materialRemarks(options, material)) talk.say(remark);
   const std::string doubt = thicknessDoubt(shop, measured);
-  if (!doubt.empty()) std::fprintf(stderr, "warning: %s\n", doubt.c_str());
+  if (!doubt.empty()) talk.say("warning: " + doubt);
 }
 
 // part: in mm. results: in a unit of so many millimetres.
@@ -189,27 +186,27 @@ void finishShop(ShopReport& shop, const Part& part, const RunOutput& run, const 
 }  // namespace
 
 int solve(const SolveOptions& options) {
+  const Talk talk{options.quiet, options.json, options.verbose};
   const Material material = chosenMaterial(options);
   RunSettings settings = settingsOf(options, material, std::nullopt);
   ShopOptions shopOptions = options.shop;
   shopOptions.thickness = sheetThickness(options.press.thickness);
   checkShopOptions(shopOptions);
   const Unit unit = unitOf(options.unit);
-  const Part part = readPart(options.part, options.reading, options.largest, [](const std::string& sentence) {
-    std::fprintf(stderr, "%s\n", sentence.c_str());
-  });
-  tellAboutMesh(part);
+  const Part part = readPart(options.part, options.reading, options.largest,
+                             [&](const std::string& sentence) { talk.say(sentence); });
+  tellAboutMesh(part, talk);
   const double measured = part.thickness * unit.millimetres;  // 0: the file holds no thickness
   takeThickness(options, material, measured, settings);
   readPressMarks(options.press, part, settings.press);
   ShopReport shop = shopBeforeRun(shopOptions, material, measured);
-  tellAboutMaterial(options, shopOptions, material, measured);
+  tellAboutMaterial(options, shopOptions, material, measured, talk);
   if (options.eben || options.ebenStart) checkFlatBlankFits(part.file, part.nodes(), part.elements());
   const std::string rule = holdRule(part, options.hold);
   const Hold hold = holdUnknowns(part, rule);
 
   const std::string warning = sizeWarning(part, unit);
-  if (!warning.empty()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
+  if (!warning.empty()) talk.say("warning: " + warning);
   const std::string folder = outputFolder(options);
   checkResultPlaces(part, options, folder);
   makeFolder(folder);
@@ -217,8 +214,8 @@ int solve(const SolveOptions& options) {
   ConvergenceHistory history;
   int runs;
   SecondStart second;
-  const RunOutput run = runUntilConverged(inMillimetres(part, unit), hold, options.verbose, log, history,
-                                          settings, runs, second);
+  const RunOutput run =
+      runUntilConverged(inMillimetres(part, unit), hold, talk, log, history, settings, runs, second);
   Verdict verdict = judge(part, run);
   noteSecondStart(second, verdict);
   if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
@@ -232,11 +229,10 @@ int solve(const SolveOptions& options) {
   finishShop(shop, inMillimetres(part, unit), run, results, unit.millimetres);
   const RunReport report{data, hold, run, results, verdict, settings, runs, second, unit, shop, rule, folder};
   const std::string noDrawing = whyNoDrawing(report);
-  if (!noDrawing.empty())
-    std::fprintf(stderr, "warning: no drawing of the blank was written: %s\n", noDrawing.c_str());
+  if (!noDrawing.empty()) talk.say("warning: no drawing of the blank was written: " + noDrawing);
   checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
   writeResults(report, history, options);
-  std::fputs(summaryTable(report).c_str(), stdout);
+  talk.result(summaryTable(report), talk.json ? summaryJson(report) : "");
   if (!log.problem().empty()) throw Failure(log.problem());
   return verdict.status;
 }

@@ -8,9 +8,11 @@ void ProgressRecord::beginRun() {
     seconds_[phase] = 0.0;
   step_ = {};
   steps_ = 0;
+  began_ = Clock::now();
 }
 
 void ProgressRecord::take(const TornwalzenStep& step) {
+  if (began_ == Clock::time_point{}) began_ = Clock::now();
   if (step.phase != step_.phase) {
     closePhase();
     since_ = Clock::now();
@@ -30,6 +32,10 @@ void ProgressRecord::closePhase() {
   const double seconds = std::chrono::duration<double>(Clock::now() - since_).count();
   // the press model comes back to phases that it has left
   seconds_[phase] = phase < TORNWALZEN_PHASE_DEVELOPMENT ? seconds : seconds_[phase] + seconds;
+}
+
+double ProgressRecord::seconds() const {
+  return std::chrono::duration<double>(Clock::now() - began_).count();
 }
 
 PhaseTimes ProgressRecord::times() const {

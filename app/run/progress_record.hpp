@@ -23,6 +23,7 @@ class ProgressRecord {
   std::int32_t iteration() const { return step_.iteration; }
   double residual() const { return step_.residual; }  // mm; negative where there is none
   int steps() const { return steps_; }                // increments begun, repeats included
+  double seconds() const;                             // since the run began
   PhaseTimes times() const;
 
  private:
@@ -32,6 +33,7 @@ class ProgressRecord {
   TornwalzenStep step_{};
   int steps_ = 0;
   Clock::time_point since_{};                                 // begin of the phase
+  Clock::time_point began_{};                                 // begin of the run
   std::array<double, TORNWALZEN_PHASE_PRESS + 1> seconds_{};  // by phase; 0: none of these
 };
 

@@ -20,21 +20,27 @@ std::string gradientText(const ProgressRecord& record) {
   return text;
 }
 
-std::string incrementText(const ProgressRecord& record, int percent, bool terminal) {
+// The estimate takes the gradient's place: both are wider than the line.
+std::string tailText(const ProgressRecord& record, const std::string& left) {
+  return ", iteration " + std::to_string(record.iteration()) +
+         (left.empty() ? gradientText(record) : ", " + left);
+}
+
+std::string incrementText(const ProgressRecord& record, int percent, bool terminal, const std::string& left) {
   const std::string start =
       "increment " + std::to_string(record.steps()) + ", " + std::to_string(percent) + " %";
-  if (!terminal) return start + " of the part";
+  if (!terminal) return start + " of the part" + (left.empty() ? "" : ", " + left);
   if (!(record.residual() >= 0.0)) return start;
-  return start + ", iteration " + std::to_string(record.iteration()) + gradientText(record);
+  return start + tailText(record, left);
 }
 
-std::string newtonText(const ProgressRecord& record, int percent, bool terminal) {
+std::string newtonText(const ProgressRecord& record, int percent, bool terminal, const std::string& left) {
   const std::string start = "finding the blank " + std::to_string(percent) + " %";
-  if (!terminal || !(record.residual() >= 0.0)) return start;
-  return start + ", iteration " + std::to_string(record.iteration()) + gradientText(record);
+  if (!terminal || !(record.residual() >= 0.0)) return start + (left.empty() ? "" : ", " + left);
+  return start + tailText(record, left);
 }
 
-std::string phaseText(const ProgressRecord& record, int percent, bool terminal) {
+std::string phaseText(const ProgressRecord& record, int percent, bool terminal, const std::string& left) {
   switch (record.phase()) {
     case TORNWALZEN_PHASE_STRUCTURE:
       return "building the structure of the equations";
@@ -45,11 +51,11 @@ std::string phaseText(const ProgressRecord& record, int percent, bool terminal) 
     case TORNWALZEN_PHASE_DEVELOPMENT:
       return "developing the part " + std::to_string(percent) + " %";
     case TORNWALZEN_PHASE_INCREMENTS:
-      return incrementText(record, percent, terminal);
+      return incrementText(record, percent, terminal, left);
     case TORNWALZEN_PHASE_START:
       return "laying out the starting blank";
     case TORNWALZEN_PHASE_NEWTON:
-      return newtonText(record, percent, terminal);
+      return newtonText(record, percent, terminal, left);
     case TORNWALZEN_PHASE_PRESS:
       return terminal && record.residual() >= 0.0
                  ? "edges and tools, round " + std::to_string(record.iteration()) + gradientText(record)
@@ -75,15 +81,22 @@ bool ProgressView::isNews(const ProgressRecord& record, int percent) const {
   return record.phase() != TORNWALZEN_PHASE_INCREMENTS && percent / plainStep > shownPercent_ / plainStep;
 }
 
+std::string ProgressView::lineOf(const ProgressRecord& record, int percent) {
+  const std::optional<double> left =
+      remaining_.update(record.phase(), record.fraction(), record.iteration(), record.seconds());
+  return phaseText(record, percent, terminal_, left ? remainingText(*left) : "");
+}
+
 void ProgressView::update(const ProgressRecord& record) {
   const double fraction = std::isfinite(record.fraction()) ? std::clamp(record.fraction(), 0.0, 1.0) : 0.0;
   int percent = static_cast<int>(100.0 * fraction);
   if (record.phase() == shownPhase_) percent = std::max(percent, shownPercent_);
+  const std::string line = lineOf(record, percent);  // the estimate hears of every step
   if (!isNews(record, percent)) return;
   shownPhase_ = record.phase();
   shownPercent_ = percent;
   shownSteps_ = record.steps();
-  print(phaseText(record, percent, terminal_), percent);
+  print(line, percent);
 }
 
 void ProgressView::reached(const ProgressRecord& record) {
@@ -93,6 +106,7 @@ void ProgressView::reached(const ProgressRecord& record) {
 }
 
 void ProgressView::print(const std::string& line, int percent) {
+  if (!shown_) return;
   if (terminal_) {
     std::string covering = line;  // what stood there
     covering.resize(textWidth, ' ');
