@@ -7,9 +7,11 @@
 
 #include "command/arguments.hpp"
 #include "command/check.hpp"
+#include "command/collect.hpp"
 #include "command/deck.hpp"
 #include "command/materials.hpp"
-#include "command/solve.hpp"
+#include "command/outcome.hpp"
+#include "command/study.hpp"
 #include "system/failure.hpp"
 #include "system/process.hpp"
 
@@ -30,10 +32,14 @@ int runCommand(const host::Arguments& arguments) {
         return host::deck(arguments.deck);
       case host::Command::materials:
         return host::materials(arguments.materials);
+      case host::Command::study:
+        return host::study(arguments.study);
+      case host::Command::collect:
+        return host::collect(arguments.collect);
       case host::Command::solve:
         break;
     }
-    return host::solve(arguments.solve);
+    return host::solveWithOutcome(arguments.solve);
   } catch (const host::Failure& failure) {
     return complain(failure.what(), failure.status());
   } catch (const host::StoppedBySignal& stopped) {

@@ -2,8 +2,10 @@
 #include "command/arguments.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "command/help_examples.hpp"
+#include "command/solve_options.hpp"
 #include "system/failure.hpp"
 
 namespace host {
@@ -206,7 +208,7 @@ void describeShop(CLI::App* solve, ShopOptions& options) {
   solve->add_flag("--csv", options.csv, "write tables of triangles and nodes too");
 }
 
-void describeSolve(CLI::App& app, SolveOptions& options) {
+CLI::App* describeSolve(CLI::App& app, SolveOptions& options) {
   CLI::App* solve = app.add_subcommand("solve", "Find the flat blank of a formed part.");
   solve->add_option("PART", options.part, partDescription)->required();
   describeMaterial(solve, options);
@@ -215,6 +217,10 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
   describeHold(solve, options.hold);
   solve->add_option("--out", options.out, "folder for the results (default: the part's name with _blank)")
       ->type_name("DIR");
+  solve
+      ->add_option("--outcome", options.outcome,
+                   "file to write that tells how the run ended, however that was")
+      ->type_name("FILE.json");
   solve->add_flag("--force", options.force, "replace files in that folder that are not results of this part");
   describeLargest(solve, options.largest);
   describeReading(solve, options.reading);
@@ -229,6 +235,7 @@ void describeSolve(CLI::App& app, SolveOptions& options) {
   solve->add_flag("--quiet", options.quiet, "print nothing but refusals and failures")->excludes(verbose);
   solve->add_flag("--json", options.json, "print the summary as one JSON object in place of the table");
   solve->footer(solveExamples);
+  return solve;
 }
 
 CLI::App* describeCheck(CLI::App& app, CheckOptions& options) {
@@ -291,11 +298,17 @@ Arguments readArguments(int argc, const char* const* argv) {
   const CLI::App* check = describeCheck(app, arguments.check);
   const CLI::App* deck = describeDeck(app, arguments.deck);
   const CLI::App* materials = describeMaterials(app, arguments.materials);
+  const CLI::App* study = describeStudy(app, arguments.study);
+  const CLI::App* collect = describeCollect(app, arguments.collect);
   try {
     app.parse(argc, argv);
     if (check->parsed()) arguments.command = Command::check;
     if (deck->parsed()) arguments.command = Command::deck;
     if (materials->parsed()) arguments.command = Command::materials;
+    if (study->parsed()) arguments.command = Command::study;
+    if (collect->parsed()) arguments.command = Command::collect;
+    arguments.study.program = argv[0];
+    arguments.solve.words.assign(argv + std::min(argc, 2), argv + argc);
     arguments.solve.rGiven = app.get_subcommand("solve")->count("--r") > 0;
     arguments.solve.reading.unit = arguments.solve.unit;
   } catch (const CLI::ParseError& outcome) {
@@ -303,6 +316,28 @@ Arguments readArguments(int argc, const char* const* argv) {
     arguments.status = app.exit(outcome) == 0 ? exitConverged : exitRefused;
   }
   return arguments;
+}
+
+OptionKind solveOption(const std::string& name) {
+  CLI::App app;
+  SolveOptions options;
+  const CLI::Option* option = describeSolve(app, options)->get_option_no_throw(name);
+  if (option == nullptr) return OptionKind::unknown;
+  return option->get_items_expected_max() == 0 ? OptionKind::flag : OptionKind::value;
+}
+
+std::string solveComplaint(const std::vector<std::string>& words) {
+  CLI::App app;
+  SolveOptions options;
+  describeSolve(app, options);
+  std::vector<std::string> reversed(words.rbegin(), words.rend());  // as the parser wants them
+  reversed.push_back("solve");
+  try {
+    app.parse(reversed);
+    return "";
+  } catch (const CLI::ParseError& outcome) {
+    return outcome.what();
+  }
 }
 
 }  // namespace host

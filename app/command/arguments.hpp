@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "command/shop_options.hpp"
+#include "command/study_arguments.hpp"
 #include "mesh/read_options.hpp"
 
 namespace host {
@@ -35,16 +36,18 @@ struct SolveOptions {
   std::string unit = "mm";      // of the part and of the results: mm, cm, m, inch
   std::string hold;             // see hold.hpp
   std::string out;              // folder of the results; empty: <part without extension>_blank
-  ShopOptions shop;             // files for the workshop
-  bool force = false;           // replace the results of another part
-  ReadOptions reading;          // of the part; its unit is that above
-  bool largest = false;         // take the largest piece of several
-  bool verbose = false;         // the library's messages on the screen too
-  bool quiet = false;           // nothing but refusals and failures
-  bool json = false;            // the summary as one JSON object in place of the table
-  bool report = true;           // write the page report.html
-  bool eben = false;            // write the blank as eben.t51 too
-  bool ebenStart = false;       // write the starting blank as eben_start.t51 too
+  std::string outcome;          // file that tells how the run ended; empty: none
+  std::vector<std::string> words;  // the arguments as they were given
+  ShopOptions shop;                // files for the workshop
+  bool force = false;              // replace the results of another part
+  ReadOptions reading;             // of the part; its unit is that above
+  bool largest = false;            // take the largest piece of several
+  bool verbose = false;            // the library's messages on the screen too
+  bool quiet = false;              // nothing but refusals and failures
+  bool json = false;               // the summary as one JSON object in place of the table
+  bool report = true;              // write the page report.html
+  bool eben = false;               // write the blank as eben.t51 too
+  bool ebenStart = false;          // write the starting blank as eben_start.t51 too
 };
 
 struct DeckOptions {
@@ -71,7 +74,7 @@ struct MaterialsOptions {
   bool json = false;   // print the program's own library as a file
 };
 
-enum class Command { solve, check, deck, materials };
+enum class Command { solve, check, deck, materials, study, collect };
 
 struct Arguments {
   bool done = false;  // help, version or a wrong argument: already answered
@@ -81,6 +84,8 @@ struct Arguments {
   CheckOptions check;
   DeckOptions deck;
   MaterialsOptions materials;
+  StudyOptions study;
+  CollectOptions collect;
 };
 
 // Prints help and version on standard output, complaints on standard error.

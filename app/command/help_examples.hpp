@@ -13,7 +13,7 @@ inline constexpr const char* programExamples =
     "  which materials are there, and where are their numbers from?\n"
     "      tornwalzen materials\n"
     "  many runs from a table\n"
-    "      tornwalzen study thickness.csv --print | sh; tornwalzen collect study\n"
+    "      tornwalzen study thickness.csv --print | sh; tornwalzen collect thickness_study\n"
     "Each command has a --help of its own.\n\n"
     "Results of solve: blank.dxf, blank.svg, blank.obj, part.vtu, blank.vtu, summary.json, report.html,\n"
     "tornwalzen.log.\n"
@@ -36,7 +36,28 @@ inline constexpr const char* solveExamples =
     "  one part of a finite-element model\n"
     "      tornwalzen solve car.k --part 4711\n"
     "  for a script\n"
-    "      tornwalzen solve cup.stl --quiet --json > cup.json";
+    "      tornwalzen solve cup.stl --quiet --json > cup.json\n"
+    "Exit status: 0 good or doubtful, 1 refused or not written, 2 not a blank, 3 the library failed.";
+
+inline constexpr const char* studyExamples =
+    "Examples:\n"
+    "  thicknesses.csv holds a row per run:\n"
+    "      PART,material,thickness\n"
+    "      cup.stl,DC04,0.8\n"
+    "      cup.stl,DC04,1.0\n"
+    "  one after the other, or several at once\n"
+    "      tornwalzen study thicknesses.csv --print | sh\n"
+    "      tornwalzen study thicknesses.csv --print | parallel\n"
+    "  on a cluster\n"
+    "      tornwalzen study thicknesses.csv --print --slurm > study.sh; sbatch study.sh\n"
+    "  interrupted? the same again goes on where it stopped.";
+
+inline constexpr const char* collectExamples =
+    "Examples:\n"
+    "  the rows of a study\n"
+    "      tornwalzen collect thicknesses_study\n"
+    "  runs made by hand, into a folder of their own\n"
+    "      tornwalzen collect cup_blank rail_blank --out overview";
 
 inline constexpr const char* checkExamples =
     "Examples:\n"

@@ -1,0 +1,20 @@
+// The options of solve as other commands ask for them.
+#ifndef TORNWALZEN_APP_SOLVE_OPTIONS_HPP
+#define TORNWALZEN_APP_SOLVE_OPTIONS_HPP
+
+#include <string>
+#include <vector>
+
+namespace host {
+
+enum class OptionKind { unknown, flag, value };
+
+// name: with its dashes.
+OptionKind solveOption(const std::string& name);
+
+// What is wrong with these arguments of solve, as one sentence; empty: nothing that can be seen without the files.
+std::string solveComplaint(const std::vector<std::string>& words);
+
+}  // namespace host
+
+#endif
