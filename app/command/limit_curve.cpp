@@ -7,6 +7,7 @@
 
 #include "command/point_table.hpp"
 #include "system/failure.hpp"
+#include "system/input_file.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -28,7 +29,11 @@ std::string whyNoFormula(const ShopOptions& options, const Material& material, d
 }  // namespace
 
 LimitCurve readLimitCurve(const std::string& path) {
-  const PointTable table = readPointTable(path, "--flc " + path, "a minor and a major strain");
+  return limitCurveIn(readInputFile(path), path);
+}
+
+LimitCurve limitCurveIn(const std::string& content, const std::string& path) {
+  const PointTable table = pointsIn(content, "--flc " + path, "a minor and a major strain");
   const bool percent =
       table.heading.find('%') != std::string::npos || table.heading.find("percent") != std::string::npos;
   LimitCurve curve;

@@ -21,6 +21,9 @@ struct ChosenLimit {
 // Throws Failure with file and line.
 LimitCurve readLimitCurve(const std::string& path);
 
+// The same of a file's bytes; path: for messages.
+LimitCurve limitCurveIn(const std::string& content, const std::string& path);
+
 // The file of --flc; or with --flc keeler, and without --flc where all is known, the formula for mild steels. A formula
 // that is asked for and does not hold throws Failure. thickness: mm, 0: not known.
 ChosenLimit chosenLimit(const ShopOptions& options, const Material& material, double thickness);

@@ -151,10 +151,14 @@ std::string ownLibraryText() {
   return ownMaterialsText;
 }
 
+std::vector<Material> materialsIn(const std::string& content, const std::string& source) {
+  return Reader(source).read(content);
+}
+
 std::vector<LibraryMaterial> readMaterials(const std::string& path) {
   std::vector<LibraryMaterial> library;
   if (!path.empty())
-    for (Material& material : Reader("--materials " + path).read(readInputFile(path)))
+    for (Material& material : materialsIn(readInputFile(path), "--materials " + path))
       library.push_back({std::move(material), path});
   for (Material& material : Reader("the program's materials").read(ownMaterialsText)) {
     const bool replaced = std::any_of(library.begin(), library.end(), [&](const LibraryMaterial& other) {

@@ -18,6 +18,9 @@ struct LibraryMaterial {
 // that a number of --material stands for or that occurs twice, a value without source or out of its range.
 std::vector<LibraryMaterial> readMaterials(const std::string& path);
 
+// The materials in the bytes of such a file. source: begins messages. Throws Failure likewise.
+std::vector<Material> materialsIn(const std::string& content, const std::string& source);
+
 // The material of that name, capital or small letters. Throws Failure that names those there are.
 Material materialNamed(const std::vector<LibraryMaterial>& library, const std::string& name);
 

@@ -33,7 +33,10 @@ bool readRow(const std::string& line, PointTable::Row& row) {
 }  // namespace
 
 PointTable readPointTable(const std::string& path, const std::string& source, const std::string& wanted) {
-  const std::string content = readInputFile(path);
+  return pointsIn(readInputFile(path), source, wanted);
+}
+
+PointTable pointsIn(const std::string& content, const std::string& source, const std::string& wanted) {
   PointTable table;
   std::size_t position = 0;
   std::string_view line;

@@ -21,4 +21,7 @@ struct PointTable {
 // Failure: the file cannot be read, a line (the first apart) that does not hold two numbers, no line at all.
 PointTable readPointTable(const std::string& path, const std::string& source, const std::string& wanted);
 
+// The same of a file's bytes.
+PointTable pointsIn(const std::string& content, const std::string& source, const std::string& wanted);
+
 }  // namespace host
