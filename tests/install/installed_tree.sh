@@ -34,4 +34,9 @@ echo "$byPkgConfig"
 [ "$byCmake" = "$byPkgConfig" ] || { echo 'the two hosts differ'; exit 1; }
 [ -e "$prefix/share/doc/tornwalzen/LICENSE" ] && [ -e "$prefix/share/doc/tornwalzen/licences.md" ]
 [ ! -e "$prefix/bin/tornwalzen" ] || [ -x "$prefix/bin/tornwalzen-import" ] || { echo 'the import helper is not beside the program'; exit 1; }
+if [ -e "$prefix/bin/tornwalzen" ]; then
+  for file in man/man1/tornwalzen.1 bash-completion/completions/tornwalzen zsh/site-functions/_tornwalzen; do
+    [ -s "$prefix/share/$file" ] || { echo "share/$file is not installed"; exit 1; }
+  done
+fi
 [ -e "$libdir/libtornwalzen.so" ] && [ -e "$prefix/include/tornwalzen.h" ]
