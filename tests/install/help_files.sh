@@ -12,7 +12,7 @@ for command in $commands; do
     grep -qiw -- "$command" "$file" || { echo "${file##*/} does not name the command $command"; bad=1; }
   done
   inMan=$(awk -v part="TORNWALZEN ${command^^}" '/^.SH/ {inside = substr($0, 5) == part} inside && /^.fB/' "$man" |
-    sed 's/\\-/-/g')
+    sed 's/\\-/-/g; s/\\f./ /g')
   # from the head of each option's line alone: examples name options too
   for option in $("$program" "$command" --help | sed -n '/^Examples:/q;s/^  \(-[^ ]*\).*/\1/p' | tr ',' '\n' | sed 's/{.*//'); do
     seen=$((seen + 1))
