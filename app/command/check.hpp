@@ -1,6 +1,5 @@
 // The command `tornwalzen check`: whether a run will go well.
-#ifndef TORNWALZEN_APP_CHECK_HPP
-#define TORNWALZEN_APP_CHECK_HPP
+#pragma once
 
 #include <string>
 
@@ -17,5 +16,3 @@ std::string checkPage(const PartCheck& check);
 std::string checkJson(const PartCheck& check);
 
 }  // namespace host
-
-#endif

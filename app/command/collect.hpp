@@ -1,6 +1,5 @@
 // The command `tornwalzen collect`: the results of many runs in one table and one page.
-#ifndef TORNWALZEN_APP_COLLECT_HPP
-#define TORNWALZEN_APP_COLLECT_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -23,5 +22,3 @@ std::vector<std::string> runFolders(const std::vector<std::string>& folders);
 int collect(const CollectOptions& options);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What stands below the options of each --help: examples by task.
-#ifndef TORNWALZEN_APP_HELP_EXAMPLES_HPP
-#define TORNWALZEN_APP_HELP_EXAMPLES_HPP
+#pragma once
 
 namespace host {
 
@@ -85,5 +84,3 @@ inline constexpr const char* materialsExamples =
     "      tornwalzen materials --materials ours.json --quiet";
 
 }  // namespace host
-
-#endif

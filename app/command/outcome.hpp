@@ -1,6 +1,5 @@
 // How a run of solve ended, as a file: also where it was refused and there is no summary.
-#ifndef TORNWALZEN_APP_OUTCOME_HPP
-#define TORNWALZEN_APP_OUTCOME_HPP
+#pragma once
 
 #include <optional>
 #include <string>
@@ -27,5 +26,3 @@ int solveWithOutcome(const SolveOptions& options);
 std::optional<Outcome> readOutcome(const std::string& path);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What `tornwalzen check` finds out about a part before it is run.
-#ifndef TORNWALZEN_APP_PART_CHECK_HPP
-#define TORNWALZEN_APP_PART_CHECK_HPP
+#pragma once
 
 #include <cstdint>
 #include <optional>
@@ -46,5 +45,3 @@ PartCheck checkPart(const CheckOptions& options);
 std::optional<Vector> drawDirection(const std::string& text);
 
 }  // namespace host
-
-#endif

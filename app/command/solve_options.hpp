@@ -1,6 +1,5 @@
 // The options of solve as other commands ask for them.
-#ifndef TORNWALZEN_APP_SOLVE_OPTIONS_HPP
-#define TORNWALZEN_APP_SOLVE_OPTIONS_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -16,5 +15,3 @@ OptionKind solveOption(const std::string& name);
 std::string solveComplaint(const std::vector<std::string>& words);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // The command `tornwalzen study`: from a table to one command line per row.
-#ifndef TORNWALZEN_APP_STUDY_HPP
-#define TORNWALZEN_APP_STUDY_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -36,5 +35,3 @@ std::string shellWord(const std::string& word);
 int study(const StudyOptions& options);
 
 }  // namespace host
-
-#endif

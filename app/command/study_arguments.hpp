@@ -1,6 +1,5 @@
 // The command line of `tornwalzen study` and `tornwalzen collect`.
-#ifndef TORNWALZEN_APP_STUDY_ARGUMENTS_HPP
-#define TORNWALZEN_APP_STUDY_ARGUMENTS_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -30,5 +29,3 @@ CLI::App* describeStudy(CLI::App& app, StudyOptions& options);
 CLI::App* describeCollect(CLI::App& app, CollectOptions& options);
 
 }  // namespace host
-
-#endif

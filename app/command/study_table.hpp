@@ -1,6 +1,5 @@
 // The table of a study: a line of headings, then a row per run.
-#ifndef TORNWALZEN_APP_STUDY_TABLE_HPP
-#define TORNWALZEN_APP_STUDY_TABLE_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -25,5 +24,3 @@ struct StudyTable {
 StudyTable readStudyTable(const std::string& content, const std::string& source);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // What a command says beside its result, and where: sentences go to standard error, the result to standard output.
-#ifndef TORNWALZEN_APP_TALK_HPP
-#define TORNWALZEN_APP_TALK_HPP
+#pragma once
 
 #include <unistd.h>
 
@@ -27,5 +26,3 @@ struct Talk {
 };
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Along which direction a part can be drawn: how much of it is undercut and how much is steep, seen along it.
-#ifndef TORNWALZEN_APP_DRAW_DIRECTION_HPP
-#define TORNWALZEN_APP_DRAW_DIRECTION_HPP
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -32,5 +31,3 @@ DrawView seenAlong(const Part& part, const Vector& direction);
 DrawView bestDrawDirection(const Part& part);
 
 }  // namespace host
-
-#endif

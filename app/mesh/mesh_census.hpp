@@ -1,6 +1,5 @@
 // What a mesh consists of, also one that is refused: pieces, borders, corners, edges of three triangles.
-#ifndef TORNWALZEN_APP_MESH_CENSUS_HPP
-#define TORNWALZEN_APP_MESH_CENSUS_HPP
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -37,5 +36,3 @@ struct MeshCensus {
 MeshCensus censusOf(const Mesh& mesh);
 
 }  // namespace host
-
-#endif

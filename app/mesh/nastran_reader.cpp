@@ -261,7 +261,7 @@ std::size_t startOfBulk(std::string_view content, std::size_t& linesBefore) {
     if (capitals(nextWord(line, inLine)) != "BEGIN") continue;
     if (capitals(nextWord(line, inLine)).substr(0, 4) != "BULK") continue;
     linesBefore = count;
-    return position;
+    return std::min(position, content.size());  // a last line without an end leaves it behind
   }
   linesBefore = 0;
   return 0;

@@ -1,6 +1,5 @@
 // The pieces of a mesh: triangles that hang together by edges.
-#ifndef TORNWALZEN_APP_PIECES_HPP
-#define TORNWALZEN_APP_PIECES_HPP
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -12,5 +11,3 @@ namespace host {
 std::vector<std::int32_t> findPieces(const std::vector<std::int32_t>& corners);
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // What the shape of a sheet tells before it is run: edges along which it is folded, and edges in a plane that may be one
 // of symmetry.
-#ifndef TORNWALZEN_APP_SHEET_SHAPE_HPP
-#define TORNWALZEN_APP_SHEET_SHAPE_HPP
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -27,5 +26,3 @@ struct MirrorEdge {
 std::vector<MirrorEdge> mirrorEdges(const Part& part);
 
 }  // namespace host
-
-#endif

@@ -1,6 +1,5 @@
 // Vectors in space, for what is measured on a mesh.
-#ifndef TORNWALZEN_APP_VECTOR_HPP
-#define TORNWALZEN_APP_VECTOR_HPP
+#pragma once
 
 #include <array>
 #include <cmath>
@@ -44,5 +43,3 @@ inline Vector areaVector(const Part& part, std::int64_t element) {
 }
 
 }  // namespace host
-
-#endif

@@ -1,7 +1,6 @@
 // What a check found on a mesh, as a VTK unstructured grid (.vtu): one array of 0 and 1 per kind of finding, by which a
 // viewer selects its triangles.
-#ifndef TORNWALZEN_APP_FINDING_GRID_HPP
-#define TORNWALZEN_APP_FINDING_GRID_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -29,5 +28,3 @@ struct FindingGrid {
 void writeFindingGrid(FileWriter& file, const FindingGrid& grid);
 
 }  // namespace host
-
-#endif

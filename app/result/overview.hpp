@@ -1,6 +1,5 @@
 // Many runs side by side: one table as CSV, one page as HTML.
-#ifndef TORNWALZEN_APP_OVERVIEW_HPP
-#define TORNWALZEN_APP_OVERVIEW_HPP
+#pragma once
 
 #include <string>
 #include <vector>
@@ -40,5 +39,3 @@ void writeOverviewTable(FileWriter& file, const Overview& overview);
 void writeOverviewPage(FileWriter& file, const Overview& overview);
 
 }  // namespace host
-
-#endif

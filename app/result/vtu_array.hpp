@@ -2,8 +2,7 @@
 //
 // Numbers stand in the file as base64 of a 64-bit byte count followed by the values, in the byte order of
 // this machine, which the file names.
-#ifndef TORNWALZEN_APP_VTU_ARRAY_HPP
-#define TORNWALZEN_APP_VTU_ARRAY_HPP
+#pragma once
 
 #include <algorithm>
 #include <cstdint>
@@ -64,5 +63,3 @@ std::string vtuOpening();
 void writeTriangles(FileWriter& file, const std::vector<std::int32_t>& corners);
 
 }  // namespace host
-
-#endif

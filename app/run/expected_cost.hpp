@@ -1,6 +1,5 @@
 // What a run will take, before it is made.
-#ifndef TORNWALZEN_APP_EXPECTED_COST_HPP
-#define TORNWALZEN_APP_EXPECTED_COST_HPP
+#pragma once
 
 #include <cstdint>
 
@@ -16,5 +15,3 @@ struct ExpectedCost {
 ExpectedCost expectedCost(std::int64_t elements);
 
 }  // namespace host
-
-#endif

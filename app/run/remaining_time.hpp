@@ -1,6 +1,5 @@
 // How long a run may still take, from how far it is.
-#ifndef TORNWALZEN_APP_REMAINING_TIME_HPP
-#define TORNWALZEN_APP_REMAINING_TIME_HPP
+#pragma once
 
 #include <cstdint>
 #include <optional>
@@ -26,5 +25,3 @@ class RemainingTime {
 std::string remainingText(double seconds);
 
 }  // namespace host
-
-#endif

@@ -130,3 +130,9 @@ TEST(NastranReader, RefusesContinuationsThatDoNotBelongTogether) {
   EXPECT_EQ(refused("GRID,1,2,3,4,5,6,7,8,9,10,11\n"),
             "part.bdf, line 1: more than 8 fields and a continuation mark");
 }
+
+TEST(NastranReader, RefusesAFileThatEndsWhereTheBulkDataBegin) {
+  for (const char* content : {"SOL 101\nCEND\nBEGIN BULK", "BEGIN BULK\n"})
+    EXPECT_NE(refusal([&] { readNastran(content, "part.bdf", {}); }).find("part.bdf"), std::string::npos)
+        << content;
+}
