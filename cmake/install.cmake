@@ -31,7 +31,9 @@ if(TARGET tornwalzen_host)
   install(PROGRAMS app/import/tornwalzen-import DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
   install(FILES packaging/tornwalzen.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
     RENAME tornwalzen COMPONENT host)
-  install(FILES docs/tornwalzen.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT host)
+  if(NOT TORNWALZEN_DEBIAN)   # Debian has it packed
+    install(FILES docs/tornwalzen.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT host)
+  endif()
   install(FILES packaging/_tornwalzen DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT host)
 endif()
 include(cmake/python.cmake)

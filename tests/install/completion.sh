@@ -21,7 +21,7 @@ expect() {
   [ "$got" = "$wanted" ] || { echo "tornwalzen $*: offers \"$got\", wanted \"$wanted\""; exit 1; }
 }
 
-expect '--help,--version,deck,materials,solve' ''
+expect '--help,--version,check,collect,deck,materials,solve,study' ''
 expect 'solve' so
 expect '--thickness' solve --thick
 expect 'fixed,sure' solve part.obj --path ''
@@ -30,7 +30,9 @@ expect 'other part.stl,part.obj' solve ''
 expect 'part.obj' solve pa
 expect 'part.obj' solve --curve pa
 expect '' solve --no-such-option
-for option in $("$program" solve --help | grep -o -e '^  --[a-z-]*'); do   # every one of the help's is offered
-  [[ ,$(offers solve --), == *,$option,* ]] || { echo "$option is not offered"; exit 1; }
+for command in solve check deck materials study collect; do
+  for option in $("$program" $command --help | grep -o -e '^  --[a-z-]*'); do   # every one of the help's is offered
+    [[ ,$(offers $command --), == *,$option,* ]] || { echo "$command $option is not offered"; exit 1; }
+  done
 done
 echo 'bash completes commands, options, choices and files'
