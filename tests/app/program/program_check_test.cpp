@@ -166,3 +166,20 @@ TEST(ProgramCheck, WhatCannotBeReadOrWrittenIsRefusedWithStatusOne) {
   }
   EXPECT_EQ(folder.read("pipe.obj"), halfPipeObj(4, 2));
 }
+
+TEST(ProgramCheck, ASecondToolReadsTheSelection) {
+  const ScratchFolder folder;
+  if (shell(folder, "/usr/bin/python3 -c 'import meshio'").status != 0)
+    GTEST_SKIP() << "no meshio (python3-meshio)";
+  folder.write("needle.obj", "v 0 0 0\nv 100 0 0\nv 100 100 0\nv 50 -1 0\nf 1 2 3\nf 2 1 4\n");
+  ASSERT_EQ(tornwalzen(folder, "check needle.obj --quiet --out found.vtu").status, 0);
+  const Outcome read =
+      shell(folder,
+            "/usr/bin/python3 -c \"import meshio; m = meshio.read('found.vtu'); print(m.points.tolist(), "
+            "m.cells[0].data.tolist(), m.cell_data['needle'][0].tolist(), "
+            "m.cell_data['any_finding'][0].tolist(), m.cell_data['piece'][0].tolist())\"");
+  EXPECT_EQ(read.status, 0) << read.err;
+  EXPECT_THAT(read.out,
+              HasSubstr("[[0.0, 0.0, 0.0], [100.0, 0.0, 0.0], [100.0, 100.0, 0.0], [50.0, -1.0, 0.0]] "
+                        "[[0, 1, 2], [1, 0, 3]] [0, 1] [0, 1] [1, 1]\n"));
+}
