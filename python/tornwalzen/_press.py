@@ -63,6 +63,12 @@ class Press:
     rolling_angle: float = 0.0
 
 
+def gives_loads(press: Press) -> bool:
+    """Whether friction, beads or free edges are asked for."""
+    friction = press.friction if isinstance(press.friction, (tuple, list)) else (press.friction,)
+    return any(each > 0.0 for each in friction) or press.edge == "on" or len(press.beads) > 0
+
+
 def structure(press: Press, thickness: float, material: Optional[Material]) -> CPress:
     """What tornwalzen_analysis_set_press takes; the values of the material where the press leaves them open."""
     friction = press.friction if isinstance(press.friction, (tuple, list)) else (press.friction, press.friction)

@@ -11,12 +11,12 @@ from . import _input
 from ._analysis import Analysis, Listener, Output
 from ._geometry import Corners, plane_areas
 from ._hold import Hold, flags
-from ._press import Press, lay_on
+from ._press import Press, gives_loads, lay_on
 from ._progress import Listening, Progress
 from ._settings import Chosen, MaterialLike, Settings, Tolerance, apply, chosen, from_patch, tighter
 from ._structures import STRAIN_COLUMNS, STRAIN_DOUBLES
 from ._verdict import (CONVERGED, FINAL_UNCONVERGED, NOT_A_BLANK, NOT_DEVELOPED, SOLVER_FAILED, STEP_TOO_SMALL,
-                       SecondStart, Verdict, compared, judged, second_start_may_help, tighter_path_may_help,
+                       SecondStart, Verdict, compared, is_nearer, judged, second_start_may_help, tighter_path_may_help,
                        with_second)
 from ._undeveloped import why_not_developed
 from .errors import NotABlank, NotConverged, TornwalzenWarning
@@ -135,6 +135,7 @@ class _Run:
         z = points[triangles, 2]
         self.flat = bool((z == z[0, 0]).all())
         self.choice = choice
+        self._loads_given = choice.settings.model == "press" and gives_loads(choice.press)
         self._analysis = analysis
         self._listener = listener
         self.settings: Settings = choice.settings
@@ -143,7 +144,7 @@ class _Run:
         self.output = self._once(choice.settings)
 
     def verdict(self, output: Output) -> Verdict:
-        return judged(output.report, output.press, self.flat)
+        return judged(output.report, output.press, self.flat, self._loads_given)
 
     def _once(self, settings: Settings) -> Output:
         apply(settings, self.choice, self._analysis)
@@ -154,7 +155,8 @@ class _Run:
 
     def until_converged(self) -> None:
         """Sure path: the better of two starts where one alone is doubtful. Fixed path: a tighter way."""
-        if self.settings.path == "sure" and second_start_may_help(self.verdict(self.output), self.output.report):
+        if self.settings.path == "sure" and second_start_may_help(self.verdict(self.output), self.output.report,
+                                                                  self.output.press, self._loads_given):
             self._start_again()
         for factor in _TIGHTER:
             if not (self.settings.may_repeat and tighter_path_may_help(self.output.report, self.flat)):
@@ -166,7 +168,7 @@ class _Run:
         first, settings = self.output, from_patch(self.settings, True)
         other = self._once(settings)
         better = other.report.converged == 1 and (
-            first.report.converged == 0 or other.report.energy < first.report.energy
+            first.report.converged == 0 or is_nearer(other.report, other.press, first.report, first.press)
             or (self.verdict(first).worth == NOT_A_BLANK and self.verdict(other).worth != NOT_A_BLANK))
         if better:
             self.settings, self.output = settings, other

@@ -147,18 +147,27 @@ def _faults(r: Report, press: PressResult) -> List[str]:
     return why
 
 
-def _doubts(r: Report, press: PressResult) -> List[str]:
+def _strength_doubts(r: Report, press: PressResult, loads_given: bool) -> List[str]:
+    """What the sheet does not bear: another start finds the same."""
+    why = []
+    if press.loads_held == 1 and r.minimum_certified == 0:
+        why.append("the sheet is at the limit of its strength: the tangent without the tools is not positive definite")
+    if loads_given and press.loads_held == 0:
+        why.append("the sheet does not bear the tools' forces that were given: the blank is that of the work alone")
+    if press.exponent > 1.0:
+        why.append(f"the press model held down to the exponent {decimal(press.exponent)} alone; 1 is the work of "
+                   "deformation itself")
+    return why
+
+
+def _doubts(r: Report, press: PressResult, loads_given: bool) -> List[str]:
     """What makes a blank doubtful."""
     why = []
     if r.checked == 0:
         why.append("there was no memory to check the blank")
     if r.path == 0 and r.minimum_certified == 0:
         why.append("the last tangent was not positive definite: the equilibrium may be no minimum")
-    if press.loads_held == 1 and r.minimum_certified == 0:
-        why.append("the sheet is at the limit of its strength: the tangent without the tools is not positive definite")
-    if press.exponent > 1.0:
-        why.append(f"the press model held down to the exponent {decimal(press.exponent)} alone; 1 is the work of "
-                   "deformation itself")
+    why += _strength_doubts(r, press, loads_given)
     if r.accepted_unconverged > 0:
         why.append(f"{counted(r.accepted_unconverged, 'increment')} on the way did not converge")
     if r.share_beyond_one > _STRAIN:
@@ -167,22 +176,34 @@ def _doubts(r: Report, press: PressResult) -> List[str]:
     return why
 
 
-def judged(report: Report, press: PressResult, flat: bool) -> Verdict:
-    """The verdict of one run. flat: whether all nodes in triangles have one z."""
+def judged(report: Report, press: PressResult, flat: bool, loads_given: bool = False) -> Verdict:
+    """The verdict of one run. flat: whether all nodes in triangles have one z; loads_given: whether friction, beads or
+    free edges were asked for."""
     if report.reason != CONVERGED:
         return Verdict(NOT_A_BLANK, ("not converged",), False, _not_converged(report, flat))
     faults = _faults(report, press)
     if faults:
         return Verdict(NOT_A_BLANK, tuple(faults), True, "")
-    doubts = _doubts(report, press)
+    doubts = _doubts(report, press, loads_given)
     return Verdict(DOUBTFUL if doubts else GOOD, tuple(doubts), True, "")
 
 
-def second_start_may_help(verdict: Verdict, report: Report) -> bool:
+def second_start_may_help(verdict: Verdict, report: Report, press: PressResult, loads_given: bool = False) -> bool:
     """Whether a start from another side may find a better blank."""
     if report.path != _SURE or report.refusal != 0 or report.reason == STOPPED:
         return False
-    return verdict.worth != GOOD or (report.checked == 1 and report.undercut_share > _UNDERCUT)
+    if report.checked == 1 and report.undercut_share > _UNDERCUT:
+        return True
+    if verdict.worth == DOUBTFUL:
+        return len(verdict.why) > len(_strength_doubts(report, press, loads_given))
+    return verdict.worth != GOOD
+
+
+def is_nearer(report: Report, press: PressResult, other: Report, other_press: PressResult) -> bool:
+    """Whether the first of two blanks is the nearer one: by the exponent of its work, then by its potential."""
+    if press.exponent != other_press.exponent:
+        return press.exponent < other_press.exponent
+    return report.energy < other.energy
 
 
 def compared(taken: Report, other: Report, second_taken: bool) -> SecondStart:

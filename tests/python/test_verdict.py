@@ -31,6 +31,8 @@ DOUBTS = [
      "the last tangent was not positive definite: the equilibrium may be no minimum"),
     (dict(minimum_certified=0), dict(loads_held=1),
      "the sheet is at the limit of its strength: the tangent without the tools is not positive definite"),
+    ({}, dict(loads_held=0),
+     "the sheet does not bear the tools' forces that were given: the blank is that of the work alone"),
     ({}, dict(exponent=1.25), "the press model held down to the exponent 1.25 alone; 1 is the work of deformation itself"),
     (dict(accepted_unconverged=1), {}, "1 increment on the way did not converge"),
     (dict(share_beyond_one=0.02, first_beyond_one=5), {},
@@ -51,7 +53,7 @@ def test_faults(report, words):
 
 @pytest.mark.parametrize("report, press, words", DOUBTS)
 def test_doubts(report, press, words):
-    verdict = _verdict.judged(replace(GOOD, **report), replace(NO_TOOLS, **press), False)
+    verdict = _verdict.judged(replace(GOOD, **report), replace(NO_TOOLS, **press), False, "loads_held" in press)
     assert str(verdict) == "doubtful: " + words
 
 
@@ -59,8 +61,10 @@ def test_limits():
     for report in (dict(overlapped_area=0.9e-3), dict(share_beyond_one=1e-3), dict(open_nodes=1, blank_inverted=1)):
         why = _verdict.judged(replace(GOOD, **report), NO_TOOLS, False).why
         assert not any("covers" in each or "passes 1" in each or "close once" in each for each in why)
-    assert not _verdict.second_start_may_help(_verdict.judged(GOOD, NO_TOOLS, False), replace(GOOD, undercut_share=1e-3))
-    assert _verdict.second_start_may_help(_verdict.judged(GOOD, NO_TOOLS, False), replace(GOOD, undercut_share=2e-3))
+    assert not _verdict.second_start_may_help(_verdict.judged(GOOD, NO_TOOLS, False), replace(GOOD, undercut_share=1e-3),
+                                              NO_TOOLS)
+    assert _verdict.second_start_may_help(_verdict.judged(GOOD, NO_TOOLS, False), replace(GOOD, undercut_share=2e-3),
+                                          NO_TOOLS)
     for energy, agrees in ((50.004, True), (50.006, False), (49.996, True)):
         second = _verdict.compared(GOOD, replace(GOOD, energy=energy), False)
         assert second.agrees == agrees
@@ -82,3 +86,17 @@ def test_every_sentence_of_the_host_is_ours():
     assert len(literals) >= 14
     for text in literals:
         assert text in ours or text in ("triangle", "increment"), text
+
+
+def test_strength_alone_asks_for_no_second_start():
+    held = replace(NO_TOOLS, exponent=1.25)
+    assert not _verdict.second_start_may_help(_verdict.judged(GOOD, held, False), GOOD, held)
+    strained = replace(GOOD, share_beyond_one=0.02)
+    assert _verdict.second_start_may_help(_verdict.judged(strained, held, False), strained, held)
+
+
+def test_the_lower_exponent_is_nearer_then_the_lower_potential():
+    held, lower = replace(NO_TOOLS, exponent=1.25), replace(NO_TOOLS, exponent=1.125)
+    assert _verdict.is_nearer(replace(GOOD, energy=60.0), lower, GOOD, held)
+    assert not _verdict.is_nearer(GOOD, held, replace(GOOD, energy=60.0), lower)
+    assert _verdict.is_nearer(GOOD, held, replace(GOOD, energy=60.0), held)
