@@ -23,6 +23,7 @@ constexpr Int chordStepsFar = 3;           // where another exact tangent is nee
 constexpr double chordGain = 1.5;          // what a chord step must divide the gradient by
 constexpr double certifiedStretch = 0.03;  // by so much a stretch may differ from that of the exact tangent
 constexpr double settledStep = 1e-3;       // mm
+constexpr double finestStep = 1e-9;        // of the part's size: what a settled blank may still move
 constexpr Int settlings = 3;               // exact steps for soft modes at most
 constexpr Int64 leastUnknowns = 16384;     // of a range
 constexpr double thresholdFloor = 1e-8;    // of s0: no sheet is thinned out so far
@@ -205,15 +206,14 @@ class Newton {
     }
   }
 
-  /// At a gradient that is small enough: soft modes may still have a way to go. True: they have not, or had it.
+  /// At a gradient that is small enough: soft modes may still have a way to go. True: they have not, or had it. Goes on
+  /// while the blank still moves by more than rounding, so that what is symmetric comes out symmetric.
   bool settle() {
-    for (Int k = 0; k < chordSteps; ++k) {
-      double move;
-      const bool taken = chordStep(limits_.gradient, move);
-      if (move <= settledStep) return true;
-      if (!taken) return false;
-    }
-    return false;
+    const double finest = finestStep * std::sqrt(problem_.run.atot);
+    double move = INFINITY;
+    for (Int k = 0; k < chordSteps && move > finest; ++k)
+      if (!chordStep(limits_.gradient, move)) break;
+    return move <= settledStep;
   }
 
   SureProblem& problem_;
