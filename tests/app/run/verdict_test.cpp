@@ -226,6 +226,7 @@ TEST(Verdict, WhatTheSheetDoesNotBearIsDoubtfulAndNoMatterOfTheStart) {
   EXPECT_EQ(verdict.why.size(), 2u);
   EXPECT_FALSE(secondStartMayHelp(verdict, sample.run));
   sample.run.report.share_beyond_one = 0.5;
+  sample.run.report.first_beyond_one = 1;
   EXPECT_TRUE(secondStartMayHelp(verdictOf(sample), sample.run));
 }
 
