@@ -92,12 +92,12 @@ def test_ctrl_c_from_outside_without_a_listener():
         from conftest import dome_of
         mesh = dome_of(9.0, cells=60)
         print("begun", flush=True)
-        while True:
-            try:
+        try:
+            while True:
                 tornwalzen.solve(*mesh, material=1, model="fixed")
-            except KeyboardInterrupt:
-                print("ended", flush=True)
-                sys.exit(130)
+        except KeyboardInterrupt:
+            print("ended", flush=True)
+            sys.exit(130)
     """).format(package=str(tornwalzen.__path__[0] + "/.."), tests=str(ROOT / "tests" / "python"))
     process = subprocess.Popen([sys.executable, "-c", script], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
     assert process.stdout.readline() == "begun\n"
