@@ -39,12 +39,12 @@ page=$project/docs/index.md
 scratch=$(mktemp -d)
 export HOME=$scratch/home
 trap 'rm -rf "$scratch"' EXIT
-mkdir -p "$HOME" "$scratch/bin" "$scratch/work/build"
+mkdir -p "$HOME" "$scratch/bin" "$scratch/tree/build"
 ln -s /usr/bin/python3 "$scratch/bin/python3"   # Debian's own, which has the packages
 export PATH=$scratch/bin:$PATH OMP_NUM_THREADS=1 PYTHONDONTWRITEBYTECODE=1
-ln -s "$build" "$scratch/work/build/release"
-for name in samples tests python; do ln -s "$project/$name" "$scratch/work/$name"; done
-cd "$scratch/work"
+ln -s "$build" "$scratch/tree/build/release"
+for name in samples tests python; do ln -s "$project/$name" "$scratch/tree/$name"; done
+cd "$scratch/tree"
 
 # What a section needs beside the project, as a word: the Python module to import.
 needs() {

@@ -8,7 +8,9 @@
 #include <ctime>
 #include <map>
 
+#include "host_kit/refined.hpp"
 #include "verification/axisymmetric_runs.hpp"
+#include "verification/result_table.hpp"
 
 namespace verification {
 
@@ -16,37 +18,6 @@ namespace {
 
 constexpr double steel[] = {565.32, 0.007117, 0.2589};  // a mild steel: K (MPa), prestrain, exponent
 constexpr double friction = 0.1, binder = 20000.0;      // dimensionless, N
-
-std::FILE* openTable(const std::string& path, const char* heading) {
-  std::FILE* const file = std::fopen(path.c_str(), "w");
-  if (file == nullptr) {
-    std::perror(path.c_str());
-    std::exit(1);
-  }
-  std::fprintf(file, "%s\n", heading);
-  return file;
-}
-
-/// Every triangle as four.
-host_kit::HostPart finer(const host_kit::HostPart& part) {
-  host_kit::HostPart result;
-  result.knots = part.knots;
-  std::map<std::pair<std::int32_t, std::int32_t>, std::int32_t> middles;
-  const auto middle = [&](std::int32_t a, std::int32_t b) {
-    const auto next = static_cast<std::int32_t>(result.knots.size() / 3) + 1;
-    const auto [place, isNew] = middles.insert({std::minmax(a, b), next});
-    for (std::size_t i = 0; isNew && i < 3; ++i)
-      result.knots.push_back(0.5 * (part.knots[3 * static_cast<std::size_t>(a - 1) + i] +
-                                    part.knots[3 * static_cast<std::size_t>(b - 1) + i]));
-    return place->second;
-  };
-  for (std::size_t e = 0; e < part.inzi.size(); e += 3) {
-    const std::int32_t a = part.inzi[e], b = part.inzi[e + 1], c = part.inzi[e + 2];
-    const std::int32_t ab = middle(a, b), bc = middle(b, c), ca = middle(c, a);
-    result.inzi.insert(result.inzi.end(), {a, ab, ca, ab, b, bc, ca, bc, c, ab, bc, ca});
-  }
-  return result;
-}
 
 struct Surveyed {
   std::string name;
@@ -61,7 +32,7 @@ std::vector<Surveyed> surveyed(const std::string& parts) {
   for (const char* name : {"car_hood_outer", "sheet_panel_13holes", "sheet_rail_channel", "scan_tray"}) {
     host_kit::HostPart part = host_kit::readObj(parts + "/" + name + ".obj");
     if (part.knots.empty()) continue;
-    for (; part.inzi.size() / 3 < 60000; part = finer(part)) {
+    for (; part.inzi.size() / 3 < 60000; part = host_kit::refined(part)) {
       host_kit::holdRigidMotion(part);
       all.push_back({name, part});
     }

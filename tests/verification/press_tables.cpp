@@ -11,20 +11,11 @@
 #include "verification/developments.hpp"
 #include "verification/press_parts.hpp"
 #include "verification/press_survey.hpp"
+#include "verification/result_table.hpp"
 
 namespace {
 
 using namespace verification;
-
-std::FILE* open(const std::string& path, const char* heading) {
-  std::FILE* const file = std::fopen(path.c_str(), "w");
-  if (file == nullptr) {
-    std::perror(path.c_str());
-    std::exit(1);
-  }
-  std::fprintf(file, "%s\n", heading);
-  return file;
-}
 
 struct Variant {
   const char* name;
@@ -79,12 +70,13 @@ double seconds(const std::function<void()>& what) {
 }
 
 void drawnParts(const std::string& parts, const std::string& out) {
-  std::FILE* const file = open(out + "/press.csv",
-                               "part,variant,converged,exponent,loads_held,edge_mean_mm,edge_largest_mm,edge_"
-                               "signed_mm,thickness_rms_mm,"
-                               "correlation,thinnest_mm,thickest_mm,punch_pressure_mpa,die_pressure_mpa,"
-                               "binder_pressure_mpa,punch_force_n,"
-                               "factorizations,rounds,seconds");
+  std::FILE* const file =
+      openTable(out + "/press.csv",
+                "part,variant,converged,exponent,loads_held,edge_mean_mm,edge_largest_mm,edge_"
+                "signed_mm,thickness_rms_mm,"
+                "correlation,thinnest_mm,thickest_mm,punch_pressure_mpa,die_pressure_mpa,"
+                "binder_pressure_mpa,punch_force_n,"
+                "factorizations,rounds,seconds");
   for (const Process& process : processes()) {
     const DrawnCup cup = readDrawnPart(parts, process.name);
     if (cup.part.knots.empty()) {
@@ -118,8 +110,8 @@ void drawnParts(const std::string& parts, const std::string& out) {
 }
 
 void pressDevelopments(const std::string& out) {
-  std::FILE* const file = open(out + "/press_developments.csv",
-                               "part,size_mm,bending,converged,exponent,error_mm,factorizations");
+  std::FILE* const file = openTable(out + "/press_developments.csv",
+                                    "part,size_mm,bending,converged,exponent,error_mm,factorizations");
   for (const Development& development : developments())
     for (const double size : {5.0, 2.5})
       for (const int bending : {TORNWALZEN_OFF, TORNWALZEN_BENDING_RELEASED, TORNWALZEN_BENDING_KEPT}) {
@@ -154,9 +146,9 @@ void squareCup(const std::string& out) {
       {"aluminium, mean r", {576.79, 0.01658, 0.3593}, 0.81, 0.6425, 0.6425, 0.6425, 0.162, 19600.0},
       {"aluminium", {576.79, 0.01658, 0.3593}, 0.81, 0.71, 0.58, 0.70, 0.162, 19600.0}};
   std::FILE* const file =
-      open(out + "/press_square_cup.csv",
-           "edge_on_axis_mm,material,tools,converged,exponent,loads_held,draw_in_axis_mm,"
-           "draw_in_diagonal_mm,half_side_mm,corner_mm,thinnest_mm,factorizations,rounds,seconds");
+      openTable(out + "/press_square_cup.csv",
+                "edge_on_axis_mm,material,tools,converged,exponent,loads_held,draw_in_axis_mm,"
+                "draw_in_diagonal_mm,half_side_mm,corner_mm,thinnest_mm,factorizations,rounds,seconds");
   for (const double edge : {46.5, 53.2}) {
     shapes::MeshChoice choice;
     choice.triangles = 10000;

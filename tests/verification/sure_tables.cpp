@@ -12,73 +12,18 @@
 #include <utility>
 #include <vector>
 
+#include "host_kit/mirrored.hpp"
+#include "host_kit/refined.hpp"
 #include "verification/folded_sheets.hpp"
 #include "verification/part_runs.hpp"
+#include "verification/result_table.hpp"
 
 namespace {
 
 using host_kit::HostPart;
+using verification::openTable;
 using verification::PartRun;
 using verification::runPart;
-
-std::FILE* openTable(const std::string& folder, const std::string& name, const char* heading) {
-  std::FILE* file = std::fopen((folder + "/" + name).c_str(), "w");
-  if (file == nullptr) {
-    std::perror((folder + "/" + name).c_str());
-    std::exit(2);
-  }
-  std::fprintf(file, "%s\n", heading);
-  return file;
-}
-
-/// Every triangle in four, by the middles of its edges.
-HostPart refined(const HostPart& part) {
-  HostPart fine;
-  fine.knots = part.knots;
-  std::map<std::pair<std::int32_t, std::int32_t>, std::int32_t> middles;
-  const auto middle = [&](std::int32_t a, std::int32_t b) {
-    const auto [place, isNew] = middles.try_emplace(std::minmax(a, b), fine.nodes() + 1);
-    if (isNew)
-      for (std::size_t i = 0; i < 3; ++i)
-        fine.knots.push_back(0.5 * (part.knots[3 * static_cast<std::size_t>(a - 1) + i] +
-                                    part.knots[3 * static_cast<std::size_t>(b - 1) + i]));
-    return place->second;
-  };
-  for (std::size_t e = 0; e < part.inzi.size(); e += 3) {
-    const std::int32_t a = part.inzi[e], b = part.inzi[e + 1], c = part.inzi[e + 2];
-    const std::int32_t ab = middle(a, b), bc = middle(b, c), ca = middle(c, a);
-    fine.inzi.insert(fine.inzi.end(), {a, ab, ca, ab, b, bc, ca, bc, c, ab, bc, ca});
-  }
-  host_kit::holdRigidMotion(fine);
-  return fine;
-}
-
-/// The part and its mirror image in the plane x = 0 (axis 0) or y = 0 (axis 1), joined where it meets the plane.
-/// TWIN: out, the mirror image of each node, from 0.
-HostPart mirrored(const HostPart& part, std::size_t axis, std::vector<std::size_t>& TWIN) {
-  HostPart whole;
-  whole.knots = part.knots;
-  const std::size_t nodes = part.knots.size() / 3;
-  TWIN.assign(nodes, 0);
-  for (std::size_t n = 0; n < nodes; ++n) {
-    TWIN[n] = n;
-    if (std::fabs(part.knots[3 * n + axis]) < 1e-4) {
-      whole.knots[3 * n + axis] = 0.0;
-      continue;
-    }
-    TWIN[n] = whole.knots.size() / 3;
-    for (std::size_t i = 0; i < 3; ++i)
-      whole.knots.push_back((i == axis ? -1.0 : 1.0) * part.knots[3 * n + i]);
-    TWIN.push_back(n);
-  }
-  whole.inzi = part.inzi;
-  for (std::size_t e = 0; e < part.inzi.size(); e += 3)
-    for (const std::size_t corner : {0, 2, 1})
-      whole.inzi.push_back(
-          static_cast<std::int32_t>(TWIN[static_cast<std::size_t>(part.inzi[e + corner] - 1)]) + 1);
-  host_kit::holdRigidMotion(whole);
-  return whole;
-}
 
 class Tables {
  public:
@@ -129,9 +74,9 @@ void Tables::bothPaths(std::FILE* table, const std::string& name, const HostPart
 void Tables::sizesAndCurves() {
   constexpr std::int32_t sizes[] = {5000, 50000, 200000};
   std::FILE* table = openTable(
-      out_, "sure.csv",
+      out_ + "/sure.csv",
       "part,triangles,curve,converged,minimum,factorizations,inverted,crossings,smallest_stretch,seconds");
-  std::FILE* both = openTable(out_, "sure_fixed.csv",
+  std::FILE* both = openTable(out_ + "/sure_fixed.csv",
                               "part,triangles,curve,fixed_converged,fixed_inverted,fixed_factorizations,"
                               "sure_factorizations,fixed_energy_mm2,sure_energy_mm2,apart_mm");
   for (const char* sample : {"hat", "square_cup", "round_cup", "half_pipe", "s_rail", "box", "cone_sector",
@@ -146,25 +91,22 @@ void Tables::sizesAndCurves() {
     if (part.knots.empty()) continue;
     host_kit::holdRigidMotion(part);
     bothPaths(both, name, part);
-    for (; part.elements() <= 1.3 * sizes[2]; part = refined(part)) oneSize(table, name, part);
+    for (; part.elements() <= 1.3 * sizes[2]; part = host_kit::refined(part)) oneSize(table, name, part);
   }
   std::fclose(both);
   std::fclose(table);
 }
 
 void Tables::symmetry() {
-  std::FILE* table = openTable(out_, "sure_symmetry.csv", "part,triangles,curve,plane,asymmetry_of_size");
+  std::FILE* table = openTable(out_ + "/sure_symmetry.csv", "part,triangles,curve,plane,asymmetry_of_size");
   for (const char* name : {"dfg_cup_quarter", "round_cup_18", "dome_15"}) {
     const HostPart quarter = host_kit::readObj(parts_ + "/" + name + ".obj");
     if (quarter.knots.empty()) continue;
     std::vector<std::size_t> HALF, TWIN;
-    const HostPart half = mirrored(quarter, 0, HALF), whole = mirrored(half, 1, TWIN);
+    const HostPart half = host_kit::mirrored(quarter, 0, HALF), whole = host_kit::mirrored(half, 1, TWIN);
     for (const int curve : {0, 1, 2}) {
       const PartRun run = runPart(whole, 1, curve);
-      std::vector<double> image(run.blank.size());
-      for (std::size_t n = 0; n < TWIN.size(); ++n)
-        for (std::size_t i = 0; i < 2; ++i) image[2 * TWIN[n] + i] = run.blank[2 * n + i];
-      const double apart = verification::distance(image, run.blank);
+      const double apart = verification::distance(host_kit::mirrorImage(run.blank, TWIN), run.blank);
       std::fprintf(table, "%s,%d,%d,y,%.2e\n", name, whole.elements(), curve,
                    apart / verification::sizeOf(whole));
       std::fflush(table);
@@ -175,14 +117,14 @@ void Tables::symmetry() {
 
 void Tables::picture(const std::string& name, const HostPart& part) {
   const PartRun fixed = runPart(part, 0), sure = runPart(part, 1);
-  std::FILE* nodes = openTable(out_, "sure_" + name + ".csv", "x,y,z,fixed_u,fixed_v,sure_u,sure_v");
+  std::FILE* nodes = openTable(out_ + "/sure_" + name + ".csv", "x,y,z,fixed_u,fixed_v,sure_u,sure_v");
   for (std::size_t n = 0; n < part.knots.size() / 3; ++n)
     std::fprintf(nodes, "%.9g,%.9g,%.9g,%.9g,%.9g,%.9g,%.9g\n", part.knots[3 * n], part.knots[3 * n + 1],
                  part.knots[3 * n + 2], fixed.blank[2 * n], fixed.blank[2 * n + 1], sure.blank[2 * n],
                  sure.blank[2 * n + 1]);
   std::fclose(nodes);
   std::FILE* triangles =
-      openTable(out_, "sure_" + name + "_triangles.csv", "n1,n2,n3,fixed_converged,sure_converged");
+      openTable(out_ + "/sure_" + name + "_triangles.csv", "n1,n2,n3,fixed_converged,sure_converged");
   for (std::size_t e = 0; e < part.inzi.size(); e += 3)
     std::fprintf(triangles, "%d,%d,%d,%d,%d\n", part.inzi[e], part.inzi[e + 1], part.inzi[e + 2],
                  fixed.report.converged, sure.report.converged);

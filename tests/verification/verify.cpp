@@ -9,6 +9,7 @@
 #include "tornwalzen_ext.h"
 #include "verification/developments.hpp"
 #include "verification/drawn_cup.hpp"
+#include "verification/result_table.hpp"
 
 namespace {
 
@@ -19,13 +20,7 @@ using namespace verification;
 class Table {
  public:
   Table(const std::string& folder, const std::string& name, const std::string& heading)
-      : file_(std::fopen((folder + "/" + name).c_str(), "w")) {
-    if (file_ == nullptr) {
-      std::perror((folder + "/" + name).c_str());
-      std::exit(1);
-    }
-    row(heading);
-  }
+      : file_(openTable(folder + "/" + name, heading)) {}
   ~Table() { std::fclose(file_); }
   Table(const Table&) = delete;
   Table& operator=(const Table&) = delete;
