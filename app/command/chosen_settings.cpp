@@ -30,11 +30,14 @@ int builtIn(const std::string& material) {
   return -1;
 }
 
-FlowCurve swiftCurve(const Material& material) {
-  FlowCurve curve = hardeningLaw("swift:K=" + decimal(material.K->value) +
-                                 ",e0=" + decimal(material.e0->value) + ",n=" + decimal(material.n->value));
-  curve.source = "--material " + material.name + ", Swift K " + decimal(material.K->value) + " MPa, e0 " +
-                 decimal(material.e0->value) + ", n " + decimal(material.n->value);
+// Swift's law where e0 is known, Hollomon's where it is not.
+FlowCurve curveOf(const Material& material) {
+  const std::string K = decimal(material.K->value), n = decimal(material.n->value);
+  const std::string e0 = material.e0 ? decimal(material.e0->value) : "";
+  FlowCurve curve =
+      hardeningLaw(material.e0 ? "swift:K=" + K + ",e0=" + e0 + ",n=" + n : "hollomon:K=" + K + ",n=" + n);
+  curve.source = "--material " + material.name + (material.e0 ? ", Swift K " : ", Hollomon K ") + K + " MPa" +
+                 (material.e0 ? ", e0 " + e0 : "") + ", n " + n;
   return curve;
 }
 
@@ -68,9 +71,9 @@ std::vector<std::string> materialRemarks(const SolveOptions& options, const Mate
   std::vector<std::string> remarks;
   if (material.name.empty()) return remarks;
   if (!material.hasCurve() && !hasOwnCurve(options))
-    remarks.push_back(
-        material.name +
-        " has no flow curve with a source: built-in curve 1 stands in; --curve or --law give one");
+    remarks.push_back(material.name +
+                      " has no flow curve with a source: built-in curve 1 stands in; --curve, --law or a "
+                      "material that has one give another");
   if (!material.hasMeanR() && !options.rGiven && options.press.planarR.empty())
     remarks.push_back(material.name + " has no " +
                       (material.r90 && material.r90->minimum
@@ -85,7 +88,7 @@ RunSettings settingsOf(const SolveOptions& options, const Material& material,
   RunSettings settings;
   settings.material = material.name.empty() ? builtIn(options.material) : namedMaterial;
   settings.r = options.rGiven || !material.hasMeanR() ? options.r : material.meanR();
-  if (material.hasCurve() && !hasOwnCurve(options)) settings.curve = swiftCurve(material);
+  if (material.hasCurve() && !hasOwnCurve(options)) settings.curve = curveOf(material);
   settings.partReference = options.energy == "part";
   settings.surePath = options.path == "sure";
   settings.threads = options.threads;

@@ -120,9 +120,9 @@ PressSettings pressSettings(const PressOptionTexts& texts, bool inMpa, bool sure
   if (!settings.chosen) {
     if (!option.empty())
       throw Failure(option + " belongs to --model press" +
-                    (texts.model.empty()
-                         ? ", which goes the sure path and needs --thickness and --curve or --law in MPa"
-                         : ""));
+                    (texts.model.empty() ? ", which goes the sure path and needs --thickness and a flow "
+                                           "curve in MPa: --curve, --law, or a --material that has one"
+                                         : ""));
     return settings;
   }
   if (texts.thickness.empty() && !(onPart > 0.0)) throw Failure("--model press needs --thickness");

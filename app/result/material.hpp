@@ -20,12 +20,13 @@ struct Material {
   std::string name, number, standard;  // name is empty: none was chosen by name
   MaterialClass kind = MaterialClass::other;
   bool keeler = false;  // the limit curve of keelerCurve (forming_limit.hpp) holds for it; mild steels only
-  std::optional<SourcedValue> K, e0, n;    // of Swift's law K (e0 + e)^n: MPa, and dimensionless twice
+  // of Swift's law K (e0 + e)^n: MPa, and dimensionless twice; without e0 of Hollomon's, K e^n
+  std::optional<SourcedValue> K, e0, n;
   std::optional<SourcedValue> E, density;  // MPa; kg/m^3
   std::optional<SourcedValue> r0, r45,
       r90;  // normal anisotropy along, at 45 degrees and across the rolling direction
 
-  bool hasCurve() const { return measured(K) && measured(e0) && measured(n); }
+  bool hasCurve() const { return measured(K) && measured(n) && (!e0 || measured(e0)); }
   bool hasMeanR() const { return measured(r0) && measured(r45) && measured(r90); }
   double meanR() const { return 0.25 * (r0->value + 2.0 * r45->value + r90->value); }
 

@@ -138,7 +138,7 @@ class Material:
     Attributes
     ----------
     values : dict
-        By key: ``K_MPa``, ``e0``, ``n`` (Swift's law), ``E_MPa``, ``density_kg_per_m3``, ``r0``, ``r45``, ``r90``.
+        By key: ``K_MPa``, ``e0``, ``n`` (Swift's law; Hollomon's without e0), ``E_MPa``, ``density_kg_per_m3``, ``r0``, ``r45``, ``r90``.
     keeler : bool
         Whether the limit curve of mild steels holds for it.
     """
@@ -163,12 +163,15 @@ class Material:
         return 0.25 * (v["r0"].value + 2.0 * v["r45"].value + v["r90"].value)
 
     def flow_curve(self) -> Optional[FlowCurve]:
-        """Swift's law of the material, or None where K, e0 and n are not all known."""
-        if not self.measured("K_MPa", "e0", "n"):
+        """Swift's law of the material, Hollomon's where e0 is not given, or None where K or n is not known."""
+        if not self.measured("K_MPa", "n") or ("e0" in self.values and not self.measured("e0")):
             return None
-        v = self.values
-        swift = law("swift", K=v["K_MPa"].value, e0=v["e0"].value, n=v["n"].value)
-        return FlowCurve(swift.strain, swift.stress, f"{self.name}, {swift.source}")
+        known = {"K": self.values["K_MPa"].value, "n": self.values["n"].value}
+        if "e0" in self.values:
+            found = law("swift", e0=self.values["e0"].value, **known)
+        else:
+            found = law("hollomon", **known)
+        return FlowCurve(found.strain, found.stress, f"{self.name}, {found.source}")
 
 
 def materials(path: Union[str, "os.PathLike[str]", None] = None) -> Dict[str, Material]:

@@ -89,6 +89,24 @@ TEST(MaterialLibrary, AUsersMaterialGivesCurveAndMeanAnisotropy) {
   EXPECT_TRUE(materialRemarks(options, material).empty());
 }
 
+TEST(MaterialLibrary, WithoutE0TheLawIsHollomons) {
+  SolveOptions options;
+  options.material = "low-carbon steel";
+  const Material steel = chosenMaterial(options);
+  EXPECT_TRUE(steel.hasCurve());
+  const RunSettings settings = settingsOf(options, steel);
+  EXPECT_EQ(settings.curve.source, "--material low-carbon steel, Hollomon K 530 MPa, n 0.26");
+  EXPECT_NEAR(settings.curve.stress.back(), 530.0 * std::pow(settings.curve.strain.back(), 0.26), 1e-10);
+}
+
+TEST(MaterialLibrary, ABoundOfE0MakesNoCurve) {
+  const ScratchFolder folder;
+  std::string bounded = full;
+  bounded.replace(bounded.find("\"value\": 0.006"), 14, "\"bound\": \"minimum\", \"value\": 0.006");
+  EXPECT_FALSE(
+      materialNamed(readMaterials(folder.write("m.json", library(bounded))), "lab steel").hasCurve());
+}
+
 TEST(MaterialLibrary, AUsersFileReplacesAMaterialOfTheSameName) {
   const ScratchFolder folder;
   const std::string path =
