@@ -13,8 +13,11 @@ namespace tornwalzen {
 namespace {
 constexpr double steep = 0.3;  // cosine of the slope, 72.5 degrees: beyond it the projection tells little
 constexpr double levelNormal =
-    1e-9;  // below it the part stands on its edge, and its mesh decides what is above
-constexpr Int rounds = 5;
+    1e-9;                       // below it the part stands on its edge, and its mesh decides what is above
+constexpr Int rounds = 5;       // of rotations that fit the blank joined before: enough for most parts
+constexpr Int mostRounds = 60;  // where that leaves triangles thin: a strip twisted once needs 50
+constexpr double thin = 0.5;    // smallest singular value
+constexpr double restingMove = 1e-3;  // of the blank's size, in one round: more rounds would not help
 
 /// Is any triangle less than 72.5 degrees steep, seen along N? (Not so on a slender cone.)
 bool anySeen(const PartMesh& M, const double (&N)[3]) {
@@ -90,13 +93,19 @@ void SureStart::forgetRotations() {
 }
 
 void SureStart::join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS) {
-  for (Int round = 0; round <= rounds; ++round) {
+  for (Int round = 0; round <= mostRounds; ++round) {
     if (round == 0)
       rotationLoads(mesh, RX, angle_.vector(), LOADS);
     else
       closestRotationLoads(mesh, RX, LOADS);
     joiner.join(LOADS, LOADS);
-    for (Int64 i = 1; i <= RX.length(); ++i) RX(i) += LOADS(i);
+    double size = 0.0, move = 0.0;
+    for (Int64 i = 1; i <= RX.length(); ++i) {
+      RX(i) += LOADS(i);
+      move = std::max(move, std::fabs(LOADS(i)));
+      size = std::max(size, std::fabs(RX(i)));
+    }
+    if (round >= rounds && (move <= restingMove * size || blankShape(mesh, RX).smallest >= thin)) break;
   }
 }
 

@@ -35,7 +35,8 @@ class SureStart {
   /// TWIN, 3 × NE: the half edge across the side k of triangle e in (k, e), of mesh_edges.hpp; from look() on.
   Table<Int> twins(Int elements) { return {"TWIN", TWIN_.data(), 3, elements}; }
 
-  /// RX: inout (mm): joins the rotations to a blank, then five times anew with the rotations closest to it.
+  /// RX: inout (mm): joins the rotations to a blank, then five times anew with the rotations closest to it; more often
+  /// while triangles are thin and the blank still moves (O. Sorkine, M. Alexa, As-rigid-as-possible surface modeling, 2007).
   /// LOADS: scratch, neq.
   void join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS);
 

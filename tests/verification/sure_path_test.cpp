@@ -252,6 +252,39 @@ TEST_F(SurePath, ASlenderSlitConeStartsFromAPatch) {
   EXPECT_LT(r.energy, 0.01);  // it is developable but for its chords
 }
 
+TEST_F(SurePath, AStripTwistedAllTheWayRoundOpens) {
+  // the edges of a twisted strip are longer than its middle by its slope squared, and the potential is the square of
+  // that: a whole turn and a quarter has 5^4 times that of a quarter turn
+  const auto strip = [](double degrees) {
+    shapes::Sheet sheet;
+    const int along = 200, across = 10;
+    const double turn = degrees / 180.0 * 3.14159265358979323846;
+    for (int i = 0; i <= along; ++i)
+      for (int j = 0; j <= across; ++j) {
+        const double t = static_cast<double>(i) / along, r = 20.0 * j / across - 10.0;
+        sheet.knots.insert(sheet.knots.end(), {200.0 * t, r * std::cos(turn * t), r * std::sin(turn * t)});
+      }
+    for (int i = 0; i < along; ++i)
+      for (int j = 0; j < across; ++j) {
+        const int a = i * (across + 1) + j + 1, b = a + across + 1, c = b + 1, d = a + 1;
+        if ((i + j) % 2 != 0)
+          sheet.inzi.insert(sheet.inzi.end(), {a, b, c, a, c, d});
+        else
+          sheet.inzi.insert(sheet.inzi.end(), {a, b, d, b, c, d});
+      }
+    return host_kit::fromSheet(sheet);
+  };
+  quiet(strip(90.0));
+  const double quarter = report().energy;
+  for (const double degrees : {360.0, 450.0}) {
+    quiet(strip(degrees));
+    const TornwalzenReport r = report();
+    EXPECT_EQ(r.converged, 1) << degrees << " degrees: " << r.fatal_text;
+    EXPECT_EQ(r.crossings, 0) << degrees << " degrees";
+    EXPECT_NEAR(r.energy / quarter / std::pow(degrees / 90.0, 4), 1.0, 0.05) << degrees << " degrees";
+  }
+}
+
 TEST_F(SurePath, WhatHasNoBlankIsRefusedInASentence) {
   const auto refusal = [&](HostPart part) {
     part.arfa.assign(2 * part.knots.size() / 3, 1);
