@@ -10,7 +10,7 @@ namespace tornwalzen {
 /// mesh: in, the part. Null: no memory.
 inline const PartTopology* topologyOf(Analysis& run, const PartMesh& mesh) {
   if (run.topology) return run.topology.get();
-  std::shared_ptr<PartTopology> found(new (std::nothrow) PartTopology);
+  TopologyPointer found(new (std::nothrow) PartTopology, [](PartTopology* topology) { delete topology; });
   if (!found || !findPartTopology(mesh, *found)) return nullptr;
   run.topology = std::move(found);
   return run.topology.get();

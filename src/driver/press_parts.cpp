@@ -30,8 +30,7 @@ bool PressPath::prepare(const PotentialMesh& mesh, Table<const double> KNG, Vect
   triangleCurvatures(mesh.INTA, KNG, mesh.FRAMES, normals.table(nn), curvature_.table(ne));
   triangleAxes();
   nodeWeights(sheet(), weight_.vector());
-  setTerms();
-  return markFlange(draw_) && findBeads();
+  return setTerms() && markFlange(draw_) && findBeads();
 }
 
 bool middleOfSheet(const PressOptions& options, const DriverArrays& a, Table<const Int> TWIN,
@@ -83,13 +82,15 @@ void PressPath::triangleAxes() {
   }
 }
 
-void PressPath::setTerms() {
+bool PressPath::setTerms() {
   const Int64 ne = area_.length();
-  term_ = std::make_unique<PressWorkTerm>(
+  term_.reset(new (std::nothrow) PressWorkTerm(
       work_, anisotropy_, Section{options_.points, options_.thickness, acting_.bending}, curvature_.table(ne),
-      anisotropy_.planar() ? turned_.table(ne) : Table<double>());
+      anisotropy_.planar() ? turned_.table(ne) : Table<double>()));
+  if (!term_) return false;
   terms_ = DensityTerms();
   terms_.append(*term_);
+  return true;
 }
 
 /// The elements under the binder: the host's marks, or those of the rim.

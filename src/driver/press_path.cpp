@@ -222,7 +222,7 @@ double PressPath::followingRound(SureProblem& problem, bool& exact) {
   };
   const double before = lengthOf(AHEAD);
   if (loads_)
-    krylov_.solve(product, AHEAD, krylovTolerance, STEP);
+    krylov_.solve(std::ref(product), AHEAD, krylovTolerance, STEP);  // a copy would ask for memory
   else
     std::copy_n(ahead_.data(), ahead_.length(), step_.data());
   const double thin = blankShape(problem.mesh, BLANK).smallest;

@@ -65,7 +65,7 @@ class PressPath {
   bool markFlange(const double (&draw)[3]);
   bool findBeads();
   void triangleAxes();
-  void setTerms();
+  bool setTerms();
 
   NewtonOutcome atOnce(SureProblem& problem, double limit);
   NewtonOutcome member(SureProblem& problem, double exponent, double limit);

@@ -17,6 +17,9 @@ struct DenseKernels;
 struct ElementLanes;
 struct PartTopology;
 
+/// Brings its way to free what is not known here; unlike a shared pointer it needs no memory that would have to throw.
+using TopologyPointer = std::unique_ptr<PartTopology, void (*)(PartTopology*)>;
+
 constexpr Int curveRows = 50;    // rows of the flow-curve table FC
 constexpr Int curveColumns = 7;  // strain, stress, secant slope, cubic coefficients A B C D
 constexpr Int errorSet = -1;     // value of a failed error word: all bits set; bit 0 is what callers test
@@ -54,11 +57,11 @@ struct MeshState {
 /// What lives as long as a run.
 struct RunState {
   Int istat = 0;  // run status: 1 plastic work and coarse tolerance, 0 geometric density and fine tolerance
-  double maxgrad = 0.0;                    // largest free residual component of the last assembly
-  double lsfak = 1.0;                      // accepted fraction of the last Newton correction
-  double atot = 0.0;                       // total area of the formed part (mm²), set by the development
-  double qmax = 0.0;                       // worst unfolding measure of the last objective (dimensionless)
-  std::shared_ptr<PartTopology> topology;  // of the part; null: not asked for yet, or freed
+  double maxgrad = 0.0;  // largest free residual component of the last assembly
+  double lsfak = 1.0;    // accepted fraction of the last Newton correction
+  double atot = 0.0;     // total area of the formed part (mm²), set by the development
+  double qmax = 0.0;     // worst unfolding measure of the last objective (dimensionless)
+  TopologyPointer topology{nullptr, nullptr};  // of the part; null: not asked for yet, or freed
   RunRecord record;
 };
 
