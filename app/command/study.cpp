@@ -22,6 +22,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* partColumn = "PART";
 constexpr const char* nameColumn = "name";
+constexpr const char* threadsOption = "--threads";
 constexpr std::size_t mostRows = 10000;
 
 const std::set<std::string> setByStudy{"--out", "--outcome", "--quiet", "--json", "--verbose", "--help"};
@@ -169,6 +170,10 @@ std::vector<StudyRow> studyRows(const StudyTable& table, const std::string& sour
     row.folder = (fs::path(folder) / name).string();
     row.words.push_back(row.part.front() == '-' ? "./" + row.part : row.part);
     row.words.insert(row.words.end(), given.begin(), given.end());
+    // Rows run side by side, one per core: threads of their own would only wait for each other.
+    const std::string threads = threadsOption + std::string("=");
+    if (std::none_of(given.begin(), given.end(), [&](const auto& word) { return word.starts_with(threads); }))
+      row.words.push_back(threads + "1");
     for (const std::string& word :
          {"--out=" + row.folder, "--outcome=" + (fs::path(row.folder) / outcomeName).string(),
           std::string("--quiet")})

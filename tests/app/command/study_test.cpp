@@ -24,11 +24,28 @@ TEST(Study, ARowBecomesTheArgumentsOfSolve) {
   const auto rows = rowsOf("PART,thickness,--mu,csv,name\na.obj,1.5,0.1,yes,first\n-b.obj,,,no,\n");
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_EQ(rows[0].folder, "out/first");
-  EXPECT_THAT(rows[0].words, ElementsAre("a.obj", "--thickness=1.5", "--mu=0.1", "--csv", "--out=out/first",
-                                         "--outcome=out/first/outcome.json", "--quiet"));
+  EXPECT_THAT(rows[0].words, ElementsAre("a.obj", "--thickness=1.5", "--mu=0.1", "--csv", "--threads=1",
+                                         "--out=out/first", "--outcome=out/first/outcome.json", "--quiet"));
   EXPECT_EQ(rows[1].folder, "out/2_-b");
-  EXPECT_THAT(rows[1].words, ElementsAre("./-b.obj", "--csv=false", "--out=out/2_-b",
+  EXPECT_THAT(rows[1].words, ElementsAre("./-b.obj", "--csv=false", "--threads=1", "--out=out/2_-b",
                                          "--outcome=out/2_-b/outcome.json", "--quiet"));
+}
+
+// Rows run side by side: one thread each, unless the row says otherwise.
+TEST(Study, ARowTakesOneThreadUnlessItSaysOtherwise) {
+  const auto threadsOf = [](const StudyRow& row) {
+    std::vector<std::string> threads;
+    for (const std::string& word : row.words)
+      if (word.starts_with("--threads")) threads.push_back(word);
+    return threads;
+  };
+  for (const char* heading : {"threads", "--threads"}) {
+    const auto rows = rowsOf(std::string("PART,") + heading + "\na.obj,4\na.obj,\na.obj,1\n");
+    EXPECT_THAT(threadsOf(rows[0]), ElementsAre("--threads=4"));
+    EXPECT_THAT(threadsOf(rows[1]), ElementsAre("--threads=1"));
+    EXPECT_THAT(threadsOf(rows[2]), ElementsAre("--threads=1"));
+  }
+  EXPECT_EQ(refused("PART,threads\na,0\n").substr(0, 15), "s.csv, line 2: ");
 }
 
 TEST(Study, RefusesByLineAndColumn) {
