@@ -204,7 +204,7 @@ void describeShop(CLI::App* solve, ShopOptions& options) {
       ->type_name("MM");
   solve->add_flag("--square", options.square,
                   "stand the drawings into the smallest rectangle, a corner in 0,0");
-  solve->add_flag("--bend-lines", options.bendLines, "draw the borders of the bent zones on the layer BEND");
+  solve->add_flag("--bend-lines", options.bendLines, "draw on the layer BEND where the part is bent");
   solve->add_flag("--csv", options.csv, "write tables of triangles and nodes too");
 }
 

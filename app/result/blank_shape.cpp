@@ -14,14 +14,8 @@ BlankShape shapeOf(const std::vector<std::int32_t>& corners, const std::vector<d
   for (const DrawnCurve& curve : shape.curves)
     for (const CurveVertex& vertex : curve.vertices) ++(vertex.bulge == 0.0 ? shape.lines : shape.arcs);
   if (!options.bendLines) return shape;
-  for (const auto& edge : bendLines(corners, part, bendRadius)) {
-    std::array<PlanePoint, 2> line;
-    for (std::size_t k = 0; k < 2; ++k) {
-      const auto n = static_cast<std::size_t>(edge[k]);
-      line[k] = placed({blank[2 * n - 2], blank[2 * n - 1]}, shape.placement);
-    }
-    shape.bends.push_back(line);
-  }
+  for (const auto& [from, to] : bendLines(corners, part, blank, shape.outline.loops, bendRadius))
+    shape.bends.push_back({placed(from, shape.placement), placed(to, shape.placement)});
   return shape;
 }
 

@@ -15,7 +15,7 @@ struct DrawingOptions {
   double tolerance = 0.05;  // mm, between the drawn curves and the mesh's outline
   DxfRelease release = DxfRelease::r2000;
   bool square = false;     // stood into its smallest rectangle
-  bool bendLines = false;  // with the borders of the bent zones
+  bool bendLines = false;  // with lines where the part is bent
 };
 
 struct BlankShape {

@@ -135,6 +135,34 @@ class Bends(Case):
             with self.subTest(fibre=fibre):
                 self.check('z.step', [30.0, 30.0, 30.0], [60.0, -60.0], 2.0, 1.5, fibre, -30.0)
 
+    def test_bend_lines_lie_where_bend_allowance_has_them(self):
+        """In the middle of each bend, from edge to edge of the strip."""
+        for name, flats, bends, radius, t, attitude in (
+                ('l', [30.0, 20.0], [90.0], 3.0, 1.0, -45.0), ('u', [20.0, 40.0, 20.0], [90.0, 90.0], 1.0, 1.0, -90.0),
+                ('z', [30.0, 6.0, 20.0], [60.0, -60.0], 2.0, 1.5, -30.0)):
+            with self.subTest(name=name):
+                parts.strip(self.path(name + '.step'), flats, bends, radius, t, 12.0, attitude)
+                self.solve(name + '.step', '--mesh', '1.5', '--bend-lines', '--square')
+                with open(self.path(name + '.step_out/blank.dxf')) as file:
+                    words = [line.strip() for line in file]
+                found = []
+                for at in [k for k in range(0, len(words), 2) if words[k:k + 2] == ['0', 'LINE']]:
+                    codes = {words[k]: words[k + 1] for k in range(at + 2, at + 30, 2)}
+                    self.assertEqual(codes['8'], 'BEND')
+                    found.append([float(codes[c]) for c in ('10', '20', '11', '21')])
+                places, along = [], 0.0
+                for flat, bend in zip(flats, bends):
+                    arc = math.radians(abs(bend)) * (radius + 0.5 * t)
+                    places.append(along + flat + 0.5 * arc)
+                    along += flat + arc
+                if abs(sorted(found)[0][0] - places[0]) > 1.0:  # stood into its rectangle the other way round
+                    places = [along + flats[-1] - place for place in places][::-1]
+                self.assertEqual(len(found), len(bends))
+                for line, place in zip(sorted(found), places):
+                    self.assertAlmostEqual(line[0], place, delta=0.06)
+                    self.assertAlmostEqual(line[2], place, delta=0.06)
+                    self.assertAlmostEqual(abs(line[3] - line[1]), 12.0, delta=0.01)
+
     def test_the_inner_skin_gives_the_same_fibre(self):
         parts.strip(self.path('l.step'), [30.0, 20.0], [90.0], 3.0, 1.0, 12.0, -45.0)
         areas = [area(*self.solve('l.step', '--mesh', '2', '--skin', skin, '--fibre', '0.4')[:2])
