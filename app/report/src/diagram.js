@@ -24,7 +24,8 @@ export class Diagram {
       html('h2', { id: 'diagram-title' }, data.limits.curve.length ? 'Forming-limit diagram' : 'Strain diagram'),
       html('p', {}, this.words()),
       html('div', { class: 'plot' }, this.canvas, this.svg),
-      html('div', { class: 'brush-row' }, 'minor', this.boxes[0], '\u2013', this.boxes[1], 'major', this.boxes[2], '\u2013', this.boxes[3],
+      html('div', { class: 'brush-row' },
+        ['minor', 'major'].map((name, k) => html('span', {}, name, this.boxes[2 * k], '\u2013', this.boxes[2 * k + 1])),
         html('button', { type: 'button', class: 'quiet small', onclick: () => this.brush(null) }, 'Clear')), this.line);
     this.frame();
     this.listen();

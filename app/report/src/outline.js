@@ -52,7 +52,7 @@ export function outlineCard({ outline, unit }) {
   arrowed(shift, top + h + 22, shift + w, top + h + 22), arrowed(shift - 22, top + h, shift - 22, top),
   svg('text', { class: 'strong halo', x: shift + w / 2, y: top + h + 26, 'text-anchor': 'middle' }, fixed(x1 - x0, digits)),
   svg('text', { class: 'strong halo', transform: `translate(${shift - 18} ${top + h / 2}) rotate(-90)`, 'text-anchor': 'middle' }, fixed(y1 - y0, digits)),
-  holes(loops.slice(1), at, digits),
+  holes(loops.slice(1), at, digits, width),
   turned(outline.marks, -outline.angle).map(at).map(([x, y]) => svg('circle', { class: 'wrong', cx: x, cy: y, r: 9 }, svg('title', {}, 'The outline crosses itself here'))));
   const angle = fixed(outline.angle, 1);
   const turnedText = Math.abs(outline.angle) < 0.05 ? '' : `, turned by ${fixed(-outline.angle, 1)}\u00b0 to lie in it`;
@@ -62,12 +62,13 @@ export function outlineCard({ outline, unit }) {
       (loops.length > 1 ? `, ${loops.length - 1} ${loops.length === 2 ? 'hole' : 'holes'}.` : '.')), chart);
 }
 
-// Names of holes that have room for them.
-function holes(loops, at, digits) {
+// Names of holes that have room for them. width: of the drawing, which none leaves.
+function holes(loops, at, digits, width) {
   const taken = [];
   return loops.map(loop => {
-    const [x0, y0, x1, y1] = boxOf([loop]), [x, y] = at([(x0 + x1) / 2, y0]), text = holeName(loop, digits);
-    const box = [x - 3.4 * text.length, y + 3, x + 3.4 * text.length, y + 17];
+    const [x0, y0, x1, y1] = boxOf([loop]), [middle, y] = at([(x0 + x1) / 2, y0]), text = holeName(loop, digits);
+    const half = 4.1 * text.length, x = Math.max(half, Math.min(middle, width - half));
+    const box = [x - half, y + 3, x + half, y + 17];
     if (taken.some(other => box[0] < other[2] && other[0] < box[2] && box[1] < other[3] && other[1] < box[3])) return null;
     taken.push(box);
     return svg('text', { class: 'halo', x, y: y + 14, 'text-anchor': 'middle' }, text);

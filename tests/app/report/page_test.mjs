@@ -5,7 +5,7 @@ import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
 import { existsSync, mkdirSync, readFileSync, statSync } from 'node:fs';
 import { createRequire } from 'node:module';
-import { join, resolve } from 'node:path';
+import { basename, dirname, join, resolve } from 'node:path';
 import { pathToFileURL } from 'node:url';
 import { inflateSync } from 'node:zlib';
 
@@ -305,12 +305,13 @@ const tests = {
   },
 
   async 'runs of the program'() {
-    const runs = [['square_cup', join(project, 'samples', 'square_cup.obj'), 'x0,y0']];
-    for (const [name, hold] of [['dfg_cup_quarter', 'x0,y0'], ['car_hood_outer', 'auto'], ['sheet_panel_13holes', 'auto']])
-      if (existsSync(join(parts, `${name}.obj`))) runs.push([name, join(parts, `${name}.obj`), hold]);
-    for (const [name, part, hold] of runs) {
+    const runs = [['square_cup', join(project, 'samples', 'square_cup.obj'), 'x0,y0', '1']];
+    for (const [name, hold, thickness] of [['dfg_cup_quarter', 'x0,y0', '0.95'], ['car_hood_outer', 'auto', '0.7'], ['sheet_panel_13holes', 'auto', '1']])
+      if (existsSync(join(parts, `${name}.obj`))) runs.push([name, join(parts, `${name}.obj`), hold, thickness]);
+    for (const [name, part, hold, thickness] of runs) {
       const folder = join(pages, name);
-      execFileSync(program, ['solve', part, '--hold', hold, '--out', folder, '--force'], { stdio: 'ignore' });
+      execFileSync(program, ['solve', basename(part), '--hold', hold, '--material', 'DC04', '--thickness', thickness, '--web', '5', '--out', folder, '--force'],
+        { stdio: 'ignore', cwd: dirname(part) });
       for (const theme of ['light', 'dark']) {
         const page = await opened(join(folder, 'report.html'), theme);
         const summary = JSON.parse(readFileSync(join(folder, 'summary.json')));
@@ -320,13 +321,16 @@ const tests = {
         assert.ok(Math.abs(numberIn(thinning) - wanted) < 0.0051, `${thinning} for ${wanted}`);
         assert.equal((await page.locator('#pill').textContent()).toLowerCase(), summary.verdict);
         await page.click('#fit');
+        assert.ok(await page.locator('.chips >> text=Limit zone').count(), 'a limit curve has its zones');
+        const striped = existsSync(join(folder, 'strip.svg'));
+        assert.equal(await page.locator('[aria-labelledby=strip-title]').count(), striped ? 1 : 0, 'the strip of strip.svg');
         if (shots) {
           await page.setViewportSize({ width: 1280, height: 800 });
           mkdirSync(shots, { recursive: true });
           await page.click('#triangle >> text=Clear');
           await page.mouse.move(1, 1);
           await settled(page);
-          await page.screenshot({ path: join(shots, `report_${name}_${theme}.jpg`), type: 'jpeg', quality: 80 });
+          await page.screenshot({ path: join(shots, `report_${name}_${theme}.jpg`), type: 'jpeg', quality: 70, fullPage: true });
         }
         await closed(page);
       }
