@@ -16,6 +16,7 @@ import unittest
 
 PROGRAM = os.path.abspath(sys.argv[1])
 HELPER = os.path.join(os.path.dirname(PROGRAM), 'tornwalzen-import')
+CHECK_DXF = os.path.join(os.path.dirname(os.path.abspath(__file__)), '../program/check_dxf.py')
 GROUP = sys.argv[2]
 
 if GROUP != 'Refusals':
@@ -186,6 +187,41 @@ class Tray(Case):
         self.assertAlmostEqual(self.summary['blank_area_mm2'] / self.summary['part_area_mm2'], 1.0, delta=0.01)
         self.assertGreater(float(told.split('smallest angle ')[1].split()[0]), 25.0)
 
+    def test_one_command_to_drawing_and_page(self):
+        """DXF, page and verdict from one command; the drawing's curves are the blank's outline and hole; and the mesh that
+        the CAD file gave gives the same blank again."""
+        parts.tray(self.path('tray.step'))
+        command = ('--mesh', '6', '--material', 'DC04')
+        blank, triangles, _ = self.solve('tray.step', *command, '--web', '5')
+        self.assertEqual(self.summary['verdict'], 'good')
+        self.assertEqual(self.summary['thickness_is'], 'measured on the part')
+        self.assertEqual((self.summary['drawing']['holes'], self.summary['drawing']['crossings']), (1, 0))
+        self.assertEqual(border_loops(triangles), 2)
+        with open(self.path('tray.step_out/report.html')) as file:
+            page = file.read()
+        self.assertTrue(page.startswith('<!doctype html>') and page.rstrip().endswith('</html>'))
+        self.assertIn('<title>tray.step', page)
+        with open(self.path('tray.step_out/strip.svg')) as file:
+            self.assertIn('two rows turned by 180 degrees', file.read())
+        again, _, _ = self.solve('tray.step_out/part.vtu', '--thickness', repr(self.summary['thickness_mm']))
+        self.assertLess(np.abs(again - blank).max(), 1e-6)
+        try:
+            import ezdxf, shapely  # noqa: F401, E401
+        except ImportError as missing:
+            self.skipTest('no %s for Python here (Debian: python3-ezdxf, python3-shapely)' % missing.name)
+        for options, tolerance in (((), 0.05), (('--square', '--bend-lines'), 0.05), (('--dxf', '12'), 0.05),
+                                   (('--dxf-tolerance', '0.005'), 0.005)):
+            with self.subTest(options=options):
+                self.solve('tray.step', *command, *options)
+                lies = self.summary['drawing']
+                check = subprocess.run(
+                    [sys.executable, CHECK_DXF, self.path('tray.step_out/blank.dxf'),
+                     self.path('tray.step_out/blank.obj'), str(tolerance), '1', repr(lies['turned_by_deg']),
+                     repr(lies['then_shifted_x_mm']), repr(lies['then_shifted_y_mm'])],
+                    capture_output=True, text=True)
+                self.assertEqual(check.returncode, 0, check.stdout + check.stderr)
+                self.assertIn('2 loops within', check.stdout)
+
     def test_units(self):
         parts.tray(self.path('tray.step'))
         self.solve('tray.step', '--mesh', '10')
@@ -315,6 +351,12 @@ class Formats(Case):
         middle = meshio.read(self.path('thin.stl_out/part.vtu'))
         self.assertLess(np.abs(middle.points - (self.points - 0.5 * self.normals)[order]).max(), 0.05)
         self.check_same('thin.stl_out/part.vtu')
+        # the same solid as OBJ, its nodes in the order in which the STL names them
+        corners = [tuple(p) for f in facets for p in f.tolist()]
+        number = {p: k + 1 for k, p in enumerate(dict.fromkeys(corners))}
+        self.write('thin.obj', ''.join('v %r %r %r\n' % p for p in number) +
+                   ''.join('f %d %d %d\n' % tuple(number[p] for p in corners[k:k + 3]) for k in range(0, len(corners), 3)))
+        self.check_same('thin.obj')
 
 
 class Cad(Case):
