@@ -7,7 +7,7 @@ The Debian package time measures the peaks (scripts/setup bench).
 Samples of about 5,000, 50,000 and 200,000 triangles, and the parts as they are and with every triangle divided into four,
 once or more often, up to 250,000. Each is solved on one thread with all results and the page, by the default path, three
 times; the least user and system time and the largest peak count. Fits, by least squares of the logarithms:
-seconds = a (NE/5000)^g and, of the peaks, megabytes = b + c NE with b of the smallest part.
+seconds = a (NE/5000)^g, megabytes = b + c (NE/5000)^p.
 """
 
 import math
@@ -107,14 +107,23 @@ def main():
                   ('no blank' if found is None else '%8.3f s %8.1f MB' % found), flush=True)
             if found:
                 rows.append((count, *found))
-    a, g = line_through([math.log(n / 5000) for n, _, _ in rows], [math.log(s) for _, s, _ in rows])
-    b, c = min(m for _, _, m in rows), 0.0
-    big = [(n, m) for n, _, m in rows if n > 20000]
-    c = math.exp(sum(math.log((m - b) / n) for n, m in big) / len(big))
-    print('seconds = %.4f (NE/5000)^%.3f, megabytes = %.1f + %.3g NE' % (math.exp(a), g, b, c))
-    worst = [max(abs(math.log(x / y)) for x, y in pairs) for pairs in
-             ([(s, math.exp(a) * (n / 5000) ** g) for n, s, _ in rows], [(m, b + c * n) for n, _, m in rows])]
-    print('off by at most a factor of %.2f and %.2f' % tuple(math.exp(w) for w in worst))
+    fits('seconds', [(n, s) for n, s, _ in rows], (0.0,))
+    fits('megabytes', [(n, m) for n, _, m in rows], [0.1 * k for k in range(200)])
 
 
-main()
+def fits(name, pairs, bases):
+    """Prints value = base + a (NE/5000)^g with the base of the least squares."""
+    found = []
+    for base in bases:
+        if base >= min(value for _, value in pairs):
+            break
+        a, g = line_through([math.log(n / 5000) for n, _ in pairs], [math.log(v - base) for _, v in pairs])
+        errors = [abs(math.log(v / (base + math.exp(a) * (n / 5000) ** g))) for n, v in pairs]
+        found.append((sum(e * e for e in errors), base, math.exp(a), g, errors))
+    _, base, a, g, errors = min(found)
+    print('%s = %.1f + %.4f (NE/5000)^%.3f; off by a factor of at most %.2f, half of them of at most %.2f'
+          % (name, base, a, g, math.exp(max(errors)), math.exp(sorted(errors)[len(errors) // 2])))
+
+
+if __name__ == '__main__':
+    main()
