@@ -22,6 +22,7 @@ using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
 constexpr std::uintmax_t longestSummary = 1 << 20;  // bytes; ours have a few thousand
+constexpr int deepestObject = 4;                    // in a summary; ours have two
 constexpr const char* tableName = "collected.csv";
 constexpr const char* pageName = "overview.html";
 
@@ -32,33 +33,18 @@ bool holdsRun(const fs::path& folder) {
   return false;
 }
 
-Json summaryIn(const std::string& folder) {
-  const fs::path path = fs::path(folder) / "summary.json";
-  std::error_code error;
-  if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestSummary || error)
-    return nullptr;
-  try {
-    const Json json = Json::parse(readInputFile(path.string()));
-    return json.is_object() && json.contains("converged") ? json : Json(nullptr);
-  } catch (const Json::exception&) {
-    return nullptr;
-  } catch (const Failure&) {
-    return nullptr;
-  }
-}
-
 std::string textOf(const Json& value) {
   if (value.is_null()) return "";
   return value.is_string() ? value.get<std::string>()
                            : value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-// The scalars of a summary by their keys; those of an object inside with a dot between.
-void addFigures(const Json& json, const std::string& before, std::vector<OverviewCell>& figures) {
+// The scalars of a summary by their keys; those of an object inside with a dot between. depth: of objects that may follow.
+void addFigures(const Json& json, const std::string& before, int depth, std::vector<OverviewCell>& figures) {
   for (const auto& [key, value] : json.items()) {
-    if (value.is_object())
-      addFigures(value, before + key + ".", figures);
-    else if (!value.is_array())
+    if (value.is_object() && depth > 0)
+      addFigures(value, before + key + ".", depth - 1, figures);
+    else if (!value.is_structured())
       figures.push_back({before + key, textOf(value)});
   }
 }
@@ -90,10 +76,21 @@ std::vector<OverviewCell> optionsIn(const std::vector<std::string>& arguments) {
   return options;
 }
 
-void takeSummary(const Json& summary, OverviewRow& row) {
+void takeFigures(const Json& summary, OverviewRow& row) {
   row.verdict = textOf(summary.value("verdict", Json("")));
   row.reason = reasonIn(summary);
-  addFigures(summary, "", row.figures);
+  addFigures(summary, "", deepestObject, row.figures);
+}
+
+std::string summaryText(const std::string& folder) {
+  const fs::path path = fs::path(folder) / "summary.json";
+  std::error_code error;
+  if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestSummary || error) return "";
+  try {
+    return readInputFile(path.string());
+  } catch (const Failure&) {
+    return "";
+  }
 }
 
 // Files of these names are replaced only if this command made them.
@@ -119,19 +116,28 @@ std::string linkTo(const OverviewRow& row, const fs::path& from) {
 
 }  // namespace
 
+bool takeSummary(const std::string& content, OverviewRow& row) {
+  try {
+    const Json json = Json::parse(content);
+    if (!json.is_object() || !json.contains("converged")) return false;
+    takeFigures(json, row);
+    return true;
+  } catch (const Json::exception&) {
+    return false;
+  }
+}
+
 OverviewRow rowOf(const std::string& folder) {
   OverviewRow row;
   row.folder = folder;
   const std::optional<Outcome> outcome = readOutcome((fs::path(folder) / outcomeName).string());
-  const Json summary = summaryIn(folder);
   if (outcome) {
     row.status = std::to_string(outcome->status);
     row.options = optionsIn(outcome->arguments);
   }
   const bool ended = !outcome || outcome->status == exitConverged || outcome->status == exitUnconverged;
-  if (ended && !summary.is_null()) {
-    takeSummary(summary, row);
-  } else if (outcome && !outcome->reason.empty()) {
+  if (ended && takeSummary(summaryText(folder), row)) return row;
+  if (outcome && !outcome->reason.empty()) {
     row.verdict = outcome->status == exitRunFailed ? "failed" : "refused";
     row.reason = outcome->reason;
   } else {

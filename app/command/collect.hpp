@@ -13,6 +13,10 @@ namespace host {
 // its reason; one with neither file, or with a summary that cannot be read, did not end.
 OverviewRow rowOf(const std::string& folder);
 
+// Verdict, reason and figures of a summary's bytes, objects in objects to a depth of five, into the row; false, and the row
+// as it was, where they are no summary.
+bool takeSummary(const std::string& content, OverviewRow& row);
+
 // The folders of runs: each of `folders` that holds one, else those directly below it that do, by name. Throws Failure: a
 // folder that is none, or with no run in or below it.
 std::vector<std::string> runFolders(const std::vector<std::string>& folders);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "command/own_materials.hpp"
 #include "system/failure.hpp"
@@ -47,8 +48,17 @@ class Reader {
   }
 
   Json parsed(const std::string& text) const {
+    // Of a key that occurs twice the last one would be taken silently: which of two numbers did the user mean?
+    std::vector<std::set<std::string>> keys;
+    const auto look = [&](int, Json::parse_event_t event, const Json& item) {
+      if (event == Json::parse_event_t::object_start) keys.emplace_back();
+      if (event == Json::parse_event_t::object_end) keys.pop_back();
+      if (event == Json::parse_event_t::key && !keys.back().insert(item.get<std::string>()).second)
+        fail("the key \"" + shown(item.get<std::string>()) + "\" occurs twice in one object");
+      return true;
+    };
     try {
-      return Json::parse(text);
+      return Json::parse(text, look);
     } catch (const Json::parse_error& error) {
       const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
       fail("no JSON, near line " + std::to_string(1 + std::count(text.begin(), end, '\n')));

@@ -55,13 +55,10 @@ int solveWithOutcome(const SolveOptions& options) {
   }
 }
 
-std::optional<Outcome> readOutcome(const std::string& path) {
-  std::error_code error;
-  if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestOutcome || error)
-    return std::nullopt;
+std::optional<Outcome> outcomeIn(const std::string& content) {
   try {
-    const Json json = Json::parse(readInputFile(path));
-    if (json.at("format") != format) return std::nullopt;
+    const Json json = Json::parse(content);
+    if (json.at("format") != format || !json.at("status").is_number_integer()) return std::nullopt;
     Outcome outcome;
     outcome.status = json.at("status").get<int>();
     if (json.at("reason").is_string()) outcome.reason = json.at("reason").get<std::string>();
@@ -70,6 +67,15 @@ std::optional<Outcome> readOutcome(const std::string& path) {
     return outcome;
   } catch (const Json::exception&) {
     return std::nullopt;
+  }
+}
+
+std::optional<Outcome> readOutcome(const std::string& path) {
+  std::error_code error;
+  if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestOutcome || error)
+    return std::nullopt;
+  try {
+    return outcomeIn(readInputFile(path));
   } catch (const Failure&) {
     return std::nullopt;
   }

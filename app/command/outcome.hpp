@@ -22,6 +22,9 @@ struct Outcome {
 // is removed first. Returns and throws what solve does; throws Failure where the file cannot be written.
 int solveWithOutcome(const SolveOptions& options);
 
+// The outcome in a file's bytes; nothing where they are not of this program's making.
+std::optional<Outcome> outcomeIn(const std::string& content);
+
 // The outcome in a file; nothing where there is none or it is not of this program's making.
 std::optional<Outcome> readOutcome(const std::string& path);
 

@@ -1,11 +1,15 @@
-// Any bytes as a limit curve, a material library, a table of a study: each reader ends with what can be used or with a
-// failure in words.
+// Any bytes as a table of points, a hardening law, a limit curve, a material library, a table of a study, an outcome or a
+// summary of a run: each reader ends with what can be used or with a failure in words.
 #include <algorithm>
 #include <cmath>
 #include <string>
 
+#include "command/collect.hpp"
+#include "command/flow_curve.hpp"
 #include "command/limit_curve.hpp"
 #include "command/material_library.hpp"
+#include "command/outcome.hpp"
+#include "command/point_table.hpp"
 #include "command/study.hpp"
 #include "fuzz/fuzz_target.hpp"
 #include "fuzz/usable_part.hpp"
@@ -21,6 +25,28 @@ void readOrRefuse(Read read) {
   } catch (const host::Failure& failure) {
     fuzz::require(failure.what()[0] != '\0');
   }
+}
+
+void points(const std::string& content) {
+  const host::PointTable table = host::pointsIn(content, "fuzz", "two numbers");
+  fuzz::require(!table.rows.empty());
+  for (std::size_t k = 1; k < table.rows.size(); ++k)
+    fuzz::require(table.rows[k].line > table.rows[k - 1].line);
+}
+
+void law(const std::string& content) {
+  const host::FlowCurve curve = host::hardeningLaw(content);
+  fuzz::require(curve.strain.size() == curve.stress.size() && curve.strain.size() >= 3);
+  for (std::size_t k = 0; k < curve.strain.size(); ++k)
+    fuzz::require(std::isfinite(curve.strain[k]) && std::isfinite(curve.stress[k]));
+}
+
+// What a run left, which anybody may have changed since.
+void results(const std::string& content) {
+  host::outcomeIn(content);
+  host::OverviewRow row;
+  const bool taken = host::takeSummary(content, row);
+  fuzz::require(taken || (row.figures.empty() && row.verdict.empty()));
 }
 
 void limitCurve(const std::string& content) {
@@ -74,8 +100,11 @@ void study(const std::string& content) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string content(reinterpret_cast<const char*>(data), size);
+  readOrRefuse([&] { points(content); });
+  readOrRefuse([&] { law(content); });
   readOrRefuse([&] { limitCurve(content); });
   readOrRefuse([&] { materials(content); });
   readOrRefuse([&] { study(content); });
+  results(content);
   return 0;
 }

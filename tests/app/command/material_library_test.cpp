@@ -173,6 +173,16 @@ TEST(MaterialLibrary, RefusalsNameMaterialAndKey) {
   EXPECT_EQ(refusalOf(library(R"({"name": "a", "class": "steel", "limit_curve": "fld", "values": {}})")),
             ", material 1 (\"a\"): \"limit_curve\" may be \"keeler\" or \"none\"");
   EXPECT_EQ(refusalOf(std::string(200000, '[')), ": no JSON, near line 1");
+  EXPECT_EQ(refusalOf(R"({"format": "tornwalzen materials 1", "format": "", "materials": []})"),
+            ": the key \"format\" occurs twice in one object");
+  EXPECT_EQ(
+      refusalOf(library(R"({"name": "a", "class": "steel", "values": {"n": {"value": 0.2, "source": "x"}, )"
+                        R"("n": {"value": 0.3, "source": "x"}}})")),
+      ": the key \"n\" occurs twice in one object");
+  EXPECT_EQ(refusalOf(library(R"({"name": "a", "class": "steel", "values": {"n": {"value": nan}}})")),
+            ": no JSON, near line 1");
+  EXPECT_EQ(refusalOf(library(R"({"name": "a", "class": "steel", "values": {"n": {"value": 1e999}}})")),
+            ": a number is too large");
   EXPECT_THAT(refusalOf(library(R"({"name": "", "class": "steel", "values": {}})")), HasSubstr("is empty"));
   EXPECT_THAT(refusalOf(library(R"({"name": "a\u0007", "class": "steel", "values": {}})")),
               HasSubstr("control characters"));

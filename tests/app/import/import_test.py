@@ -8,6 +8,7 @@ Ends with 77, which is "skipped", where the Debian packages that a group needs a
 import json
 import math
 import os
+import random
 import re
 import subprocess
 import sys
@@ -401,6 +402,17 @@ class Cad(Case):
                 self.write(name + '.step', content)
                 sentence = self.refused(name + '.step', '--import-limit', '10')
                 self.assertTrue(sentence.startswith(name + '.step: '), sentence)
+        for share in (0.1, 0.5, 0.9):
+            self.write('cut.step', good[:int(share * len(good))])
+            self.assertTrue(self.refused('cut.step', '--import-limit', '10').startswith('cut.step: '))
+        self.write('empty.step', '')
+        self.assertEqual(self.refused('empty.step'), 'empty.step: the file is empty')
+        noise = random.Random(1).randbytes(5000)
+        self.write('binary.step', noise)
+        self.assertTrue(self.refused('binary.step').startswith('binary.step: the content is of no format that is read '))
+        self.write('head.step', b'ISO-10303-21;\n' + noise)
+        self.assertEqual(self.refused('head.step', '--import-limit', '10'),
+                         'head.step: gmsh cannot read it: the file is damaged, cut off or of another format')
         self.write('a.brep', 'DBRep_DrawableShape\n' + '9' * 5000)
         self.assertTrue(self.refused('a.brep', '--import-limit', '10').startswith('a.brep: '))
         self.write('a.igs', ' ' * 72 + 'S      1\n' + 'x' * 5000)

@@ -125,6 +125,7 @@ TEST(ProgramShop, AHostileNameStaysText) {
   const Outcome run = tornwalzen(folder, "solve " + quoted(name) + " --out r");
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(folder.read("r/blank.svg"), Not(HasSubstr("<script>")));
+  EXPECT_THAT(folder.read("r/report.html"), Not(HasSubstr("<script>alert")));
   EXPECT_THAT(folder.read("r/blank.dxf"),
               HasSubstr("\n  1\na<script>alert(1)<\\U+0025\\U+0025u? 0?EOF?.obj\n"));
   const std::string python = pythonWithDxf(folder);
@@ -133,6 +134,50 @@ TEST(ProgramShop, AHostileNameStaysText) {
                                    "exit(len(a.errors) + len(a.fixes))'")
                 .status,
             0);
+}
+
+TEST(ProgramShop, AHostileMaterialStaysText) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(10, 4));
+  folder.write(
+      "m.json",
+      R"({"format": "tornwalzen materials 1", "materials": [{"name": "<script>alert(1)</script>",)"
+      R"("standard": "</script><script>alert(2)</script>", "class": "mild steel", "limit_curve": "keeler",)"
+      R"("values": {"n": {"value": 0.2, "source": "<img src=x onerror=alert(3)>"},)"
+      R"("density_kg_per_m3": {"value": 7850, "source": "]]>"}}}]})");
+  const Outcome run = tornwalzen(folder,
+                                 "solve pipe.obj --materials m.json --material '<script>alert(1)</script>' "
+                                 "--thickness 1 --web 3 --out r --outcome r/outcome.json");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(summaryOf(folder, "r")["material_by_name"]["name"], "<script>alert(1)</script>");
+  ASSERT_EQ(tornwalzen(folder, "collect r").status, 0);
+  for (const char* page : {"report.html", "overview.html", "blank.svg", "fld.svg", "strip.svg"}) {
+    EXPECT_THAT(folder.read(std::string("r/") + page), Not(HasSubstr("<script>alert"))) << page;
+    EXPECT_THAT(folder.read(std::string("r/") + page), Not(HasSubstr("<img"))) << page;
+  }
+}
+
+TEST(ProgramShop, DrawingsGoIntoFoldersOfAnyNameOrAreRefused) {
+  const ScratchFolder folder;
+  folder.write("t\u00fcr gro\u00df.obj", halfPipeObj(10, 4));
+  const std::string part = quoted("t\u00fcr gro\u00df.obj");
+  for (const char* name : {"a blank", "\u00e4 \u00f6", "down/and down", "-dash", "tick'", "<b>"}) {
+    const Outcome run = tornwalzen(folder, "solve " + part + " --out=" + quoted(name));
+    EXPECT_EQ(run.status, 0) << name << run.err;
+    EXPECT_TRUE(folder.names(name).contains("blank.dxf")) << name;
+    EXPECT_THAT(folder.read(std::string(name) + "/blank.dxf"), HasSubstr("t\\U+00FCr gro\\U+00DF.obj"));
+  }
+  // what stands where the drawing goes is no file: told, and nothing in it is touched
+  std::filesystem::create_directories(folder.file("r/blank.dxf"));
+  folder.write("r/blank.dxf/mine", "mine");
+  const Outcome refused = tornwalzen(folder, "solve " + part + " --out r --force");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.err, HasSubstr("tornwalzen: cannot remove r/blank.dxf, which is of an earlier run: "));
+  EXPECT_EQ(folder.read("r/blank.dxf/mine"), "mine");
+  EXPECT_FALSE(folder.names("r").contains("summary.json"));
+  const std::string longest(300, 'a');
+  EXPECT_EQ(tornwalzen(folder, "solve " + part + " --out " + longest).err,
+            "tornwalzen: cannot make the folder " + longest + ": File name too long\n");
 }
 
 // A strip of more than a turn lies over itself when it is unrolled. Nobody must find a drawing to cut it by, not even one

@@ -43,9 +43,11 @@ TEST(ProgramStudy, RunsThroughAShellAndIsCollected) {
   EXPECT_THAT(collected.out, HasSubstr("4 runs: 2 good, 2 refused\n"));
   const std::string table = folder.read("s_study/collected.csv");
   EXPECT_EQ(lines(table), 5);
-  EXPECT_THAT(table, HasSubstr("folder,verdict,exit_status,reason,option PART,option r,option square,"));
-  EXPECT_THAT(table, HasSubstr("\ns_study/weak,good,0,,pipe.obj,0.8,yes,"));
-  EXPECT_THAT(table, HasSubstr("\ns_study/strong,good,0,,pipe.obj,2,false,"));
+  EXPECT_THAT(
+      table,
+      HasSubstr("folder,verdict,exit_status,reason,option PART,option threads,option r,option square,"));
+  EXPECT_THAT(table, HasSubstr("\ns_study/weak,good,0,,pipe.obj,1,0.8,yes,"));
+  EXPECT_THAT(table, HasSubstr("\ns_study/strong,good,0,,pipe.obj,1,2,false,"));
   EXPECT_THAT(table, HasSubstr("refused,1,cannot read none.obj: No such file or directory,none.obj,"));
   EXPECT_THAT(table, HasSubstr("pieces that no edge joins"));
   const std::string page = folder.read("s_study/overview.html");
@@ -152,6 +154,29 @@ TEST(ProgramStudy, CollectTakesRunsMadeByHandAndSparesFilesOfOthers) {
   EXPECT_THAT(refused.err, HasSubstr("all/overview.html is not of this command"));
   EXPECT_EQ(folder.read("all/overview.html"), "<p>mine</p>");
   EXPECT_EQ(tornwalzen(folder, "collect byhand --out all --force").status, 0);
+}
+
+// Files in a folder of results are anybody's: objects without end, numbers without measure.
+TEST(ProgramStudy, CollectDoesNotBelieveWhatLiesInAFolder) {
+  const ScratchFolder folder;
+  std::filesystem::create_directories(folder.file("deep"));
+  std::filesystem::create_directories(folder.file("wild"));
+  std::string objects, ends;
+  for (int k = 0; k < 150000; ++k) {
+    objects += "{\"a\":";
+    ends += "}";
+  }
+  folder.write("deep/summary.json",
+               R"({"converged": true, "verdict": "good", "a": )" + objects + "1" + ends + "}");
+  folder.write("wild/summary.json",
+               R"({"converged": 1e300, "verdict": {"a": "<script>"}, "verdict_reasons": 3})");
+  folder.write(
+      "wild/outcome.json",
+      R"({"format": "tornwalzen outcome 1", "status": 1e300, "reason": null, "arguments": [], "folder": ""})");
+  const Outcome run = tornwalzen(folder, "collect deep wild --out all");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(folder.read("all/collected.csv"), HasSubstr("\ndeep,good,,,"));
+  EXPECT_THAT(folder.read("all/overview.html"), Not(HasSubstr("<script>")));
 }
 
 TEST(ProgramStudy, AnOutcomeReplacesNoInput) {
