@@ -16,7 +16,7 @@ inline constexpr const char* programExamples =
     "Each command has a --help of its own.\n\n"
     "Results of solve: blank.dxf, blank.svg, blank.obj, part.vtu, blank.vtu, summary.json, report.html,\n"
     "tornwalzen.log.\n"
-    "Exit status: 0 converged, 1 refused or not written, 2 not converged, 3 the library failed.";
+    "Exit status: 0 good or doubtful, 1 refused or not written, 2 not a blank, 3 the library failed.";
 
 inline constexpr const char* solveExamples =
     "Examples:\n"
@@ -44,7 +44,7 @@ inline constexpr const char* studyExamples =
     "      PART,material,thickness\n"
     "      cup.stl,DC04,0.8\n"
     "      cup.stl,DC04,1.0\n"
-    "  one after the other, or several at once\n"
+    "  one after the other, or several at once: a row takes one thread, unless a column threads says more\n"
     "      tornwalzen study thicknesses.csv --print | sh\n"
     "      tornwalzen study thicknesses.csv --print | parallel\n"
     "  on a cluster\n"

@@ -182,6 +182,7 @@ void addSettings(const RunReport& report, ReportData& data) {
   };
   add("part", report.part.file);
   add("material", materialText(report));
+  if (settings.press.chosen) add("press", pressText(report));
   add("normal anisotropy r", decimal(settings.r));
   add("energy weighed with", settings.partReference ? "the part" : "the blank");
   add("path", settings.surePath

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "result/run_words.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -117,10 +118,7 @@ ReportTrust trustOf(const RunReport& report) {
     findings.add(ReportLevel::bad, report.verdict.reason);
   if (report.results.developed) addSheet(report, findings);
   addNotes(report, findings);
-  trust.scope =
-      "A one-step estimate by deformation theory: no friction, no blank holder, no bending, no springback, "
-      "no history of "
-      "the forming.";
+  trust.scope = scopeText(report);
   return trust;
 }
 

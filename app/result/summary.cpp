@@ -177,18 +177,6 @@ Json pressJson(const RunReport& report) {
           {"punch_force_mean_N", r.punch_force_n}};
 }
 
-std::string pressText(const RunReport& report) {
-  const TornwalzenPressResult& r = report.run.press;
-  std::string text = "work" + std::string(r.exponent == 1.0 ? "" : " to the exponent " + decimal(r.exponent));
-  if (r.bending != 0) text += r.bending == 2 ? ", bending kept" : ", bending released";
-  for (const auto& [acts, words] : {std::pair{r.edge, ", free edges"},
-                                    {r.contact, ", friction"},
-                                    {r.binder, ", binder"},
-                                    {r.beads, ", beads"}})
-    if (acts == 1) text += words;
-  return text;
-}
-
 }  // namespace
 
 std::string summaryJson(const RunReport& report) {

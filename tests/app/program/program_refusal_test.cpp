@@ -82,7 +82,7 @@ TEST(Arguments, HelpTellsTheOptions) {
   for (const char* option :
        {"PART", "--material", "--hold", "auto|x0|y0|x0,y0|deck|FILE", "--out", "--largest", "--verbose"})
     EXPECT_THAT(help.out, HasSubstr(option));
-  EXPECT_THAT(tornwalzen(folder, "--help").out, HasSubstr("Exit status: 0 converged"));
+  EXPECT_THAT(tornwalzen(folder, "--help").out, HasSubstr("Exit status: 0 good or doubtful, 1 refused"));
 }
 
 TEST(Arguments, VersionIsTheProjects) {

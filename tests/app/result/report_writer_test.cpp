@@ -265,6 +265,26 @@ TEST(ReportTrust, WordsTheVerdict) {
   EXPECT_THAT(text(), Not(HasSubstr("Equilibrium")));
 }
 
+TEST(ReportTrust, LeavesOutNothingThatActed) {
+  SampleRun sample;
+  const auto scope = [&] { return trustOf(sample.report()).scope; };
+  EXPECT_EQ(scope(),
+            "A one-step estimate by deformation theory: no friction, no blank holder, no bending, no "
+            "springback, no "
+            "history of the forming.");
+  sample.settings.press.chosen = true;
+  sample.run.press.bending = 1;
+  EXPECT_EQ(scope(),
+            "A one-step estimate by deformation theory: no friction, no blank holder, no springback, no "
+            "history of the "
+            "forming.");
+  sample.run.press.contact = sample.run.press.binder = 1;
+  EXPECT_EQ(scope(), "A one-step estimate by deformation theory: no springback, no history of the forming.");
+  const ReportData data = reportDataOf(sample.report(), ConvergenceHistory());
+  EXPECT_EQ(data.settings[2].name, "press");
+  EXPECT_EQ(data.settings[2].value, "work to the exponent 0, bending released, friction, binder");
+}
+
 TEST(ReportTrust, ASheetThatUnrollsExactlyNeedsNoIteration) {
   SampleRun sample;
   sample.run.report.newton_iterations = 0;
