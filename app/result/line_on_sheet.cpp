@@ -2,6 +2,7 @@
 #include "result/line_on_sheet.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <limits>
 
@@ -14,8 +15,8 @@ std::vector<double> crossings(const PlaneLine& line, const std::vector<OutlineLo
       const PlanePoint &a = loop.points[k], &b = loop.points[(k + 1) % n];
       const double p = line.beside(a), q = line.beside(b);
       if ((p >= 0.0) == (q >= 0.0)) continue;  // a corner on the line belongs to its left: each is met once
-      const double share = p / (p - q), s = line.along(a);
-      places.push_back(s + share * (line.along(b) - s));
+      const double share = p / (p - q), from = line.along(a), place = from + share * (line.along(b) - from);
+      if (std::isfinite(place)) places.push_back(place);
     }
   std::sort(places.begin(), places.end());
   return places;

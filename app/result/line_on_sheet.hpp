@@ -22,6 +22,7 @@ struct PlaneLine {
 
 // Places where the line crosses a closed polygon, in ascending order, in pairs: between the first and the second, the
 // third and the fourth it lies inside, by the rule of odd and even.
+// Places beyond the range of numbers are left out.
 std::vector<double> crossings(const PlaneLine& line, const std::vector<OutlineLoop>& loops);
 
 // From each piece of the line that lies on the sheet what lies between the first and the last of the `covered` stretches

@@ -1,5 +1,5 @@
-// Any bytes as an OBJ file: what `tornwalzen check` measures on a mesh, refused or not, ends, stays within its range and
-// tells the same of the same mesh.
+// Any bytes as an OBJ file: what `tornwalzen check` measures on a mesh, refused or not, and where the sheet is bent, seen on
+// its projection, ends, stays within its range and tells the same of the same mesh.
 #include <cmath>
 #include <string>
 
@@ -11,6 +11,8 @@
 #include "mesh/obj_reader.hpp"
 #include "mesh/sheet_shape.hpp"
 #include "mesh/submesh.hpp"
+#include "result/bend_lines.hpp"
+#include "result/outline.hpp"
 
 namespace {
 
@@ -43,6 +45,19 @@ void requireShape(const host::Part& part) {
   fuzz::require(host::bestDrawDirection(part).direction == best.direction);
 }
 
+void requireBends(const host::Part& part) {
+  std::vector<double> plane;
+  for (std::size_t n = 0; n < part.points.size(); n += 3)
+    plane.insert(plane.end(), {part.points[n], part.points[n + 1]});
+  const std::vector<host::OutlineLoop> loops = host::outlineOf(part.corners, plane).loops;
+  for (const double radius : {1e-3, 5.0, 1e6}) {
+    const auto lines = host::bendLines(part.corners, part.points, plane, loops, radius);
+    for (const auto& line : lines)
+      for (const host::PlanePoint& end : line) fuzz::require(std::isfinite(end[0]) && std::isfinite(end[1]));
+    fuzz::require(host::bendLines(part.corners, part.points, plane, loops, radius) == lines);
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -53,7 +68,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     requireCensus(mesh);
     host::ReadOptions options;
     host::proposeMending(options, mesh);
-    requireShape(host::checkMesh(mesh, true));
+    const host::Part part = host::checkMesh(mesh, true);
+    requireShape(part);
+    requireBends(part);
   } catch (const host::Failure& failure) {
     fuzz::require(failure.what()[0] != '\0');
   }
