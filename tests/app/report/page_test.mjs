@@ -330,7 +330,7 @@ const tests = {
           await page.click('#triangle >> text=Clear');
           await page.mouse.move(1, 1);
           await settled(page);
-          await page.screenshot({ path: join(shots, `report_${name}_${theme}.jpg`), type: 'jpeg', quality: 70, fullPage: true });
+          await page.screenshot({ path: join(shots, `report_${name}_${theme}.jpg`), type: 'jpeg', quality: 60, fullPage: true });
         }
         await closed(page);
       }
