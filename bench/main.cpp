@@ -92,7 +92,10 @@ void runSure(const Options& o, bench::Report& report) {
 }
 
 void runThreads(const Options& o, bench::Report& report) {
-  std::printf("\nwall times on one thread and on two, the least of several in turns\n");
+  std::printf(
+      "\nwall times on one thread and on two in turns, medians of those that no other work disturbed, their "
+      "ratio, and "
+      "half the\nratio of the processor times: what it were with both threads always at work\n");
   for (std::int32_t nodes : {10000, 100000}) bench::threadsOfSolver(nodes, report);
   if (!o.quick) bench::threadsOfSolver(500000, report);
   bench::threadsOfElements(100000, report);

@@ -14,6 +14,7 @@
 namespace tornwalzen {
 
 struct DenseKernels;
+class ElementParts;
 struct ElementLanes;
 struct PartTopology;
 
@@ -59,6 +60,7 @@ struct RunState {
   double atot = 0.0;                       // total area of the formed part (mm²), set by the development
   double qmax = 0.0;                       // worst unfolding measure of the last objective (dimensionless)
   std::shared_ptr<PartTopology> topology;  // of the part; null: not asked for yet, or freed
+  std::shared_ptr<const ElementParts> parts;  // the elements shared out among the threads; null: not shared
   RunRecord record;
 };
 
