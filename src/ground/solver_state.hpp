@@ -21,6 +21,14 @@ struct SolverProtocol {
   Int supernodes = 0;                         // m: supernodes, kept between steps 12 and 13
   Int partialRequirement = 0;                 // P of step 12: integer length behind the dropped adjacency
   std::shared_ptr<FactorTeam> team;           // what threads keep for this system; null: none yet
+  bool ownMemory = false;  // is WORK the library's own? Nobody else writes it: no checksums are kept
+
+  /// As before the first phase, in the same memory.
+  void restart() {
+    const bool own = ownMemory;
+    *this = SolverProtocol{};
+    ownMemory = own;
+  }
 };
 
 struct SolverState {
