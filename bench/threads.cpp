@@ -1,8 +1,6 @@
 // Interleaved runs with and without the second thread.
 #include "threads.hpp"
 
-#include <sched.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -18,30 +16,13 @@
 #include "sample_run.hpp"
 #include "shapes.hpp"
 #include "tornwalzen_analysis.h"
+#include "wall_times.hpp"
 
 namespace bench {
 
 namespace {
 
 namespace tw = tornwalzen;
-
-/// While it lives the process may use every core that it is granted.
-class AllCores {
- public:
-  AllCores() {
-    sched_getaffinity(0, sizeof before_, &before_);
-    cpu_set_t all;
-    CPU_ZERO(&all);
-    for (int cpu = 0; cpu < CPU_SETSIZE; ++cpu) CPU_SET(cpu, &all);
-    sched_setaffinity(0, sizeof all, &all);
-  }
-  ~AllCores() { sched_setaffinity(0, sizeof before_, &before_); }
-  AllCores(const AllCores&) = delete;
-  AllCores& operator=(const AllCores&) = delete;
-
- private:
-  cpu_set_t before_;
-};
 
 /// The default analysis' second thread: there, and put aside.
 class SecondThread {
@@ -63,29 +44,6 @@ struct Destroy {
   void operator()(TornwalzenAnalysis* a) const { tornwalzen_analysis_destroy(a); }
 };
 
-/// Times of one call, those apart during which other work kept a thread from its core.
-class WallTimes {
- public:
-  template <class Call>
-  void take(Call call) {
-    const double before = waited();
-    const Seconds time = timed(call);
-    (waited() - before <= mostWaited * time.wall ? quiet_ : disturbed_).push_back(time);
-  }
-  int quiet() const { return static_cast<int>(quiet_.size()); }
-  /// Medians of the times that nothing disturbed; where there is none, the least of the others (s).
-  Seconds typical() const {
-    if (!quiet_.empty()) return median(quiet_);
-    Seconds least{INFINITY, INFINITY};
-    for (const Seconds& s : disturbed_) least = {std::min(least.cpu, s.cpu), std::min(least.wall, s.wall)};
-    return least;
-  }
-
- private:
-  static constexpr double mostWaited = 0.02;  // of the wall time
-  std::vector<Seconds> quiet_, disturbed_;
-};
-
 struct Pair {
   WallTimes one, two;
   WallTimes& of(bool both) { return both ? two : one; }
@@ -96,7 +54,6 @@ struct Pair {
 /// many turns at most.
 template <class Once>
 Pair inTurns(int repetitions, Once once) {
-  constexpr int patience = 8;
   Pair pair;
   for (int turn = 0; turn < patience * repetitions && !pair.enough(repetitions); ++turn)
     for (const bool both : {false, true}) once(both, pair.of(both));
