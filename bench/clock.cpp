@@ -4,6 +4,8 @@
 #include <time.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 namespace bench {
 
@@ -25,6 +27,17 @@ double middle(std::vector<double> v) {
 
 Seconds now() {
   return {seconds(CLOCK_PROCESS_CPUTIME_ID), seconds(CLOCK_MONOTONIC)};
+}
+
+double waited() {
+  std::error_code missing;
+  double sum = 0.0;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task", missing)) {
+    std::ifstream statistics(thread.path() / "schedstat");  // on a core, ready without one (ns), turns
+    double ran = 0.0, ready = 0.0;
+    if (statistics >> ran >> ready) sum += 1e-9 * ready;
+  }
+  return sum;
 }
 
 Seconds median(const std::vector<Seconds>& samples) {

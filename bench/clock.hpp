@@ -13,6 +13,10 @@ struct Seconds {
 
 Seconds now();
 
+/// Seconds that the threads of this process have stood ready without a core, because others had it; 0 where the system does
+/// not tell.
+double waited();
+
 template <class Call>
 Seconds timed(Call call) {
   const Seconds start = now();

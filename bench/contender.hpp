@@ -37,6 +37,7 @@ using MakeContender = std::unique_ptr<Contender> (*)(const SymmetricMatrix&);
 /// The matrix must outlive the contender.
 std::unique_ptr<Contender> makeTornwalzen(const SymmetricMatrix& a);
 std::unique_ptr<Contender> makeCholmodSupernodal(const SymmetricMatrix& a);
+std::unique_ptr<Contender> makeCholmodMetis(const SymmetricMatrix& a);
 std::unique_ptr<Contender> makeCholmodSimplicial(const SymmetricMatrix& a);
 std::unique_ptr<Contender> makeEigenSimplicial(const SymmetricMatrix& a);
 

@@ -1,4 +1,4 @@
-// CHOLMOD by its core interface, 32-bit indices; AMD as the only ordering, postordered.
+// CHOLMOD by its core interface, 32-bit indices; one ordering, postordered.
 #include "contender_cholmod.hpp"
 
 #include <algorithm>
@@ -9,12 +9,12 @@ extern "C" void omp_set_num_threads(int) __attribute__((weak));
 
 namespace bench {
 
-Cholmod::Cholmod(const SymmetricMatrix& a, int kind) {
-  if (omp_set_num_threads != nullptr) omp_set_num_threads(1);
+Cholmod::Cholmod(const SymmetricMatrix& a, int kind, int ordering, int threads) {
+  if (omp_set_num_threads != nullptr) omp_set_num_threads(threads);
   cholmod_start(&common_);
   common_.supernodal = kind;
   common_.nmethods = 1;
-  common_.method[0].ordering = CHOLMOD_AMD;
+  common_.method[0].ordering = ordering;
   common_.postorder = 1;
   common_.print = 0;
   matrix_.nrow = matrix_.ncol = static_cast<std::size_t>(a.n);

@@ -1,4 +1,4 @@
-// CHOLMOD with AMD, whatever its factorization: the parts that both kinds share.
+// CHOLMOD, whatever its factorization and ordering: the parts that all kinds share.
 #pragma once
 
 #include <suitesparse/cholmod.h>
@@ -9,8 +9,9 @@ namespace bench {
 
 class Cholmod : public Contender {
  public:
-  /// kind: CHOLMOD_SUPERNODAL (L·Lᵀ) or CHOLMOD_SIMPLICIAL (L·D·Lᵀ).
-  Cholmod(const SymmetricMatrix& a, int kind);
+  /// kind: CHOLMOD_SUPERNODAL (L·Lᵀ) or CHOLMOD_SIMPLICIAL (L·D·Lᵀ). ordering: CHOLMOD_AMD or CHOLMOD_METIS. threads: of
+  /// its own loops; those of BLAS are set by the environment.
+  Cholmod(const SymmetricMatrix& a, int kind, int ordering = CHOLMOD_AMD, int threads = 1);
   ~Cholmod() override;
   Cholmod(const Cholmod&) = delete;
   Cholmod& operator=(const Cholmod&) = delete;

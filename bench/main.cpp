@@ -2,6 +2,7 @@
 // usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] [sure]
 //        [threads] [flatten]
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <set>
 #include <stdexcept>
@@ -11,6 +12,8 @@
 #include "machine.hpp"
 #include "phases.hpp"
 #include "race.hpp"
+#include "race_mumps.hpp"
+#include "race_threaded.hpp"
 #include "report.hpp"
 #include "runs.hpp"
 #include "sure_runs.hpp"
@@ -20,6 +23,7 @@ namespace {
 
 struct Options {
   bool quick = false, huge = false;
+  std::int32_t threadedBlasNodes = 0;  // not 0: this process is the one of race_threaded.hpp
   std::string csv = "bench.csv";
   std::set<std::string> parts;
 };
@@ -32,6 +36,8 @@ Options readOptions(int argc, char** argv) {
       o.quick = true;
     else if (word == "--huge")
       o.huge = true;
+    else if (word == "--threaded-blas" && k + 1 < argc)
+      o.threadedBlasNodes = std::atoi(argv[++k]);
     else if (word == "--csv" && k + 1 < argc)
       o.csv = argv[++k];
     else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs" || word == "sure" ||
@@ -65,7 +71,9 @@ void printMachine(const bench::Machine& m) {
 void runSolver(const Options& o, const bench::Machine& machine, bench::Report& report) {
   using bench::Numbering;
   for (std::int32_t nodes : {1000, 10000, 100000}) bench::raceSolvers({nodes}, machine, report);
+  for (std::int32_t nodes : {10000, 100000}) bench::raceMumps(nodes, report);
   if (o.quick) return;
+  bench::raceMumps(500000, report);
   for (std::int32_t nodes : {1000, 10000, 100000})
     bench::raceSolvers({nodes, true, Numbering::rows, false, true}, machine, report);
   bench::raceSolvers({100000, false, Numbering::random, false, false}, machine, report);
@@ -92,9 +100,13 @@ void runSure(const Options& o, bench::Report& report) {
 }
 
 void runThreads(const Options& o, bench::Report& report) {
-  std::printf("\nwall times on one thread and on two, the least of several in turns\n");
+  std::printf(
+      "\nwall times on one thread and on two in turns, medians of those that no other work disturbed, their "
+      "ratio, and "
+      "half the\nratio of the processor times: what it were with both threads always at work\n");
   for (std::int32_t nodes : {10000, 100000}) bench::threadsOfSolver(nodes, report);
   if (!o.quick) bench::threadsOfSolver(500000, report);
+  bench::raceThreadedBlas(100000, report);
   bench::threadsOfElements(100000, report);
   bench::threadsOfSureRun(200000, report);
 }
@@ -113,6 +125,7 @@ void runSamples(const Options& o, const bench::Machine& machine, bench::Report& 
 
 int main(int argc, char** argv) try {
   const Options options = readOptions(argc, argv);
+  if (options.threadedBlasNodes > 0) return bench::raceInThreadedBlas(options.threadedBlasNodes);
   bench::Report report(options.csv);
   const bench::Machine machine = bench::measureMachine();
   printMachine(machine);

@@ -30,6 +30,7 @@ std::vector<Entrant> entrants(bool slowPeers) {
       {"tornwalzen", makeTornwalzen, false, {}, {}, {}, {}, {}},
 #ifdef BENCH_CHOLMOD
       {"cholmod-supernodal", makeCholmodSupernodal, false, {}, {}, {}, {}, {}},
+      {"cholmod-metis", makeCholmodMetis, false, {}, {}, {}, {}, {}},
       {"cholmod-simplicial", makeCholmodSimplicial, true, {}, {}, {}, {}, {}},
 #endif
 #ifdef BENCH_EIGEN
@@ -126,6 +127,10 @@ void giveRatios(const std::string& size, const std::vector<Entrant>& all, const 
     report.ratio("analyse", size, times(own.analyse, peer->analyse));
     report.ratio("solve", size, times(own.solve, peer->solve));
     report.ratio("memory", size, own.bytes / peer->bytes);
+  }
+  if (const auto peer = against("cholmod-metis"); peer != all.end() && machine.blasFits) {
+    report.ratio("numeric-metis", size, times(own.repeat, peer->repeat));
+    report.ratio("analyse-metis", size, times(own.analyse, peer->analyse));
   }
   if (const auto peer = against("eigen-simplicial"); peer != all.end())
     report.ratio("numeric-eigen", size, times(own.repeat, peer->repeat));

@@ -1,8 +1,6 @@
 // Interleaved runs with and without the second thread.
 #include "threads.hpp"
 
-#include <sched.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -11,36 +9,20 @@
 
 #include "contender_tornwalzen.hpp"
 #include "element/assembly.hpp"
+#include "element/element_parts.hpp"
 #include "host_kit/default_run.hpp"
 #include "material/material_setup.hpp"
 #include "phases.hpp"
 #include "sample_run.hpp"
 #include "shapes.hpp"
 #include "tornwalzen_analysis.h"
+#include "wall_times.hpp"
 
 namespace bench {
 
 namespace {
 
 namespace tw = tornwalzen;
-
-/// While it lives the process may use every core that it is granted.
-class AllCores {
- public:
-  AllCores() {
-    sched_getaffinity(0, sizeof before_, &before_);
-    cpu_set_t all;
-    CPU_ZERO(&all);
-    for (int cpu = 0; cpu < CPU_SETSIZE; ++cpu) CPU_SET(cpu, &all);
-    sched_setaffinity(0, sizeof all, &all);
-  }
-  ~AllCores() { sched_setaffinity(0, sizeof before_, &before_); }
-  AllCores(const AllCores&) = delete;
-  AllCores& operator=(const AllCores&) = delete;
-
- private:
-  cpu_set_t before_;
-};
 
 /// The default analysis' second thread: there, and put aside.
 class SecondThread {
@@ -62,33 +44,46 @@ struct Destroy {
   void operator()(TornwalzenAnalysis* a) const { tornwalzen_analysis_destroy(a); }
 };
 
-struct Least {
-  double one = INFINITY, two = INFINITY;  // s of wall time
-  double ratio() const { return two / one; }
+struct Pair {
+  WallTimes one, two;
+  WallTimes& of(bool both) { return both ? two : one; }
+  bool enough(int repetitions) const { return std::min(one.quiet(), two.quiet()) >= repetitions; }
 };
+
+/// Calls once(both) in turns on one thread and on two, until each was undisturbed so many times, for `patience` times as
+/// many turns at most.
+template <class Once>
+Pair inTurns(int repetitions, Once once) {
+  Pair pair;
+  for (int turn = 0; turn < patience * repetitions && !pair.enough(repetitions); ++turn)
+    for (const bool both : {false, true}) once(both, pair.of(both));
+  return pair;
+}
 
 /// prepare() goes before every timed call: what a change of threads costs once is no part of it.
 template <class Call, class Prepare>
-Least inTurns(int repetitions, SecondThread& second, Prepare prepare, Call call) {
-  Least least;
-  for (int k = 0; k < repetitions; ++k)
-    for (const bool both : {false, true}) {
-      second.use(both);
-      prepare();
-      double& time = both ? least.two : least.one;
-      time = std::min(time, timed(call).wall);
-    }
+Pair inTurns(int repetitions, SecondThread& second, Prepare prepare, Call call) {
+  const Pair pair = inTurns(repetitions, [&](bool both, WallTimes& times) {
+    second.use(both);
+    prepare();
+    times.take(call);
+  });
   second.use(false);
-  return least;
+  return pair;
 }
 
-void print(const char* phase, const std::string& size, const Least& least, Report& report) {
-  std::printf("  %-10s %6s  one thread %9.3f ms, two %9.3f ms\n", phase, size.c_str(), 1e3 * least.one,
-              1e3 * least.two);
+void print(const char* phase, const std::string& size, const Pair& pair, Report& report) {
+  const Seconds one = pair.one.typical(), two = pair.two.typical();
+  std::printf("  %-10s %6s %10.3f ms (%2d undisturbed) %10.3f ms (%2d) %8.2f %8.2f\n", phase, size.c_str(),
+              1e3 * one.wall, pair.one.quiet(), 1e3 * two.wall, pair.two.quiet(), two.wall / one.wall,
+              0.5 * two.cpu / one.cpu);
   std::fflush(stdout);
-  report.figure("threads", size, phase, "wall 1", least.one, "s");
-  report.figure("threads", size, phase, "wall 2", least.two, "s");
-  report.ratio(phase, size + " t2", least.ratio());
+  report.figure("threads", size, phase, "wall 1", one.wall, "s");
+  report.figure("threads", size, phase, "wall 2", two.wall, "s");
+  report.figure("threads", size, phase, "cpu 1", one.cpu, "s");
+  report.figure("threads", size, phase, "cpu 2", two.cpu, "s");
+  report.figure("threads", size, phase, "undisturbed", std::min(pair.one.quiet(), pair.two.quiet()), "runs");
+  report.ratio(phase, size + " t2", two.wall / one.wall);
 }
 
 }  // namespace
@@ -102,9 +97,9 @@ void threadsOfSolver(std::int32_t nodes, Report& report) {
   for (std::size_t i = 0; i < b.size(); ++i) b[i] = std::sin(0.1 * static_cast<double>(i));
   solver.analyse();
   const int repetitions = nodes > 200000 ? 3 : nodes > 20000 ? 7 : 25;
-  const Least numeric = inTurns(
+  const Pair numeric = inTurns(
       repetitions, second, [&] { solver.factorize(); }, [&] { solver.factorize(); });
-  const Least solve = inTurns(
+  const Pair solve = inTurns(
       repetitions, second,
       [&] {
         solver.factorize();
@@ -128,12 +123,15 @@ void threadsOfElements(std::int32_t nodes, Report& report) {
   tw::selectMaterial(tw::run, 1);
   tw::run.ierrel = 0;
   SecondThread second;
-  const Least passes = inTurns(
+  second.use(true);
+  tw::run.parts = tw::ElementParts::divide(tw::run.pool.get(), tw::run.nele, sample.nodes(), a.INTA, a.KNG);
+  const Pair passes = inTurns(
       std::max(5, std::min(200, 1000000 / nodes)), second, [] {},
       [&] {
         tw::assemble(tw::run, tw::residualAndMatrix, a);
         tw::assemble(tw::run, tw::residualOnly, a);
       });
+  tw::run.parts.reset();
   if (tw::failed(tw::run.ierrel)) throw std::runtime_error("a pass failed");
   print("elements", sizeName(nodes), passes, report);
 }
@@ -146,9 +144,8 @@ void threadsOfSureRun(std::int32_t triangles, Report& report) {
   const shapes::Sheet sheet = shapes::makeShape("square_cup", choice);
   const std::vector<std::int32_t> held = heldRigidMotion(sheet);
   std::vector<double> blank;
-  Least least;
-  for (int k = 0; k < 6; ++k) {
-    const int threads = 1 + k % 2;
+  const Pair runs = inTurns(3, [&](bool both, WallTimes& times) {
+    const int threads = both ? 2 : 1;
     const std::unique_ptr<TornwalzenAnalysis, Destroy> analysis(tornwalzen_analysis_create());
     TornwalzenAnalysis* const a = analysis.get();
     if (tornwalzen_analysis_set_mesh(a, sheet.nodes(), sheet.triangles(), sheet.knots.data(),
@@ -159,15 +156,14 @@ void threadsOfSureRun(std::int32_t triangles, Report& report) {
     tornwalzen_analysis_set_path(a, 1);
     tornwalzen_analysis_set_energy_reference(a, 1);
     tornwalzen_analysis_set_tolerance_factors(a, 0.001, 1.0);
-    double& time = threads == 1 ? least.one : least.two;
-    time = std::min(time, timed([&] { tornwalzen_analysis_run(a); }).wall);
+    times.take([&] { tornwalzen_analysis_run(a); });
     const double* const found = tornwalzen_analysis_blank(a);
     const std::vector<double> now(found, found + 2 * sheet.nodes());
     if (blank.empty()) blank = now;
     if (std::memcmp(now.data(), blank.data(), sizeof(double) * now.size()) != 0)
       throw std::runtime_error("two threads do not give the bits of one");
-  }
-  print("sure", sizeName(triangles), least, report);
+  });
+  print("sure", sizeName(triangles), runs, report);
 }
 
 }  // namespace bench

@@ -1,5 +1,5 @@
-// What a second thread brings: wall times on two threads over those on one, taken in turns in the same process, the least
-// of each. The parts take all cores that the machine grants, whatever the process was bound to.
+// What a second thread brings: wall times on two threads over those on one, taken in turns in the same process, medians
+// of those that no other work disturbed. The parts take all cores that the machine grants, whatever the process was bound to.
 #pragma once
 
 #include <cstdint>

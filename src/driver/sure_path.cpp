@@ -122,7 +122,9 @@ class SurePath {
 
   bool turnable() const { return overPart_.turnable() && (!run_.options.press.chosen || press_.turnable()); }
 
-  PotentialMesh mesh() { return {a_.INTA, frames_.table(run_.nele), &lanesOf(run_), run_.pool.get()}; }
+  PotentialMesh mesh() {
+    return {a_.INTA, frames_.table(run_.nele), &lanesOf(run_), run_.pool.get(), run_.parts.get()};
+  }
 
   /// The starting blank, in RX and KNA.
   bool start() {

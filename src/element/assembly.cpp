@@ -52,23 +52,22 @@ double residualNorm(Vector<const Int> ARFA, Vector<const double> RR) {
   return largest;
 }
 
-/// One pass over all triangles in order: their gradients and, withMatrix, their tangents. At the first degenerate
-/// element `ierrel` is set and the pass ends.
-void addElements(Analysis& run, bool withMatrix, const DriverArrays& a) {
+/// One pass over all triangles in order: their gradients and, withMatrix, their tangents. False at a degenerate
+/// element, where the pass ends.
+bool addElements(Analysis& run, bool withMatrix, const ElementParts* parts, const DriverArrays& a) {
   const FlowCurve CURVE(run);
   const TangentPlaces places(a.COLS, a.ROWI, a.SYSM);
   const ElementSums sums{a, places, withMatrix};
   const Order order = withMatrix ? Order::hessian : Order::gradient;
   const Int degenerate = overElements<LaneBatch>(
-      run.pool.get(), run.nele, 0,
+      parts, run.nele,
       [&](Int e, Int n, LaneBatch& batch) {
         return evaluateUpToEight(run, order, e, n, a.INTA, a.RX, a.KNZ, CURVE, batch);
       },
       [&](auto owns, Int e, Int l, const LaneBatch& batch) {
         sums.add<laneCount>(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
       });
-  if (run.pool) run.record.threadBytes = std::max(run.record.threadBytes, run.pool->scratchBytes());
-  if (degenerate > 0) tellDegenerate(run, false);
+  return degenerate == 0;
 }
 
 /// The potentials of all triangles in order, with columns 1 and 2 of the element table.
@@ -81,24 +80,31 @@ void addElementEnergy(Analysis& run, const DriverArrays& a, double& EN) {
 /// Everything that adds to the total potential: its energy, its share of residual and tangent. A force with a potential
 /// or a load is one row more.
 struct PotentialTerm {
-  void (*derivatives)(Analysis& run, bool withMatrix, const DriverArrays& a);
+  bool (*derivatives)(Analysis& run, bool withMatrix, const ElementParts* parts, const DriverArrays& a);
   void (*energy)(Analysis& run, const DriverArrays& a, double& EN);
 };
 constexpr PotentialTerm terms[] = {{addElements, addElementEnergy}};
 
-}  // namespace
-
-void assemble(Analysis& run, Int mode, const DriverArrays& a) {
-  const bool withMatrix = mode == residualAndMatrix;
+/// The sums of all terms. False at a degenerate element: without parts they then hold all before it.
+bool sumTerms(Analysis& run, bool withMatrix, const ElementParts* parts, const DriverArrays& a) {
   setZero(run.pool.get(), a.RR, run.neq);
   if (withMatrix) {
     setZero(run.pool.get(), a.SYSM, run.solver.nsysm);
     setZero(run.pool.get(), a.TEMP, run.neq);
   }
-  for (const PotentialTerm& term : terms) {
-    term.derivatives(run, withMatrix, a);
-    if (failed(run.ierrel)) return;
-  }
+  for (const PotentialTerm& term : terms)
+    if (!term.derivatives(run, withMatrix, parts, a)) return false;
+  return true;
+}
+
+}  // namespace
+
+void assemble(Analysis& run, Int mode, const DriverArrays& a) {
+  const bool withMatrix = mode == residualAndMatrix;
+  const ElementParts* const parts = run.pool ? run.parts.get() : nullptr;
+  // once more in order where it fails: what is left behind is what one thread leaves
+  if (!sumTerms(run, withMatrix, parts, a) && (parts == nullptr || !sumTerms(run, withMatrix, nullptr, a)))
+    return tellDegenerate(run, false);
   run.maxgrad = residualNorm(a.ARFA, a.RR);
 }
 

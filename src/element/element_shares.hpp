@@ -1,102 +1,90 @@
-// Passes over all elements, eight at a time, on one thread or several, with the same bits. On several threads the elements
-// go by chunks: while one chunk is computed, the one before is added. Every part of the sum belongs to one worker, who
-// takes the elements of the chunk in their order; so every entry gets its terms in the order of the elements.
+// Passes over all elements, eight at a time, on one thread or several, with the same bits: on several every node belongs
+// to one part, which takes the elements that touch it in their order, so every entry gets its terms in that order.
 #pragma once
 
 #include <atomic>
-#include <new>
 
+#include "element/element_parts.hpp"
 #include "element/lanes/element_lanes.hpp"
-#include "ground/thread_pool.hpp"
 
 namespace tornwalzen {
 
-constexpr Int leastShared = 2048;  // elements, from which on the threads are worth waking
-
-/// The nodes whose entries are added by one of several workers: blocks of nodes in turn, so that elements that follow
-/// one another in a well-numbered mesh belong to all.
+/// The nodes of one part.
 struct NodesOfPart {
-  Int part, parts;
-  bool operator()(Int n) const { return (n >> 5) % parts == part; }
-  bool first() const { return part == 0; }
+  const ElementParts& parts;
+  Int part;
+  bool operator()(Int n) const { return parts.partOf(n) == part; }
 };
 /// All of them, for one thread.
 struct AllNodes {
   constexpr bool operator()(Int) const { return true; }
-  constexpr bool first() const { return true; }
 };
 
-namespace element_chunk {
-constexpr Int elements = 1024;
-constexpr Int batches = elements / laneCount;
-template <class Batch>
-constexpr Int64 doubles = 2 * batches* static_cast<Int64>(sizeof(Batch) / sizeof(double));
-}  // namespace element_chunk
+/// The first of several elements found.
+class FirstElement {
+ public:
+  void found(Int e) {
+    Int seen = first_.load();
+    while ((seen == 0 || e < seen) && !first_.compare_exchange_weak(seen, e)) continue;
+  }
+  Int first() const { return first_.load(); }  // 0: none
 
-/// The pass of overElements on the threads of `pool`, whose scratch holds two chunks.
-template <class Batch, class Compute, class Add>
-Int passInShares(ThreadPool& pool, Int count, Int parts, Compute compute, Add add) {
-  using namespace element_chunk;
-  Batch* const slots = reinterpret_cast<Batch*>(pool.scratch(doubles<Batch>));
-  for (Int i = 0; i < 2 * batches; ++i) new (slots + i) Batch;
-  const Int chunks = (count + elements - 1) / elements;
-  std::atomic<Int> improper[2] = {count + 1, count + 1};  // the first one of the even and of the odd chunks
-  Int found = 0;
-  const auto firstOf = [&](Int chunk, Int batch) { return chunk * elements + batch * laneCount + 1; };
-  const auto addChunk = [&](const NodesOfPart& owns, Int chunk, Int end) {
-    for (Int b = 0; b < batches; ++b)
-      for (Int l = 0; l < laneCount; ++l) {
-        const Int e = firstOf(chunk, b) + l;
-        if (e >= end) return;
-        add(owns, e, l, slots[chunk % 2 * batches + b]);
-      }
-  };
-  const auto computeBatch = [&](Int chunk, Int b) {
-    const Int e = firstOf(chunk, b), n = std::min(laneCount, count + 1 - e);
-    if (n < 1) return;
-    const Int proper = compute(e, n, slots[chunk % 2 * batches + b]);
-    Int seen = improper[chunk % 2].load();
-    while (proper < n && e + proper < seen && !improper[chunk % 2].compare_exchange_weak(seen, e + proper))
-      continue;
-  };
-  pool.run([&](ThreadPool::Worker& me) {
-    const Int ofParts = parts > 0 ? parts : me.count();
-    for (Int chunk = 0; chunk <= chunks; ++chunk) {
-      const Int before = chunk - 1, end = chunk > 0 ? improper[before % 2].load() : count + 1;
-      const bool ends = end <= count;
-      const Int adding = chunk > 0 ? ofParts : 0, computing = chunk < chunks && !ends ? batches : 0;
-      me.share(adding + computing, [&](Int64 i) {
-        if (i < adding)
-          addChunk({static_cast<Int>(i), ofParts}, before, end);
-        else
-          computeBatch(chunk, static_cast<Int>(i) - adding);
-      });
-      if (!ends) continue;
-      if (me.number() == 0) found = end;
-      return;
-    }
-  });
-  return found;
-}
+ private:
+  std::atomic<Int> first_{0};
+};
 
-/// One pass over the elements 1 .. count.
-/// pool: the threads; null, or without memory for two chunks: the calling thread alone. parts: in, of the sum; 0: as many
-/// as workers.
-/// compute(e, n, batch): fills the output of `batch` for the elements e .. e+n-1, n <= laneCount, lane by lane, and returns
-/// how many of them, from the first one on, are proper. add(owns, e, lane, batch): adds what element e brings to the nodes
-/// for which owns(node) holds; owns.first() holds for one part alone, which adds what belongs to no node.
-/// Returns the first element that is not proper, before which all are added; 0: there is none.
+/// Calls compute and add, as below, for the batches first .. last. Returns the first element that is not proper, before
+/// which the pass ended; 0: none.
 template <class Batch, class Compute, class Add>
-Int overElements(ThreadPool* pool, Int count, Int parts, Compute compute, Add add) {
-  if (pool != nullptr && count >= leastShared && pool->scratch(element_chunk::doubles<Batch>) != nullptr)
-    return passInShares<Batch>(*pool, count, parts, compute, add);
+Int passOfRange(Int first, Int last, Int count, Compute compute, Add add) {
   Batch batch;
-  for (Int e = 1; e <= count; e += laneCount) {
-    const Int n = std::min(laneCount, count + 1 - e), proper = compute(e, n, batch);
+  for (Int b = first; b <= last; ++b) {
+    const Int e = firstOfBatch(b), n = std::min(laneCount, count + 1 - e), proper = compute(e, n, batch);
     for (Int l = 0; l < proper; ++l) add(AllNodes{}, e + l, l, batch);
     if (proper < n) return e + proper;
   }
   return 0;
+}
+
+/// One pass over the elements 1 .. count that adds to their nodes.
+/// parts: the elements shared out; null: one pass on the calling thread.
+/// compute(e, n, batch): fills the output of `batch` for the elements e .. e+n-1, n <= laneCount, lane by lane, and returns
+/// how many of them, from the first one on, are proper; the same elements always go together. add(owns, e, lane, batch):
+/// adds what element e brings to the nodes for which owns(node) holds.
+/// Returns the first element that is not proper; 0: there is none. On one thread all before it are added, on several
+/// the sums are then undefined.
+template <class Batch, class Compute, class Add>
+Int overElements(const ElementParts* parts, Int count, Compute compute, Add add) {
+  if (parts == nullptr) return passOfRange<Batch>(1, batchesOf(count), count, compute, add);
+  FirstElement improper;
+  parts->pool().run([&](ThreadPool::Worker& me) {
+    me.share(parts->count(), [&](Int64 part) {
+      const NodesOfPart owns{*parts, static_cast<Int>(part)};
+      Batch batch;
+      for (const Int b : parts->batches(owns.part)) {
+        const Int e = firstOfBatch(b), n = std::min(laneCount, count + 1 - e), proper = compute(e, n, batch);
+        for (Int l = 0; l < proper; ++l) add(owns, e + l, l, batch);
+        if (proper < n) return improper.found(e + proper);
+      }
+    });
+  });
+  return improper.first();
+}
+
+/// One pass over the elements 1 .. count of which each has what it brings to itself. compute: as above. keep(e, lane, batch):
+/// puts down what element e brings. Returns the first element that is not proper; 0: there is none. On one thread
+/// none after it is put down, on several some are.
+template <class Batch, class Compute, class Keep>
+Int everyElement(ThreadPool* pool, Int count, Compute compute, Keep keep) {
+  constexpr Int leastBatches = 128;  // of a thread
+  FirstElement improper;
+  inRanges(pool, batchesOf(count), leastBatches, [&](Int64 first, Int64 last) {
+    const Int found =
+        passOfRange<Batch>(static_cast<Int>(first), static_cast<Int>(last), count, compute,
+                           [&](AllNodes, Int e, Int l, const Batch& batch) { keep(e, l, batch); });
+    if (found > 0) improper.found(found);
+  });
+  return improper.first();
 }
 
 }  // namespace tornwalzen

@@ -28,7 +28,7 @@ void sumLoads(const PotentialMesh& mesh, MapOf mapOf, Vector<double> RR) {
     for (Int64 i = first; i <= last; ++i) RR(i) = 0.0;
   });
   overElements<LoadBatch>(
-      mesh.pool, static_cast<Int>(mesh.FRAMES.columns()), 0,
+      mesh.parts, static_cast<Int>(mesh.FRAMES.columns()),
       [&](Int first, Int n, LoadBatch& batch) {
         for (Int l = 0; l < n; ++l) {
           const Int e = first + l;

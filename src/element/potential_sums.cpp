@@ -63,34 +63,63 @@ struct Derivatives {
   }
 };
 
-/// Visits the triangles in order. derivatives: null for the energy alone.
-double overTriangles(Order order, const PotentialMesh& mesh, Vector<const double> RX,
-                     const ExtendedPotential& potential, const Derivatives* derivatives) {
-  const FlowCurve* const CURVE = mesh.lanes != nullptr ? potential.terms.plasticOverPart() : nullptr;
-  double energy = 0.0;
-  overElements<MapBatch>(
-      mesh.pool, static_cast<Int>(mesh.FRAMES.columns()), derivatives != nullptr ? 0 : 1,
-      [&](Int e, Int n, MapBatch& batch) {
-        if (n == laneCount && CURVE != nullptr) {
-          takeEight(e, mesh, RX, batch);
-          if (mesh.lanes->evaluateOverPart(order, LaneCurve(*CURVE), potential.s0, potential.theta, batch))
-            return n;
-        }
-        double GRADIENT[6], HESSIAN[36];
-        for (Int l = 0; l < n; ++l) {
-          batch.POTENTIAL[l] = trianglePotential(order, e + l, mesh, RX, potential, GRADIENT, HESSIAN);
-          if (order == Order::value) continue;
-          for (int k = 0; k < 6; ++k) batch.GRADIENT[k][l] = GRADIENT[k];
-          if (order != Order::hessian) continue;
-          for (int k = 0; k < 36; ++k) batch.HESSIAN[k][l] = HESSIAN[k];
-        }
+/// Σ POTENTIAL[e] in the order of the triangles.
+double sumInOrder(const double* POTENTIAL, Int count) {
+  double sum = 0.0;
+  for (Int e = 0; e < count; ++e) sum += POTENTIAL[e];
+  return sum;
+}
+
+/// Up to eight triangles, by lanes where they serve.
+struct TrianglesByEights {
+  Order order;
+  const PotentialMesh& mesh;
+  Vector<const double> RX;
+  const ExtendedPotential& potential;
+  const FlowCurve* CURVE;  // for the lanes; null: one by one
+
+  Int operator()(Int e, Int n, MapBatch& batch) const {
+    if (n == laneCount && CURVE != nullptr) {
+      takeEight(e, mesh, RX, batch);
+      if (mesh.lanes->evaluateOverPart(order, LaneCurve(*CURVE), potential.s0, potential.theta, batch))
         return n;
-      },
-      [&](auto owns, Int e, Int l, const MapBatch& batch) {
-        if (owns.first()) energy += batch.POTENTIAL[l];
-        if (derivatives != nullptr) derivatives->add(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
-      });
-  return energy;
+    }
+    double GRADIENT[6], HESSIAN[36];
+    for (Int l = 0; l < n; ++l) {
+      batch.POTENTIAL[l] = trianglePotential(order, e + l, mesh, RX, potential, GRADIENT, HESSIAN);
+      if (order == Order::value) continue;
+      for (int k = 0; k < 6; ++k) batch.GRADIENT[k][l] = GRADIENT[k];
+      if (order != Order::hessian) continue;
+      for (int k = 0; k < 36; ++k) batch.HESSIAN[k][l] = HESSIAN[k];
+    }
+    return n;
+  }
+};
+
+TrianglesByEights byEights(Order order, const PotentialMesh& mesh, Vector<const double> RX,
+                           const ExtendedPotential& potential) {
+  return {order, mesh, RX, potential, mesh.lanes != nullptr ? potential.terms.plasticOverPart() : nullptr};
+}
+
+/// Gradients and Hessians of all triangles to their places; returns the energy.
+double sumDerivatives(Order order, const PotentialMesh& mesh, Vector<const double> RX,
+                      const ExtendedPotential& potential, const Derivatives& derivatives) {
+  const Int count = static_cast<Int>(mesh.FRAMES.columns());
+  const auto compute = byEights(order, mesh, RX, potential);
+  double* const POTENTIAL = mesh.parts != nullptr ? mesh.pool->scratch(count) : nullptr;
+  if (POTENTIAL == nullptr) {
+    double energy = 0.0;
+    overElements<MapBatch>(nullptr, count, compute, [&](auto owns, Int e, Int l, const MapBatch& batch) {
+      energy += batch.POTENTIAL[l];
+      derivatives.add(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
+    });
+    return energy;
+  }
+  overElements<MapBatch>(mesh.parts, count, compute, [&](auto owns, Int e, Int l, const MapBatch& batch) {
+    if (owns(mesh.INTA(e, 1))) POTENTIAL[e - 1] = batch.POTENTIAL[l];
+    derivatives.add(e, &batch.GRADIENT[0][l], &batch.HESSIAN[0][l], owns);
+  });
+  return sumInOrder(POTENTIAL, count);
 }
 
 void clear(ThreadPool* pool, Vector<double> values) {
@@ -138,14 +167,26 @@ double trianglePotential(Order order, Int e, const PotentialMesh& mesh, Vector<c
 
 double potentialEnergy(const PotentialMesh& mesh, Vector<const double> RX,
                        const ExtendedPotential& potential) {
-  return overTriangles(Order::value, mesh, RX, potential, nullptr);
+  const Int count = static_cast<Int>(mesh.FRAMES.columns());
+  const auto compute = byEights(Order::value, mesh, RX, potential);
+  double* const POTENTIAL =
+      mesh.pool != nullptr && count >= leastShared ? mesh.pool->scratch(count) : nullptr;
+  double energy = 0.0;
+  if (POTENTIAL == nullptr) {
+    everyElement<MapBatch>(nullptr, count, compute,
+                           [&](Int, Int l, const MapBatch& batch) { energy += batch.POTENTIAL[l]; });
+    return energy;
+  }
+  everyElement<MapBatch>(mesh.pool, count, compute,
+                         [&](Int e, Int l, const MapBatch& batch) { POTENTIAL[e - 1] = batch.POTENTIAL[l]; });
+  return sumInOrder(POTENTIAL, count);
 }
 
 double potentialResidual(const PotentialMesh& mesh, Vector<const double> RX,
                          const ExtendedPotential& potential, Vector<double> RR) {
   clear(mesh.pool, RR);
   const Derivatives derivatives{mesh.INTA, RR, nullptr};
-  return overTriangles(Order::gradient, mesh, RX, potential, &derivatives);
+  return sumDerivatives(Order::gradient, mesh, RX, potential, derivatives);
 }
 
 double potentialTangent(const PotentialMesh& mesh, Vector<const double> RX,
@@ -155,7 +196,7 @@ double potentialTangent(const PotentialMesh& mesh, Vector<const double> RX,
   clear(mesh.pool, SYSM);
   const TangentPlaces places(COLS, ROWI, SYSM);
   const Derivatives derivatives{mesh.INTA, RR, &places};
-  return overTriangles(Order::hessian, mesh, RX, potential, &derivatives);
+  return sumDerivatives(Order::hessian, mesh, RX, potential, derivatives);
 }
 
 BlankShape blankShape(const PotentialMesh& mesh, Vector<const double> RX) {

@@ -6,6 +6,7 @@
 
 namespace tornwalzen {
 
+class ElementParts;
 struct ElementLanes;
 
 /// What stays fixed while the blank moves; views, nothing owned.
@@ -14,6 +15,7 @@ struct PotentialMesh {
   Table<const double> FRAMES;           // 4 × NE, of part_frames.hpp
   const ElementLanes* lanes = nullptr;  // take eight triangles at a time where they can; null: one by one
   ThreadPool* pool = nullptr;           // threads that help; null: none
+  const ElementParts* parts = nullptr;  // the triangles shared out among them; null: not shared
 };
 
 /// The potential with its threshold.

@@ -14,11 +14,13 @@
 namespace tornwalzen {
 
 struct DenseKernels;
+class ElementParts;
 struct ElementLanes;
 struct PartTopology;
 
-/// Brings its way to free what is not known here; unlike a shared pointer it needs no memory that would have to throw.
+/// Like TeamPointer.
 using TopologyPointer = std::unique_ptr<PartTopology, void (*)(PartTopology*)>;
+using PartsPointer = std::unique_ptr<const ElementParts, void (*)(const ElementParts*)>;
 
 constexpr Int curveRows = 50;    // rows of the flow-curve table FC
 constexpr Int curveColumns = 7;  // strain, stress, secant slope, cubic coefficients A B C D
@@ -62,6 +64,7 @@ struct RunState {
   double atot = 0.0;     // total area of the formed part (mm²), set by the development
   double qmax = 0.0;     // worst unfolding measure of the last objective (dimensionless)
   TopologyPointer topology{nullptr, nullptr};  // of the part; null: not asked for yet, or freed
+  PartsPointer parts{nullptr, nullptr};        // the elements shared out among the threads; null: not shared
   RunRecord record;
 };
 

@@ -10,6 +10,9 @@ namespace tornwalzen {
 
 struct FactorTeam;
 
+/// Brings the way to free what is not known here; asks for no memory, as a shared pointer would.
+using TeamPointer = std::unique_ptr<FactorTeam, void (*)(FactorTeam*)>;
+
 /// What the solver remembers between its phases, beside WORK itself.
 struct SolverProtocol {
   Int lastPhase =
@@ -20,7 +23,15 @@ struct SolverProtocol {
   bool factorFailed = false;                  // did it end with one? (neither: there was none yet)
   Int supernodes = 0;                         // m: supernodes, kept between steps 12 and 13
   Int partialRequirement = 0;                 // P of step 12: integer length behind the dropped adjacency
-  std::shared_ptr<FactorTeam> team;           // what threads keep for this system; null: none yet
+  TeamPointer team{nullptr, nullptr};         // what threads keep for this system; null: none yet
+  bool ownMemory = false;  // is WORK the library's own? Nobody else writes it: no checksums are kept
+
+  /// As before the first phase, in the same memory.
+  void restart() {
+    const bool own = ownMemory;
+    *this = SolverProtocol{};
+    ownMemory = own;
+  }
 };
 
 struct SolverState {

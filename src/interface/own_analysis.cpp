@@ -87,6 +87,7 @@ bool OwnAnalysis::setUp() {
   {
     const ProcessorTime time(run.setUpTimes.structure);
     system = SolverState{};
+    system.protocol.ownMemory = true;
     system.mnsysm = patternBound(run.nkno, run.nele);
     if (!COLS_.allocate(Int64{run.neq} + 1) || !ROWI_.allocate(system.mnsysm)) return false;
     buildPattern(run, INTA_.table(3), COLS_.vector(), ROWI_.vector());

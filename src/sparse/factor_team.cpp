@@ -44,12 +44,12 @@ Int64 FactorTeam::bytes() const {
 FactorTeam* teamOf(Analysis& run, SolverProtocol& protocol, Vector<Int> WORK) {
   constexpr int factorPart = 1;  // of structureSum
   ThreadPool* const pool = run.pool.get();
-  std::shared_ptr<FactorTeam>& team = protocol.team;
+  TeamPointer& team = protocol.team;
   if (pool == nullptr) team.reset();
   if (pool == nullptr) return nullptr;
   const std::uint64_t structure = protocol.structureSum[factorPart];
   if (!team || team->structure != structure || team->threads != pool->threads()) {
-    team.reset(new (std::nothrow) FactorTeam);
+    team = TeamPointer(new (std::nothrow) FactorTeam, [](FactorTeam* of) { delete of; });
     if (!team) return nullptr;
     team->structure = structure;
     team->threads = pool->threads();

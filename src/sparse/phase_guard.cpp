@@ -35,12 +35,13 @@ std::uint64_t sumOf(Vector<const Int> WORK, GuardedPart part, Int64 NNZ, ThreadP
 
 bool intact(const SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ,
             ThreadPool* pool) {
-  return WORK.length() > header::length && sumOf(WORK, part, NNZ, pool) == protocol.structureSum[part];
+  if (WORK.length() <= header::length) return false;
+  return protocol.ownMemory || sumOf(WORK, part, NNZ, pool) == protocol.structureSum[part];
 }
 
 void remember(SolverProtocol& protocol, Vector<const Int> WORK, GuardedPart part, Int64 NNZ,
               ThreadPool* pool) {
-  protocol.structureSum[part] = sumOf(WORK, part, NNZ, pool);
+  if (!protocol.ownMemory) protocol.structureSum[part] = sumOf(WORK, part, NNZ, pool);
 }
 
 void printControlFailure(Analysis& run, Int phase) {
@@ -109,7 +110,7 @@ void runPhase(Analysis& run, SolverProtocol& protocol, Int phase, Vector<const I
 
   switch (phase) {
     case 1:
-      protocol = SolverProtocol{};
+      protocol.restart();
       orderingPhase(COLS, ROWI, WORK, sizes.s, sizes.m, IERR);
       if (IERR != ierr::ok) break;
       protocol.lastPhase = 1;

@@ -34,7 +34,7 @@ bool setRequirement(Analysis& run, Int& requirement, Int64 length, const char* f
 }
 
 void sizingStep(Analysis& run, SolverState& system) {
-  system.protocol = SolverProtocol{};
+  system.protocol.restart();
   setRequirement(run, system.niwreq, orderingLength(system.neq, system.nsysm), orderingFailed);
 }
 

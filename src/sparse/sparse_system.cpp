@@ -48,6 +48,7 @@ bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI, 
   SYSM_ = sysm_.vector();
   WRHS_ = wrhs_.vector();
   ownState_ = SolverState{};
+  ownState_.protocol.ownMemory = true;
   ownState_.neq = static_cast<Int>(nodes);
   ownState_.nsysm = ownState_.mnsysm = static_cast<Int>(entries);
   if (pairs != nullptr && halve(*pairs)) return enlarge();

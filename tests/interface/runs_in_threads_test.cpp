@@ -109,6 +109,57 @@ TEST(RunsInThreads, HaveTheBitsOfOneThreadWithEveryEnergy) {
       "geometric");
 }
 
+/// The press model on a steel sheet of 1 mm.
+TornwalzenPress steelSheet() {
+  TornwalzenPress press{};
+  press.size = sizeof press;
+  press.thickness_mm = 1.0;
+  return press;
+}
+
+void goesThroughThePress(TornwalzenAnalysis* a, const TornwalzenPress& press) {
+  constexpr double steel[] = {549.03, 0.007, 0.22};  // K (MPa), prestrain, exponent of Swift's law
+  goesSure(a);
+  EXPECT_EQ(tornwalzen_analysis_set_law(a, TORNWALZEN_SWIFT, steel, 1.0), TORNWALZEN_OK);
+  EXPECT_EQ(tornwalzen_analysis_set_model(a, 1), TORNWALZEN_OK);
+  EXPECT_EQ(tornwalzen_analysis_set_press(a, &press), TORNWALZEN_OK);
+}
+
+TornwalzenPressResult pressedOn(std::int32_t threads, const HostPart& part, const TornwalzenPress& press) {
+  const Handle handle = newHandle();
+  take(handle, part);
+  goesThroughThePress(handle.get(), press);
+  EXPECT_EQ(tornwalzen_analysis_set_threads(handle.get(), threads), TORNWALZEN_OK);
+  EXPECT_EQ(tornwalzen_analysis_run(handle.get()), TORNWALZEN_OK);
+  EXPECT_EQ(reportOf(handle).converged, 1);
+  TornwalzenPressResult result{};
+  result.size = sizeof result;
+  EXPECT_EQ(tornwalzen_analysis_press_result(handle.get(), &result), TORNWALZEN_OK);
+  return result;
+}
+
+void expectThePressToBeTheSame(const TornwalzenPress& press, const char* name) {
+  const HostPart part = samplePart("round_cup", enough);
+  expectTheSame(
+      part, [&](TornwalzenAnalysis* a) { goesThroughThePress(a, press); }, name);
+  const TornwalzenPressResult alone = pressedOn(1, part, press), shared = pressedOn(3, part, press);
+  EXPECT_EQ(std::memcmp(&alone, &shared, sizeof alone), 0) << name;
+}
+
+TEST(RunsInThreads, HaveTheBitsOfOneThreadWithASheetInThePress) {
+  TornwalzenPress press = steelSheet();
+  press.r0 = 1.8, press.r45 = 1.3, press.r90 = 2.2, press.rolling_angle_deg = 20.0;
+  expectThePressToBeTheSame(press, "planar anisotropy");
+}
+
+TEST(RunsInThreads, HaveTheBitsOfOneThreadWithFrictionAndBinder) {
+  TornwalzenPress press = steelSheet();
+  press.friction_punch = press.friction_die = 0.1;
+  press.binder_force_n = 10000.0;
+  press.flange_of_rim = 1;
+  expectThePressToBeTheSame(press, "friction and binder");
+}
+
 // A crumpled surface, whose start turns too many triangles over.
 TEST(RunsInThreads, EndWithTheTextOfOneThread) {
   HostPart part = samplePart("hat", enough);
