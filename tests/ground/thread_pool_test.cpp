@@ -3,11 +3,13 @@
 #include "ground/thread_pool.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdint>
+#ifdef __unix__
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 namespace tornwalzen {
 namespace {
@@ -95,6 +97,7 @@ TEST(ThreadPoolInThreads, ScratchIsAlignedAndGrows) {
   EXPECT_EQ(pool->scratchBytes(), 0);
 }
 
+#ifdef __unix__
 // A forked process has the calling thread alone and must neither wait for the others nor end them.
 TEST(ThreadPool, AForkedProcessWorksAlone) {
   const auto pool = ThreadPool::start(3);
@@ -111,6 +114,7 @@ TEST(ThreadPool, AForkedProcessWorksAlone) {
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
   EXPECT_EQ(pool->threads(), 3);
 }
+#endif
 
 }  // namespace
 }  // namespace tornwalzen
