@@ -55,7 +55,7 @@ int runCommand(const host::Arguments& arguments) {
 
 int main(int argc, char** argv) {
   host::prepareProcess();
-  const host::Arguments arguments = host::readArguments(argc, argv);
+  const host::Arguments arguments = host::readArguments(host::programArguments(argc, argv));
   const int status = arguments.done ? arguments.status : runCommand(arguments);
   // Somebody who closed the pipe does not want the rest; a full disk behind standard output must be told.
   if (std::fflush(stdout) != 0 && errno != EPIPE) return complain(std::strerror(errno), host::exitRefused);

@@ -28,6 +28,8 @@ if(NOT TORNWALZEN_DEBIAN)   # Debian has its licences in files of another name
 endif()
 if(TARGET tornwalzen_host)
   install(TARGETS tornwalzen_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
+endif()
+if(TARGET tornwalzen_host AND NOT WIN32)
   install(PROGRAMS app/import/tornwalzen-import DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT host)
   install(FILES packaging/tornwalzen.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
     RENAME tornwalzen COMPONENT host)

@@ -1,3 +1,25 @@
+# For Windows a zip by CPack of library, development files, host program and pages; scripts/foreign windows --zip makes it.
+if(WIN32)
+  install(FILES README.md CHANGELOG.md DESTINATION . COMPONENT library)
+  install(DIRECTORY docs DESTINATION . COMPONENT library)
+  install(FILES samples/square_cup.obj DESTINATION samples COMPONENT host)
+  install(FILES tests/install/c_host.c tests/install/handle_host.c DESTINATION samples COMPONENT development)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_NAME tornwalzen)
+  set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
+  set(CPACK_PACKAGE_FILE_NAME tornwalzen-${PROJECT_VERSION}-windows-x86_64)
+  set(CPACK_COMPONENTS_ALL library development)
+  if(TARGET tornwalzen_host)
+    list(APPEND CPACK_COMPONENTS_ALL host)
+  endif()
+  set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+  set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY ON)
+  set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
+  set(CPACK_STRIP_FILES ON)
+  include(CPack)
+  return()
+endif()
+
 # Debian packages by CPack, one per component: libtornwalzen0, libtornwalzen-dev, tornwalzen, python3-tornwalzen; and the
 # names of the files that scripts/package puts beside them. The version is the project's; nothing here repeats it.
 option(TORNWALZEN_DEBIAN "lay files down as Debian's packages have them; scripts/package sets it" OFF)

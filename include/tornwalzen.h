@@ -64,7 +64,16 @@
 
 #include <stdint.h>
 
-#if defined(__GNUC__)
+/* Windows: a host of the DLL imports; define TORNWALZEN_STATIC to link the static library. */
+#if defined(_WIN32)
+#if defined(TORNWALZEN_BUILD)
+#define TORNWALZEN_API __declspec(dllexport)
+#elif defined(TORNWALZEN_STATIC)
+#define TORNWALZEN_API
+#else
+#define TORNWALZEN_API __declspec(dllimport)
+#endif
+#elif defined(__GNUC__)
 #define TORNWALZEN_API __attribute__((visibility("default")))
 #else
 #define TORNWALZEN_API

@@ -287,11 +287,14 @@ CLI::App* describeMaterials(CLI::App& app, MaterialsOptions& options) {
 
 }  // namespace
 
-Arguments readArguments(int argc, const char* const* argv) {
+Arguments readArguments(const std::vector<std::string>& words) {
   Arguments arguments;
+  std::vector<const char*> pointers;  // as the parser wants them
+  for (const std::string& word : words) pointers.push_back(word.c_str());
   CLI::App app("Inverse analysis of sheet-metal forming: from the finished part to its flat blank.",
                "tornwalzen");
   app.set_version_flag("--version", "tornwalzen " TORNWALZEN_VERSION);
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.require_subcommand(1);
   app.footer(programExamples);
   describeSolve(app, arguments.solve);
@@ -301,14 +304,14 @@ Arguments readArguments(int argc, const char* const* argv) {
   const CLI::App* study = describeStudy(app, arguments.study);
   const CLI::App* collect = describeCollect(app, arguments.collect);
   try {
-    app.parse(argc, argv);
+    app.parse(static_cast<int>(pointers.size()), pointers.data());
     if (check->parsed()) arguments.command = Command::check;
     if (deck->parsed()) arguments.command = Command::deck;
     if (materials->parsed()) arguments.command = Command::materials;
     if (study->parsed()) arguments.command = Command::study;
     if (collect->parsed()) arguments.command = Command::collect;
-    arguments.study.program = argv[0];
-    arguments.solve.words.assign(argv + std::min(argc, 2), argv + argc);
+    arguments.study.program = words[0];
+    arguments.solve.words.assign(words.begin() + 2, words.end());  // a command is required
     arguments.solve.rGiven = app.get_subcommand("solve")->count("--r") > 0;
     arguments.solve.reading.unit = arguments.solve.unit;
   } catch (const CLI::ParseError& outcome) {

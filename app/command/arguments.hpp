@@ -88,7 +88,8 @@ struct Arguments {
   CollectOptions collect;
 };
 
-// Prints help and version on standard output, complaints on standard error.
-Arguments readArguments(int argc, const char* const* argv);
+// words: the command line, the program's own name first. Prints help and version on standard output, complaints on
+// standard error.
+Arguments readArguments(const std::vector<std::string>& words);
 
 }  // namespace host

@@ -9,6 +9,7 @@
 #include "result/finding_grid.hpp"
 #include "result/result_files.hpp"
 #include "system/failure.hpp"
+#include "system/path.hpp"
 #include "system/same_file.hpp"
 #include "system/text.hpp"
 
@@ -93,9 +94,9 @@ void writeSelection(const PartCheck& check, const std::string& path) {
   grid.corners.assign(check.mesh.corners.begin(), check.mesh.corners.end());
   for (const Finding& finding : check.findings)
     if (!finding.elements.empty()) grid.marks.push_back({finding.kind, finding.elements});
-  const fs::path place(path);
-  ResultFiles files(place.parent_path().string());
-  files.add(place.filename().string(), [&](FileWriter& file) { writeFindingGrid(file, grid); });
+  const fs::path place = pathOf(path);
+  ResultFiles files(pathText(place.parent_path()));
+  files.add(pathText(place.filename()), [&](FileWriter& file) { writeFindingGrid(file, grid); });
   files.putIntoPlace();
 }
 

@@ -12,6 +12,7 @@
 #include "result/result_files.hpp"
 #include "system/failure.hpp"
 #include "system/input_file.hpp"
+#include "system/path.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -83,11 +84,11 @@ void takeFigures(const Json& summary, OverviewRow& row) {
 }
 
 std::string summaryText(const std::string& folder) {
-  const fs::path path = fs::path(folder) / "summary.json";
+  const fs::path path = pathOf(folder) / "summary.json";
   std::error_code error;
   if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestSummary || error) return "";
   try {
-    return readInputFile(path.string());
+    return readInputFile(pathText(path));
   } catch (const Failure&) {
     return "";
   }
@@ -100,18 +101,18 @@ void checkPlaces(const fs::path& folder, bool force) {
     const fs::path place = folder / name;
     std::error_code error;
     if (force || !fs::exists(fs::symlink_status(place, error))) continue;
-    if (!fs::is_regular_file(place, error) || !readInputFile(place.string()).starts_with(beginning))
-      throw Failure(place.string() +
+    if (!fs::is_regular_file(place, error) || !readInputFile(pathText(place)).starts_with(beginning))
+      throw Failure(pathText(place) +
                     " is not of this command; choose another folder with --out, or replace it with --force");
   }
 }
 
 // Where the page leads to a run's own, from the folder it lies in.
 std::string linkTo(const OverviewRow& row, const fs::path& from) {
-  const fs::path page = fs::path(row.folder) / "report.html";
+  const fs::path page = pathOf(row.folder) / "report.html";
   std::error_code error;
   if (!fs::exists(page, error)) return "";
-  return fs::proximate(page, from, error).generic_string();
+  return pathText(fs::proximate(page, from, error).generic_u8string());
 }
 
 }  // namespace
@@ -130,7 +131,7 @@ bool takeSummary(const std::string& content, OverviewRow& row) {
 OverviewRow rowOf(const std::string& folder) {
   OverviewRow row;
   row.folder = folder;
-  const std::optional<Outcome> outcome = readOutcome((fs::path(folder) / outcomeName).string());
+  const std::optional<Outcome> outcome = readOutcome(placeIn(folder, outcomeName));
   if (outcome) {
     row.status = std::to_string(outcome->status);
     row.options = optionsIn(outcome->arguments);
@@ -151,14 +152,15 @@ std::vector<std::string> runFolders(const std::vector<std::string>& folders) {
   std::vector<std::string> runs;
   for (const std::string& folder : folders) {
     std::error_code error;
-    if (!fs::is_directory(folder, error)) throw Failure(folder + " is no folder");
+    if (!fs::is_directory(pathOf(folder), error)) throw Failure(folder + " is no folder");
     if (holdsRun(folder)) {
       runs.push_back(folder);
       continue;
     }
     std::vector<std::string> below;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
-      if (entry->is_directory(error) && holdsRun(entry->path())) below.push_back(entry->path().string());
+    for (fs::directory_iterator entry(pathOf(folder), error), end; !error && entry != end;
+         entry.increment(error))
+      if (entry->is_directory(error) && holdsRun(entry->path())) below.push_back(pathText(entry->path()));
     if (error) throw Failure("cannot read the folder " + folder + ": " + error.message());
     if (below.empty()) throw Failure(folder + ": no results in it or directly below it");
     std::sort(below.begin(), below.end());
@@ -172,8 +174,8 @@ int collect(const CollectOptions& options) {
   Overview overview;
   for (const std::string& folder : runFolders(options.folders)) overview.rows.push_back(rowOf(folder));
   makeFolder(out);
-  for (OverviewRow& row : overview.rows) row.link = linkTo(row, out);
-  checkPlaces(out, options.force);
+  for (OverviewRow& row : overview.rows) row.link = linkTo(row, pathOf(out));
+  checkPlaces(pathOf(out), options.force);
   ResultFiles files(out);
   files.add(tableName, [&](FileWriter& file) { writeOverviewTable(file, overview); });
   files.add(pageName, [&](FileWriter& file) { writeOverviewPage(file, overview); });
@@ -184,8 +186,7 @@ int collect(const CollectOptions& options) {
   for (const auto& [verdict, count] : verdicts)
     counts += (counts.empty() ? "" : ", ") + std::to_string(count) + " " + verdict;
   std::printf("%s: %s\n%s\n%s\n", counted(static_cast<std::int64_t>(overview.rows.size()), "run").c_str(),
-              counts.c_str(), (fs::path(out) / tableName).string().c_str(),
-              (fs::path(out) / pageName).string().c_str());
+              counts.c_str(), placeIn(out, tableName).c_str(), placeIn(out, pageName).c_str());
   return exitConverged;
 }
 

@@ -8,6 +8,7 @@
 #include "result/result_files.hpp"
 #include "system/failure.hpp"
 #include "system/input_file.hpp"
+#include "system/path.hpp"
 #include "system/same_file.hpp"
 
 namespace host {
@@ -24,9 +25,9 @@ void writeOutcome(const SolveOptions& options, int status, const std::string& re
   const Json json{{"format", format},           {"program", "tornwalzen " TORNWALZEN_VERSION},
                   {"status", status},           {"reason", reason.empty() ? Json(nullptr) : Json(reason)},
                   {"arguments", options.words}, {"folder", options.out}};
-  const fs::path place(options.outcome);
-  ResultFiles files(place.parent_path().string());
-  files.add(place.filename().string(), [&](FileWriter& file) {
+  const fs::path place = pathOf(options.outcome);
+  ResultFiles files(pathText(place.parent_path()));
+  files.add(pathText(place.filename()), [&](FileWriter& file) {
     file.write(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
   });
   files.putIntoPlace();
@@ -36,10 +37,10 @@ void writeOutcome(const SolveOptions& options, int status, const std::string& re
 
 int solveWithOutcome(const SolveOptions& options) {
   if (options.outcome.empty()) return solve(options);
-  const fs::path place(options.outcome);
+  const fs::path place = pathOf(options.outcome);
   checkOutputsSpareInputs({options.part, options.curve, options.materials, options.shop.flc},
                           {options.outcome}, "choose another name with --outcome");
-  if (place.has_parent_path()) makeFolder(place.parent_path().string());
+  if (place.has_parent_path()) makeFolder(pathText(place.parent_path()));
   std::error_code error;
   fs::remove(place, error);  // where that fails, writing will
   try {
@@ -72,7 +73,8 @@ std::optional<Outcome> outcomeIn(const std::string& content) {
 
 std::optional<Outcome> readOutcome(const std::string& path) {
   std::error_code error;
-  if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestOutcome || error)
+  if (!fs::is_regular_file(pathOf(path), error) || fs::file_size(pathOf(path), error) > longestOutcome ||
+      error)
     return std::nullopt;
   try {
     return outcomeIn(readInputFile(path));

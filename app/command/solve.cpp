@@ -1,10 +1,7 @@
 // The command `tornwalzen solve`: from the mesh file to the result files.
 #include "command/solve.hpp"
 
-#include <unistd.h>
-
 #include <cstdio>
-#include <filesystem>
 #include <limits>
 #include <optional>
 
@@ -35,6 +32,8 @@
 #include "run/undeveloped.hpp"
 #include "run/verdict.hpp"
 #include "system/failure.hpp"
+#include "system/file.hpp"
+#include "system/path.hpp"
 #include "system/process.hpp"
 #include "system/same_file.hpp"
 #include "system/text.hpp"
@@ -44,13 +43,11 @@ namespace host {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* logName = "tornwalzen.log";
 
 std::string outputFolder(const SolveOptions& options) {
   if (!options.out.empty()) return options.out;
-  return fs::path(options.part).stem().string() + "_blank";  // in the working folder
+  return pathText(pathOf(options.part).stem()) + "_blank";  // in the working folder
 }
 
 // The names of the files that the run replaces or removes; the log is not among them.
@@ -65,8 +62,8 @@ std::vector<std::string> resultNames(const SolveOptions& options) {
 
 // No result may replace a file that is read, whatever the links, nor the results of another part.
 void checkResultPlaces(const Part& part, const SolveOptions& options, const std::string& folder) {
-  std::vector<std::string> places{(fs::path(folder) / logName).string()};
-  for (const std::string& name : resultNames(options)) places.push_back((fs::path(folder) / name).string());
+  std::vector<std::string> places{placeIn(folder, logName)};
+  for (const std::string& name : resultNames(options)) places.push_back(placeIn(folder, name));
   std::vector<std::string> inputs{options.part,     options.curve,        options.materials,
                                   options.shop.flc, options.press.flange, holdFile(options.hold)};
   for (const std::string& bead : options.press.beads) inputs.push_back(bead.substr(0, bead.rfind(':')));
@@ -86,7 +83,7 @@ void tellAboutMesh(const Part& part, const Talk& talk) {
 // thrown.
 RunOutput runWithMessages(LibraryRun& library, const RunSettings& settings, const Talk& talk, RunLog& log,
                           ConvergenceHistory& history) {
-  const bool terminal = ::isatty(STDERR_FILENO) == 1 && !talk.verbose;  // messages would tear the bar
+  const bool terminal = isTerminal(standardError) && !talk.verbose;  // messages would tear the bar
   const int screen = talk.screen();
   ProgressView view(terminal, !talk.quiet);
   const ProgressRecord* last = nullptr;
@@ -210,7 +207,7 @@ int solve(const SolveOptions& options) {
   const std::string folder = outputFolder(options);
   checkResultPlaces(part, options, folder);
   makeFolder(folder);
-  RunLog log((fs::path(folder) / logName).string());
+  RunLog log(placeIn(folder, logName));
   ConvergenceHistory history;
   int runs;
   SecondStart second;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
 
@@ -12,13 +11,12 @@
 #include "result/summary.hpp"
 #include "system/failure.hpp"
 #include "system/input_file.hpp"
+#include "system/path.hpp"
 #include "system/text.hpp"
 
 namespace host {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* partColumn = "PART";
 constexpr const char* nameColumn = "name";
@@ -85,7 +83,7 @@ void addOption(const Column& column, const std::string& cell, const std::string&
 std::string defaultName(std::size_t number, std::size_t rows, const std::string& part) {
   std::string digits = std::to_string(number);
   digits.insert(0, std::to_string(rows).size() - digits.size(), '0');
-  std::string stem = fs::path(part).stem().string();
+  std::string stem = pathText(pathOf(part).stem());
   for (char& c : stem)
     if (!((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '.' || c == '-'))
       c = '_';
@@ -101,7 +99,7 @@ void checkName(const std::string& name, const std::string& where, std::set<std::
 // The hash of the part that the folder's results are of; empty: not known.
 std::string hashInSummary(const std::string& folder) {
   try {
-    const auto json = nlohmann::json::parse(readInputFile((fs::path(folder) / "summary.json").string()));
+    const auto json = nlohmann::json::parse(readInputFile(placeIn(folder, "summary.json")));
     return json.at(partHashKey).get<std::string>();
   } catch (const nlohmann::json::exception&) {
     return "";
@@ -111,7 +109,7 @@ std::string hashInSummary(const std::string& folder) {
 }
 
 std::string defaultFolder(const std::string& table) {
-  return fs::path(table).stem().string() + "_study";
+  return pathText(pathOf(table).stem()) + "_study";
 }
 
 std::string commandLine(const std::string& program, const StudyRow& row) {
@@ -167,7 +165,7 @@ std::vector<StudyRow> studyRows(const StudyTable& table, const std::string& sour
     if (row.part.empty()) throw Failure(where + ": no mesh file in the column " + partColumn);
     if (name.empty()) name = defaultName(r + 1, table.rows.size(), row.part);
     checkName(name, where, names);
-    row.folder = (fs::path(folder) / name).string();
+    row.folder = placeIn(folder, name);
     row.words.push_back(row.part.front() == '-' ? "./" + row.part : row.part);
     row.words.insert(row.words.end(), given.begin(), given.end());
     // Rows run side by side, one per core: threads of their own would only wait for each other.
@@ -175,8 +173,7 @@ std::vector<StudyRow> studyRows(const StudyTable& table, const std::string& sour
     if (std::none_of(given.begin(), given.end(), [&](const auto& word) { return word.starts_with(threads); }))
       row.words.push_back(threads + "1");
     for (const std::string& word :
-         {"--out=" + row.folder, "--outcome=" + (fs::path(row.folder) / outcomeName).string(),
-          std::string("--quiet")})
+         {"--out=" + row.folder, "--outcome=" + placeIn(row.folder, outcomeName), std::string("--quiet")})
       row.words.push_back(word);
     const std::string complaint = solveComplaint(row.words);
     if (!complaint.empty()) throw Failure(where + ": " + complaint);
@@ -186,7 +183,7 @@ std::vector<StudyRow> studyRows(const StudyTable& table, const std::string& sour
 }
 
 bool isComplete(const StudyRow& row) {
-  const std::optional<Outcome> outcome = readOutcome((fs::path(row.folder) / outcomeName).string());
+  const std::optional<Outcome> outcome = readOutcome(placeIn(row.folder, outcomeName));
   if (!outcome || (outcome->status != exitConverged && outcome->status != exitUnconverged)) return false;
   if (outcome->arguments.size() != row.words.size()) return false;
   for (std::size_t k = 0; k < row.words.size(); ++k)

@@ -1,10 +1,10 @@
 // What a command says beside its result, and where: sentences go to standard error, the result to standard output.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <string>
+
+#include "system/file.hpp"
 
 namespace host {
 
@@ -22,7 +22,7 @@ struct Talk {
     if (json || !quiet) std::fputs((json ? object : page).c_str(), stdout);
   }
   // The descriptor for the library's messages, negative: none.
-  int screen() const { return !verbose ? -1 : json ? STDERR_FILENO : STDOUT_FILENO; }
+  int screen() const { return !verbose ? -1 : json ? standardError : standardOutput; }
 };
 
 }  // namespace host

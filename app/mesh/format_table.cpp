@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
 
 #include "mesh/abaqus_reader.hpp"
 #include "mesh/deck_reader.hpp"
@@ -12,6 +11,7 @@
 #include "mesh/nastran_reader.hpp"
 #include "mesh/obj_reader.hpp"
 #include "mesh/stl_reader.hpp"
+#include "system/path.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -133,7 +133,7 @@ const Format* formatOf(const std::string& head, std::uint64_t length) {
 }
 
 const Format* formatNamedBy(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
+  std::string extension = pathText(pathOf(path).extension());
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   for (const Format& format : formatTable())

@@ -1,9 +1,7 @@
 // Meshes through the helper program; see the header.
 #include "mesh/import.hpp"
 
-#include <unistd.h>
-
-#include <cstdlib>
+#include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -13,8 +11,12 @@
 #include "mesh/submesh.hpp"
 #include "system/child_process.hpp"
 #include "system/failure.hpp"
+#include "system/file.hpp"
 #include "system/input_file.hpp"
+#include "system/path.hpp"
+#include "system/process.hpp"
 #include "system/text.hpp"
+#include "system/work_folder.hpp"
 
 namespace host {
 
@@ -28,24 +30,24 @@ constexpr const char* helperVariable =
 constexpr const char* packages = "python3-gmsh, python3-meshio and python3-numpy";
 
 std::string helperPath(const std::string& file) {
-  const char* named = std::getenv(helperVariable);
-  const std::string path = named != nullptr ? named : programFolder() + "/" + helperName;
-  if (::access(path.c_str(), X_OK) != 0)
+  const std::string named = environmentValue(helperVariable);
+  const std::string path = named.empty() ? programFolder() + "/" + helperName : named;
+  if (!isProgram(path))
     throw Failure(file + ": this format is read by the program " + helperName + ", which is not there (" +
                   path + "); it comes with tornwalzen and needs the Debian packages " + packages);
   return path;
 }
 
 void writeFile(const std::string& path, const std::string& content) {
-  std::ofstream stream(path, std::ios::binary);
-  stream << content;
-  stream.close();
-  if (!stream) throw Failure("cannot write " + path + ": " + std::strerror(errno));
+  const int file = replaceFile(path);
+  bool written = file >= 0 && writeBytes(file, content);
+  if (file >= 0) written = closeFile(file) && written;
+  if (!written) throw Failure("cannot write " + path + ": " + std::strerror(errno));
 }
 
 // The helper's last words, for a failure that it did not foresee.
 std::string lastLine(const std::string& path) {
-  std::ifstream stream(path);
+  std::ifstream stream(pathOf(path));
   std::string line, last;
   while (std::getline(stream, line))
     if (!line.empty()) last = line;
@@ -72,7 +74,7 @@ void checkEnd(const ChildEnd& end, const std::string& file, const std::string& o
 }
 
 Json readReport(const std::string& path, const std::string& file, const std::string& output) {
-  if (::access(path.c_str(), R_OK) != 0)
+  if (FileStatus status; !statusOf(path, status))
     throw Failure(file + ": " + helperName + " failed on this file; " + lastLine(output));
   Json report = Json::parse(readInputFile(path), nullptr, false);
   if (!report.is_object()) throw Failure(file + ": " + helperName + " left no usable report");

@@ -1,15 +1,13 @@
 // The result files of a run; see the header.
 #include "result/result_files.hpp"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
 #include "system/failure.hpp"
+#include "system/file.hpp"
+#include "system/path.hpp"
 #include "system/process.hpp"
 
 namespace host {
@@ -19,14 +17,13 @@ constexpr std::size_t bufferLength = std::size_t{1} << 16;  // bytes per write c
 }
 
 FileWriter::FileWriter(const std::string& path, std::string shownPath)
-    : shownPath_(std::move(shownPath)),
-      fd_(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)) {
-  if (fd_ < 0) fail(errno);
+    : shownPath_(std::move(shownPath)), file_(createFile(path)) {
+  if (file_ < 0) fail(errno);
   buffer_.reserve(bufferLength);
 }
 
 FileWriter::~FileWriter() {
-  if (fd_ >= 0) ::close(fd_);
+  if (file_ >= 0) closeFile(file_);
 }
 
 void FileWriter::write(std::string_view bytes) {
@@ -35,23 +32,16 @@ void FileWriter::write(std::string_view bytes) {
 }
 
 void FileWriter::flush() {
-  std::size_t done = 0;
-  while (done < buffer_.size()) {
-    const ssize_t written = ::write(fd_, buffer_.data() + done, buffer_.size() - done);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail(errno);
-    done += static_cast<std::size_t>(written);
-  }
+  if (!writeBytes(file_, buffer_)) fail(errno);
   buffer_.clear();
 }
 
 void FileWriter::finish() {
   flush();
-  // Some file systems tell of a full disk only now. A pipe or device has nothing to bring onto a disk.
-  if (::fsync(fd_) != 0 && errno != EINVAL && errno != EROFS) fail(errno);
-  const int fd = fd_;
-  fd_ = -1;
-  if (::close(fd) != 0) fail(errno);
+  if (!bringOntoDisk(file_)) fail(errno);  // some file systems tell of a full disk only now
+  const int file = file_;
+  file_ = -1;
+  if (!closeFile(file)) fail(errno);
 }
 
 void FileWriter::fail(int error) const {
@@ -60,18 +50,18 @@ void FileWriter::fail(int error) const {
 
 ResultFiles::~ResultFiles() {
   for (const Entry& entry : entries_) {
-    ::unlink(entry.unfinished.c_str());
+    removeFile(entry.unfinished);
     keepOnSignal(entry.unfinished);
   }
 }
 
 void ResultFiles::add(const std::string& name, const std::function<void(FileWriter&)>& content) {
-  const std::string place = (std::filesystem::path(folder_) / name).string();
+  const std::string place = placeIn(folder_, name);
   // the process number keeps two runs into one folder apart
-  const std::string beside = place + "." + std::to_string(::getpid());
+  const std::string beside = place + "." + std::to_string(processNumber());
   std::string unfinished = beside + ".unfinished";
   std::error_code error;  // a file of that name, whosever it is, stays
-  for (int k = 1; std::filesystem::exists(std::filesystem::symlink_status(unfinished, error)); ++k)
+  for (int k = 1; std::filesystem::exists(std::filesystem::symlink_status(pathOf(unfinished), error)); ++k)
     unfinished = beside + "." + std::to_string(k) + ".unfinished";
   if (!removeOnSignal(unfinished)) throw Failure("cannot write " + place + ": the path is too long");
   entries_.push_back({unfinished, place});
@@ -81,17 +71,17 @@ void ResultFiles::add(const std::string& name, const std::function<void(FileWrit
 }
 
 void ResultFiles::withdraw(const std::string& name) {
-  withdrawn_.push_back((std::filesystem::path(folder_) / name).string());
+  withdrawn_.push_back(placeIn(folder_, name));
 }
 
 void ResultFiles::putIntoPlace() {
   const SignalsHeldBack heldBack;
   for (const std::string& place : withdrawn_)
-    if (::unlink(place.c_str()) != 0 && errno != ENOENT)
+    if (!removeFile(place) && errno != ENOENT)
       throw Failure("cannot remove " + place + ", which is of an earlier run: " + std::strerror(errno));
   while (!entries_.empty()) {
     const Entry& entry = entries_.front();
-    if (std::rename(entry.unfinished.c_str(), entry.place.c_str()) != 0)
+    if (!moveFile(entry.unfinished, entry.place))
       throw Failure("cannot write " + entry.place + ": " + std::strerror(errno));
     keepOnSignal(entry.unfinished);
     entries_.erase(entries_.begin());
@@ -101,8 +91,8 @@ void ResultFiles::putIntoPlace() {
 
 void makeFolder(const std::string& folder) {
   std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (!error && !std::filesystem::is_directory(folder, error))
+  std::filesystem::create_directories(pathOf(folder), error);
+  if (!error && !std::filesystem::is_directory(pathOf(folder), error))
     error = std::make_error_code(std::errc::not_a_directory);
   if (error) throw Failure("cannot make the folder " + folder + ": " + error.message());
 }

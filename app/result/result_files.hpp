@@ -29,7 +29,7 @@ class FileWriter {
   void flush();
   [[noreturn]] void fail(int error) const;
   std::string shownPath_, buffer_;
-  int fd_;
+  int file_;  // its descriptor
 };
 
 class ResultFiles {

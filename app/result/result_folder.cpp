@@ -7,6 +7,7 @@
 #include "result/summary.hpp"
 #include "system/failure.hpp"
 #include "system/input_file.hpp"
+#include "system/path.hpp"
 
 namespace host {
 
@@ -23,7 +24,7 @@ std::string summaryText(const fs::path& path) {
   std::error_code error;
   if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestSummary || error) return "";
   try {
-    return readInputFile(path.string());
+    return readInputFile(pathText(path));
   } catch (const Failure&) {
     return "";
   }
@@ -41,9 +42,9 @@ void checkFolderIsFree(const std::string& folder, const std::vector<std::string>
   std::string found;
   std::error_code error;
   for (const std::string& name : names)
-    if (found.empty() && fs::exists(fs::symlink_status(fs::path(folder) / name, error))) found = name;
+    if (found.empty() && fs::exists(fs::symlink_status(pathOf(folder) / name, error))) found = name;
   if (found.empty()) return;
-  const Json json = Json::parse(summaryText(fs::path(folder) / "summary.json"), nullptr, false);
+  const Json json = Json::parse(summaryText(pathOf(folder) / "summary.json"), nullptr, false);
   const FileIdentity owner =
       json.is_object() ? FileIdentity{textOf(json, partPathKey), textOf(json, partHashKey)} : FileIdentity{};
   if (owner.hash.empty())

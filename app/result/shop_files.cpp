@@ -3,13 +3,13 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 
 #include "result/dxf_writer.hpp"
 #include "result/fld_picture.hpp"
 #include "result/result_tables.hpp"
 #include "result/strip_picture.hpp"
 #include "result/svg_writer.hpp"
+#include "system/path.hpp"
 #include "system/text.hpp"
 
 namespace host {
@@ -78,7 +78,7 @@ Drawing drawingOf(const RunReport& report) {
   drawing.warnings = drawing.notes;
   const double mm = report.unit.millimetres;
   const Rectangle& rectangle = report.results.blankRectangle;
-  drawing.notes.push_back(std::filesystem::path(report.part.file).filename().string());
+  drawing.notes.push_back(pathText(pathOf(report.part.file).filename()));
   drawing.notes.push_back("rectangle " + fixedDecimal(rectangle.length * mm, 2) + " x " +
                           fixedDecimal(rectangle.width * mm, 2) + " mm, area " +
                           fixedDecimal(report.results.blankAreaTotal * mm * mm, 1) + " mm2");

@@ -23,7 +23,7 @@ class RunLog {
 
  private:
   std::string path_, problem_;
-  int fd_;
+  int file_;  // its descriptor
 };
 
 }  // namespace host

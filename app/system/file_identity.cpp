@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "system/path.hpp"
+
 namespace host {
 
 std::string contentHash(std::string_view content) {
@@ -19,9 +21,9 @@ std::string contentHash(std::string_view content) {
 FileIdentity identityOf(const std::string& path, std::string_view content) {
   FileIdentity identity{"", contentHash(content)};
   std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return identity;
-  const std::filesystem::path place = std::filesystem::canonical(path, error);
-  if (!error) identity.path = place.string();
+  if (!std::filesystem::is_regular_file(pathOf(path), error)) return identity;
+  const std::filesystem::path place = std::filesystem::canonical(pathOf(path), error);
+  if (!error) identity.path = pathText(place);
   return identity;
 }
 

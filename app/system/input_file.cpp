@@ -1,16 +1,12 @@
 // Reads a whole input file into memory; see the header.
 #include "system/input_file.hpp"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
 #include <new>
 
 #include "system/failure.hpp"
+#include "system/file.hpp"
 
 namespace host {
 
@@ -18,9 +14,9 @@ namespace {
 
 // Closes the descriptor on every way out.
 struct OpenFile {
-  int fd;
+  int descriptor;
   ~OpenFile() {
-    if (fd >= 0) ::close(fd);
+    if (descriptor >= 0) closeFile(descriptor);
   }
 };
 
@@ -32,32 +28,19 @@ constexpr std::size_t longestPipe = std::size_t{1} << 28;  // nobody waits for a
   throw Failure("cannot read " + path + ": " + reason);
 }
 
-struct stat statusOf(const OpenFile& file, const std::string& path) {
-  struct stat status {};
-  if (::fstat(file.fd, &status) != 0) refuse(path, std::strerror(errno));
+FileStatus statusOf(const OpenFile& file, const std::string& path) {
+  FileStatus status;
+  if (!statusOf(file.descriptor, status)) refuse(path, std::strerror(errno));
   return status;
 }
 
-// Waits until somebody writes into the pipe, but not for ever. The descriptor does not block; a byte that comes
-// at the last moment is appended to the content.
+// Waits until somebody writes into the pipe, but not for ever.
 void waitForWriter(const OpenFile& file, const std::string& path, std::string& content) {
-  pollfd pipe{file.fd, POLLIN, 0};
-  int ready = 0;
-  do ready = ::poll(&pipe, 1, longestWait);
-  while (ready < 0 && errno == EINTR);
-  if (ready > 0) return;  // bytes, or a writer came and went
-  char first = 0;
-  const ssize_t got = ::read(file.fd, &first, 1);  // fails where there is a writer who has not written yet
-  if (got == 1) content += first;
-  if (got == 0)
+  bool nobody = false;
+  awaitWriter(file.descriptor, longestWait, content, nobody);
+  if (nobody)
     refuse(path, "it is a pipe, and for " + std::to_string(longestWait / 1000) +
                      " s nobody has opened it to write");
-}
-
-// From now on reading waits for the bytes.
-void letReadsWait(const OpenFile& file, const std::string& path) {
-  const int flags = ::fcntl(file.fd, F_GETFL);
-  if (flags < 0 || ::fcntl(file.fd, F_SETFL, flags & ~O_NONBLOCK) < 0) refuse(path, std::strerror(errno));
 }
 
 // Lengthens the content to at most `length` bytes with those that follow in the file.
@@ -69,8 +52,7 @@ void readUpTo(std::size_t length, const OpenFile& file, const std::string& path,
     refuse(path, "not enough memory for " + std::to_string(length) + " bytes");
   }
   while (filled < length) {
-    const ssize_t got = ::read(file.fd, content.data() + filled, length - filled);
-    if (got < 0 && errno == EINTR) continue;
+    const std::int64_t got = readBytes(file.descriptor, content.data() + filled, length - filled);
     if (got < 0) refuse(path, std::strerror(errno));
     if (got == 0) break;
     filled += static_cast<std::size_t>(got);
@@ -78,28 +60,26 @@ void readUpTo(std::size_t length, const OpenFile& file, const std::string& path,
   content.resize(filled);
 }
 
-bool differ(const struct stat& a, const struct stat& b) {
-  return a.st_size != b.st_size || a.st_mtim.tv_sec != b.st_mtim.tv_sec ||
-         a.st_mtim.tv_nsec != b.st_mtim.tv_nsec;
+bool differ(const FileStatus& a, const FileStatus& b) {
+  return a.length != b.length || a.seconds != b.seconds || a.nanoseconds != b.nanoseconds;
 }
 
 }  // namespace
 
 std::string readInputFile(const std::string& path, const HeadCheck& check) {
-  const OpenFile file{
-      ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};  // a pipe without writer would block
-  if (file.fd < 0) refuse(path, std::strerror(errno));
-  const struct stat status = statusOf(file, path);
-  if (S_ISDIR(status.st_mode)) refuse(path, std::strerror(EISDIR));
-  const bool sized = S_ISREG(status.st_mode) && status.st_size > 0;  // files of /proc say 0
+  const OpenFile file{openToRead(path)};
+  if (file.descriptor < 0) refuse(path, std::strerror(errno));
+  const FileStatus status = statusOf(file, path);
+  if (status.kind == FileKind::folder) refuse(path, std::strerror(EISDIR));
+  const bool sized = status.kind == FileKind::plain && status.length > 0;  // files of /proc say 0
 
   std::string content;
-  if (S_ISFIFO(status.st_mode)) waitForWriter(file, path, content);
-  letReadsWait(file, path);
+  if (status.kind == FileKind::pipe) waitForWriter(file, path, content);
+  if (!letReadsWait(file.descriptor)) refuse(path, std::strerror(errno));
   readUpTo(headLength, file, path, content);
-  if (check) check(content, sized ? std::int64_t{status.st_size} : -1);
+  if (check) check(content, sized ? status.length : -1);
   if (sized) {
-    const auto length = static_cast<std::size_t>(status.st_size);
+    const auto length = static_cast<std::size_t>(status.length);
     if (length > content.size()) readUpTo(length, file, path, content);
     // A part that another program is still writing must not pass for the whole one.
     if (content.size() < length || differ(status, statusOf(file, path)))

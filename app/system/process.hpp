@@ -1,8 +1,9 @@
-// What the process as a whole needs: usable standard streams, and an end by signal that leaves no
+// What the process as a whole needs: its arguments, usable standard streams, and an end by signal that leaves no
 // half-written files.
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace host {
 
@@ -10,7 +11,19 @@ namespace host {
 // takes their number; a closed pipe and a full quota become write errors instead of signals; SIGINT, SIGTERM
 // and SIGHUP remove the unfinished files named below, say so, and then end the process as they would have. Where the
 // caller ignores one of them it stays ignored.
+// On Windows the signals are Ctrl-C (SIGINT), Ctrl-Break (SIGTERM), and the end of the window or the session, which is
+// never held back for long: the system ends the process itself. The streams hold the bytes that are written, without
+// carriage returns, and a console is told that they are UTF-8.
 void prepareProcess();
+
+// The words of the command line in UTF-8, the program's own name first. argc, argv: main's.
+std::vector<std::string> programArguments(int argc, const char* const* argv);
+
+// The environment's value in UTF-8; empty: none.
+std::string environmentValue(const char* name);
+
+// The number of this process, which no other that runs has.
+int processNumber();
 
 // An unfinished file, or a folder of such files alone, that a signal shall remove. At most 16 at a time, paths shorter than 4096 bytes; returns
 // false (and does nothing) beyond that.
@@ -45,7 +58,7 @@ struct StoppedBySignal {
 };
 
 // Removes the unfinished files, says so, and ends the process by the signal, so that the caller learns of it: for a
-// shell the status is 128 + its number.
+// shell the status is 128 + its number; on Windows it is 0xC000013A, as if Ctrl-C had ended it.
 [[noreturn]] void endBySignal(int signal);
 
 // From now on the three signals end the process without a word: the results are in place.

@@ -1,17 +1,15 @@
 // Whether two paths lead to one file; see the header.
 #include "system/same_file.hpp"
 
-#include <sys/stat.h>
-
 #include "system/failure.hpp"
+#include "system/file.hpp"
 
 namespace host {
 
 bool sameFile(const std::string& a, const std::string& b) {
-  struct stat first {};
-  struct stat second {};
-  return ::stat(a.c_str(), &first) == 0 && ::stat(b.c_str(), &second) == 0 && S_ISREG(first.st_mode) &&
-         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+  FileStatus first, second;
+  return statusOf(a, first) && statusOf(b, second) && first.kind == FileKind::plain &&
+         first.device == second.device && first.number == second.number;
 }
 
 void checkOutputsSpareInputs(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs,

@@ -93,8 +93,7 @@ void ThreadPool::meet(Int arriving) {
   const Int meeting = meetings_.load(std::memory_order_relaxed);  // the next one needs this worker
   if (arrived_.fetch_add(arriving, std::memory_order_acq_rel) + arriving == threads_) {
     arrived_.store(0, std::memory_order_relaxed);
-    meetings_.store(meeting + 1, std::memory_order_release);
-    meetings_.notify_all();
+    beginMeeting(meeting + 1);
     return;
   }
   for (int look = 0; look < looks + politeLooks; ++look) {
@@ -104,8 +103,34 @@ void ThreadPool::meet(Int arriving) {
     else
       std::this_thread::yield();
   }
+  sleepUntilAfter(meeting);
+}
+
+#ifdef __linux__
+void ThreadPool::beginMeeting(Int meeting) {
+  meetings_.store(meeting, std::memory_order_release);
+  meetings_.notify_all();
+}
+
+void ThreadPool::sleepUntilAfter(Int meeting) {
   meetings_.wait(meeting, std::memory_order_acquire);
 }
+#else
+// Where the system has no futex, GCC 12's std::atomic::wait tests the value before it takes its lock, so that a
+// notification in between is lost and the worker sleeps for ever.
+void ThreadPool::beginMeeting(Int meeting) {
+  {
+    const std::lock_guard lock(sleeping_);
+    meetings_.store(meeting, std::memory_order_release);
+  }
+  wake_.notify_all();
+}
+
+void ThreadPool::sleepUntilAfter(Int meeting) {
+  std::unique_lock lock(sleeping_);
+  wake_.wait(lock, [&] { return meetings_.load(std::memory_order_acquire) != meeting; });
+}
+#endif
 
 // A forked process has none of the helpers, only what would wait for them.
 void ThreadPool::forgetLostHelpers() {

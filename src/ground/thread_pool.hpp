@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -76,6 +77,8 @@ class ThreadPool {
   void perform();
   void call(Int number);
   void meet(Int arriving = 1);
+  void beginMeeting(Int meeting);     // wakes those who sleep for it
+  void sleepUntilAfter(Int meeting);  // until a later one begins
   void forgetLostHelpers();
 
   Int threads_;
@@ -89,6 +92,10 @@ class ThreadPool {
   alignas(64) std::atomic<Int64> taken_{0};
   alignas(64) std::atomic<Int> arrived_{0};
   alignas(64) std::atomic<Int> meetings_{0};
+#ifndef __linux__
+  std::mutex sleeping_;
+  std::condition_variable wake_;
+#endif
 };
 
 /// Calls work(first, last) on ranges that together make up 1..length, each at least `least` long: on all workers of

@@ -1,21 +1,19 @@
 // A folder of its own for each test, removed at its end.
 #pragma once
 
-#include <stdlib.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <set>
-#include <stdexcept>
 #include <string>
 
 class ScratchFolder {
  public:
   ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tornwalzen_test_XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
-    path_ = name;
+    std::random_device any;
+    do path_ = std::filesystem::temp_directory_path() / ("tornwalzen_test_" + std::to_string(any()));
+    while (!std::filesystem::create_directory(path_));  // it is there already
   }
   ~ScratchFolder() { std::filesystem::remove_all(path_); }
   ScratchFolder(const ScratchFolder&) = delete;

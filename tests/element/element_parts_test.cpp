@@ -17,6 +17,7 @@ namespace {
 
 using tornwalzen::ElementParts;
 using tornwalzen::Int64;
+using tornwalzen::PartsPointer;
 using tornwalzen::ThreadPool;
 
 constexpr Int cells = 41;  // 3362 elements: enough to be shared, two of them in a batch of their own

@@ -1,6 +1,5 @@
 // The message and progress functions with what a careless host hands them, and handlers that misbehave.
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstring>

@@ -3,11 +3,14 @@
 #include "ground/thread_pool.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdint>
+#ifdef __unix__
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 namespace tornwalzen {
 namespace {
@@ -33,6 +36,21 @@ TEST(ThreadPoolInThreads, EveryShareIsTakenOnceAndAMeetingShowsWhatWasDone) {
       for (std::size_t i = 0; i < taken.size(); ++i) ASSERT_EQ(taken[i], i % 2 == 0 ? 2 : 1);
     }
   }
+}
+
+// Between the jobs the helpers fall asleep, some of them just as the next one begins.
+TEST(ThreadPoolInThreads, NobodySleepsThroughAMeeting) {
+  const auto pool = ThreadPool::start(4);
+  ASSERT_TRUE(pool);
+  std::atomic<Int64> sum{0};
+  for (int job = 0; job < 2000; ++job) {
+    pool->run([&](ThreadPool::Worker& me) {
+      me.share(8, [&](Int64 i) { sum += i; });
+      me.meet();
+    });
+    if (job % 10 == 0) std::this_thread::sleep_for(std::chrono::microseconds(job % 500));
+  }
+  EXPECT_EQ(sum, 2000 * 28);
 }
 
 TEST(ThreadPoolInThreads, RangesCoverEveryNumberOnce) {
@@ -95,6 +113,7 @@ TEST(ThreadPoolInThreads, ScratchIsAlignedAndGrows) {
   EXPECT_EQ(pool->scratchBytes(), 0);
 }
 
+#ifdef __unix__
 // A forked process has the calling thread alone and must neither wait for the others nor end them.
 TEST(ThreadPool, AForkedProcessWorksAlone) {
   const auto pool = ThreadPool::start(3);
@@ -111,6 +130,7 @@ TEST(ThreadPool, AForkedProcessWorksAlone) {
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
   EXPECT_EQ(pool->threads(), 3);
 }
+#endif
 
 }  // namespace
 }  // namespace tornwalzen

@@ -20,11 +20,13 @@ inline void materialSetup(Int selector) {
 
 /// As after loading, but for the progress handler, which a test's host may have registered already.
 inline void freshState() {
-  const ProgressChannel progress = run.progress;
+  const TornwalzenProgressHandler handler = run.progress.handler;
+  void* const userdata = run.progress.userdata;
   forget<LibraryState>(run);
   forget<MeshState>(run);
   forget<RunState>(run);
-  run.progress = progress;
+  run.progress.handler = handler;
+  run.progress.userdata = userdata;
 }
 
 }  // namespace tornwalzen

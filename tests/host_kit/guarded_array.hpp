@@ -2,8 +2,17 @@
 // ends the process. The rest of its pages holds guard bytes, which `whole` compares.
 #pragma once
 
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#undef far  // words of 16-bit days
+#undef near
+#else
 #include <sys/mman.h>
 #include <unistd.h>
+#endif
 #if __has_include(<valgrind/memcheck.h>)
 #include <valgrind/memcheck.h>
 #else
@@ -18,33 +27,73 @@
 
 namespace host_kit {
 
+enum class Access { none, read, readAndWrite };
+
+/// Pages of the system's memory, without access at first.
+class Pages {
+ public:
+#ifdef _WIN32
+  static unsigned char* take(std::size_t length) {
+    return static_cast<unsigned char*>(
+        VirtualAlloc(nullptr, length, MEM_RESERVE | MEM_COMMIT, PAGE_NOACCESS));
+  }
+  static void give(unsigned char* block, std::size_t) {
+    VirtualFree(block, 0, MEM_RELEASE);
+  }
+  static bool allow(unsigned char* first, std::size_t length, Access access) {
+    constexpr DWORD words[] = {PAGE_NOACCESS, PAGE_READONLY, PAGE_READWRITE};
+    DWORD before;
+    return VirtualProtect(first, length, words[static_cast<int>(access)], &before) != 0;
+  }
+  static std::size_t size() {
+    SYSTEM_INFO info;
+    GetSystemInfo(&info);
+    return info.dwPageSize;
+  }
+#else
+  static unsigned char* take(std::size_t length) {
+    void* const block = mmap(nullptr, length, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    return block == MAP_FAILED ? nullptr : static_cast<unsigned char*>(block);
+  }
+  static void give(unsigned char* block, std::size_t length) {
+    munmap(block, length);
+  }
+  static bool allow(unsigned char* first, std::size_t length, Access access) {
+    constexpr int words[] = {PROT_NONE, PROT_READ, PROT_READ | PROT_WRITE};
+    return mprotect(first, length, words[static_cast<int>(access)]) == 0;
+  }
+  static std::size_t size() {
+    return static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  }
+#endif
+};
+
 enum class Flush { end, start };  // the end of the array that lies against its guard page
 
 /// Raw pages between two guard pages.
 class GuardedBytes {
  public:
   GuardedBytes(std::size_t length, Flush flush) : length_(length) {
-    const std::size_t page = pageSize();
+    const std::size_t page = Pages::size();
     used_ = (length + page - 1) / page * page;
-    block_ = static_cast<unsigned char*>(
-        mmap(nullptr, used_ + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
-    if (block_ == MAP_FAILED) std::abort();
+    block_ = Pages::take(used_ + 2 * page);
+    if (block_ == nullptr) std::abort();
     pages_ = block_ + page;
     first_ = flush == Flush::end ? pages_ + (used_ - length) : pages_;
-    allow(PROT_READ | PROT_WRITE);
+    allow(Access::readAndWrite);
     if (used_ == 0) return;
     std::memset(pages_, guardByte, used_);
     std::memset(first_, unsetByte, length);
     VALGRIND_MAKE_MEM_UNDEFINED(first_, length);
   }
-  ~GuardedBytes() { munmap(block_, used_ + 2 * pageSize()); }
+  ~GuardedBytes() { Pages::give(block_, used_ + 2 * Pages::size()); }
   GuardedBytes(const GuardedBytes&) = delete;
   GuardedBytes& operator=(const GuardedBytes&) = delete;
 
   void* first() const { return first_; }
   std::size_t length() const { return length_; }
-  void allow(int protection) const {
-    if (used_ > 0 && mprotect(pages_, used_, protection) != 0) std::abort();
+  void allow(Access access) const {
+    if (used_ > 0 && !Pages::allow(pages_, used_, access)) std::abort();
   }
   bool whole() const {
     const auto guard = [](unsigned char byte) { return byte == guardByte; };
@@ -52,7 +101,6 @@ class GuardedBytes {
   }
 
  private:
-  static std::size_t pageSize() { return static_cast<std::size_t>(sysconf(_SC_PAGESIZE)); }
   static constexpr unsigned char guardByte = 0xA5;
   static constexpr unsigned char unsetByte = 0xFF;  // every double a NaN, every integer -1
   std::size_t length_, used_ = 0;
@@ -91,7 +139,7 @@ class GuardedArray {
   T* begin() const { return data(); }
   T* end() const { return data() + length(); }
   bool whole() const { return bytes_->whole(); }
-  void readOnly(bool on) const { bytes_->allow(on ? PROT_READ : PROT_READ | PROT_WRITE); }
+  void readOnly(bool on) const { bytes_->allow(on ? Access::read : Access::readAndWrite); }
 
  private:
   std::string name_;

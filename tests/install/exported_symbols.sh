@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# The shared library exports its functions, fixed and extended, and nothing else, under a versioned soname.
-# usage: exported_symbols.sh LIBRARY MAJOR
+# The shared library exports its functions, fixed and extended, and nothing else: under a versioned soname, and on
+# Windows without need of another library than the system's own.
+# usage: exported_symbols.sh LIBRARY MAJOR | exported_symbols.sh LIBRARY.dll
 set -euo pipefail
-library=$1 major=$2
+library=$1
 
 fixed='OSINIT OSMAIN PlivaneSetProgressHdlr inipgr procpu progre proinf prterr prttxt'
 extended='analysis_binder_pressure analysis_blank analysis_contact_pressure analysis_create analysis_destroy
@@ -18,12 +19,28 @@ extended='analysis_binder_pressure analysis_blank analysis_contact_pressure anal
 wanted=$fixed
 for name in $extended; do wanted+=" tornwalzen_$name"; done
 # Of a symbol "name@@VERSION" the name counts; absolute symbols (A) are version names.
-found=$(nm -D --defined-only "$library" | awk '$2 != "A" {sub(/@.*/, "", $3); print $3}' | LC_ALL=C sort | xargs)
+elfNames() { nm -D --defined-only "$library" | awk '$2 != "A" {sub(/@.*/, "", $3); print $3}'; }
+dllHeaders() { x86_64-w64-mingw32-objdump -p "$library"; }
+dllNames() { dllHeaders | awk '/Ordinal\/Name Pointer/ {on = 1; next} NF == 0 {on = 0} on {print $NF}'; }
+names=elfNames
+[[ $library = *.dll ]] && names=dllNames
+found=$($names | LC_ALL=C sort | xargs)
 if [ "$found" != "$wanted" ]; then
   printf 'exported: %s\nwanted:   %s\n' "$found" "$wanted"
   exit 1
 fi
 
+if [[ $library = *.dll ]]; then
+  needed=$(dllHeaders | awk '/DLL Name:/ {print toupper($3)}' | LC_ALL=C sort | xargs)
+  if [ "$needed" != 'KERNEL32.DLL MSVCRT.DLL' ]; then
+    echo "needs: $needed"
+    exit 1
+  fi
+  echo "exports: $found; needs $needed"
+  exit
+fi
+
+major=$2
 soname=$(readelf -d "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
 if [ "$soname" != "libtornwalzen.so.$major" ]; then
   echo "soname: '$soname', wanted 'libtornwalzen.so.$major'"

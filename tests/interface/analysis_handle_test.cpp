@@ -1,13 +1,15 @@
 // An analysis with a handle: the same bits as through the fixed interface, what it refuses, and how a host ends it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include <cmath>
 #include <limits>
 
 #include "handle.hpp"
 #include "refusals.hpp"
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace extension {
 namespace {
@@ -423,7 +425,7 @@ TEST_F(AnalysisHandle, ANullHandleIsRefusedByEveryFunction) {
   EXPECT_STREQ(tornwalzen_analysis_error_text(nullptr, 0, 1), "");
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST_F(AnalysisHandle, AHundredLivesLeaveNoMemoryBehind) {
   const HostPart part = samplePart("square_cup", 300);
   const auto life = [&part] {

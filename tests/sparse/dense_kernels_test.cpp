@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <random>
 #include <vector>
 
@@ -20,13 +21,13 @@ using namespace tornwalzen;
 namespace {
 
 struct FreeDeleter {
-  void operator()(double* p) const { std::free(p); }
+  void operator()(double* p) const { ::operator delete(p, std::align_val_t(64)); }
 };
 using AlignedDoubles = std::unique_ptr<double[], FreeDeleter>;
 
 AlignedDoubles aligned(Int64 count) {
   const std::size_t bytes = (static_cast<std::size_t>(count) * sizeof(double) + 63) / 64 * 64;
-  double* p = static_cast<double*>(std::aligned_alloc(64, bytes));
+  double* p = static_cast<double*>(::operator new(bytes, std::align_val_t(64)));
   std::fill(p, p + bytes / sizeof(double), 3.0);
   return AlignedDoubles(p);
 }
@@ -166,8 +167,16 @@ double minusProduct(const DenseKernels& kernels, double c, double a, double b) {
   return &kernels == &portableKernels ? c - a * b : std::fma(-a, b, c);
 }
 
+// The runtime library of Windows rounds std::fma twice, and with it this oracle.
+#ifdef __MINGW32__
+constexpr bool oracleRoundsOnce = false;
+#else
+constexpr bool oracleRoundsOnce = true;
+#endif
+
 TEST_P(EveryTable, EveryBuildRoundsAFrontAlike) {
   if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  if (!oracleRoundsOnce) GTEST_SKIP() << "skipped: std::fma of this system rounds twice";
   for (Int64 c : {9, 14, 33, 100, 130})
     for (Int64 w = 1; w <= 8; ++w) {  // one block of columns
       std::vector<double> a = randomFront(c, static_cast<unsigned>(c + w));
@@ -203,6 +212,7 @@ TEST_P(EveryTable, EveryBuildRoundsAFrontAlike) {
 
 TEST_P(EveryTable, EveryBuildRoundsAForwardSubstitutionAlike) {
   if (!table()) GTEST_SKIP() << "skipped: this processor has no such kernel table";
+  if (!oracleRoundsOnce) GTEST_SKIP() << "skipped: std::fma of this system rounds twice";
   std::mt19937 random(6);
   std::uniform_real_distribution<double> value(-1.0, 1.0);
   for (Int64 c : {3, 8, 20, 33, 64, 101})

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
 
 #include "app/refusal.hpp"
 #include "app/scratch_folder.hpp"
@@ -41,16 +40,4 @@ TEST(ChildProcess, SaysWhatCannotBeStarted) {
   const ScratchFolder folder;
   EXPECT_EQ(refusal([&] { runChild({"/nowhere/program"}, folder.file("output"), 1.0); }),
             "cannot run /nowhere/program: No such file or directory");
-}
-
-TEST(WorkFolder, IsGoneWithItsFilesAtItsEnd) {
-  std::string path;
-  {
-    WorkFolder folder;
-    path = folder.path();
-    EXPECT_TRUE(std::filesystem::is_directory(path));
-    std::ofstream(folder.file("a")) << "a";
-    std::ofstream(path + "/unforeseen") << "b";
-  }
-  EXPECT_FALSE(std::filesystem::exists(path));
 }

@@ -77,6 +77,20 @@ void prepareProcess() {
     if (!isIgnored(signal)) setHandler(signal, onEndingSignal);  // nohup and the like stay in force
 }
 
+std::vector<std::string> programArguments(int argc, const char* const* argv) {
+  if (argc == 0) return {"tornwalzen"};  // a caller may leave out even the name
+  return {argv, argv + argc};
+}
+
+std::string environmentValue(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+int processNumber() {
+  return ::getpid();
+}
+
 void endBySignal(int signal) {
   for (const UnfinishedFile& file : unfinished)
     if (file.used) ::unlink(file.path);

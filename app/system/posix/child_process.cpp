@@ -9,13 +9,11 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <thread>
 
 #include "system/failure.hpp"
-#include "system/process.hpp"
 
 namespace host {
 
@@ -95,31 +93,6 @@ ChildEnd runChild(const std::vector<std::string>& words, const std::string& outp
 std::string programFolder() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
-}
-
-WorkFolder::WorkFolder() {
-  std::error_code error;
-  const std::filesystem::path above = std::filesystem::temp_directory_path(error);
-  path_ = ((error ? std::filesystem::path("/tmp") : above) / "tornwalzen_XXXXXX").string();
-  if (::mkdtemp(path_.data()) == nullptr)
-    throw Failure("cannot make a folder for the import, " + path_ + ": " + std::strerror(errno));
-  removeOnSignal(path_);
-}
-
-WorkFolder::~WorkFolder() {
-  std::error_code error;
-  std::filesystem::remove_all(path_, error);
-  for (const std::string& name : files_) keepOnSignal(name);
-  keepOnSignal(path_);
-}
-
-std::string WorkFolder::file(const std::string& name) {
-  const std::string whole = path_ + "/" + name;
-  for (const std::string& known : files_)
-    if (known == whole) return whole;
-  files_.push_back(whole);
-  removeOnSignal(whole);
-  return whole;
 }
 
 }  // namespace host
