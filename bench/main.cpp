@@ -1,5 +1,5 @@
 // The benchmarks' program: solver phases against peers, the other phases per element and node, whole runs.
-// usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] [sure]
+// usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [peers] [phases] [runs] [sure]
 //        [threads] [flatten]
 #include <cstdio>
 #include <cstdlib>
@@ -40,15 +40,17 @@ Options readOptions(int argc, char** argv) {
       o.threadedBlasNodes = std::atoi(argv[++k]);
     else if (word == "--csv" && k + 1 < argc)
       o.csv = argv[++k];
-    else if (word == "kernels" || word == "solver" || word == "phases" || word == "runs" || word == "sure" ||
-             word == "threads" || word == "flatten")
+    else if (word == "kernels" || word == "solver" || word == "peers" || word == "phases" || word == "runs" ||
+             word == "sure" || word == "threads" || word == "flatten")
       o.parts.insert(word);
     else
       throw std::invalid_argument(
-          "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [phases] [runs] "
+          "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [peers] [phases] "
+          "[runs] "
           "[sure] [threads] [flatten]");
   }
-  if (o.parts.empty()) o.parts = {"kernels", "solver", "phases", "runs", "sure", "threads", "flatten"};
+  if (o.parts.empty())
+    o.parts = {"kernels", "solver", "peers", "phases", "runs", "sure", "threads", "flatten"};
   return o;
 }
 
@@ -71,9 +73,7 @@ void printMachine(const bench::Machine& m) {
 void runSolver(const Options& o, const bench::Machine& machine, bench::Report& report) {
   using bench::Numbering;
   for (std::int32_t nodes : {1000, 10000, 100000}) bench::raceSolvers({nodes}, machine, report);
-  for (std::int32_t nodes : {10000, 100000}) bench::raceMumps(nodes, report);
   if (o.quick) return;
-  bench::raceMumps(500000, report);
   for (std::int32_t nodes : {1000, 10000, 100000})
     bench::raceSolvers({nodes, true, Numbering::rows, false, true}, machine, report);
   bench::raceSolvers({100000, false, Numbering::random, false, false}, machine, report);
@@ -109,6 +109,12 @@ void runThreads(const Options& o, bench::Report& report) {
   bench::raceThreadedBlas(100000, report);
   bench::threadsOfElements(100000, report);
   bench::threadsOfSureRun(200000, report);
+  bench::memoryOverThreads(200000, report);
+}
+
+void runPeers(const Options& o, bench::Report& report) {
+  for (std::int32_t nodes : {10000, 100000}) bench::raceMumps(nodes, report);
+  if (!o.quick) bench::raceMumps(500000, report);
 }
 
 void runSamples(const Options& o, const bench::Machine& machine, bench::Report& report) {
@@ -131,6 +137,7 @@ int main(int argc, char** argv) try {
   printMachine(machine);
   if (options.parts.count("kernels")) bench::timeKernels(machine, report);
   if (options.parts.count("solver")) runSolver(options, machine, report);
+  if (options.parts.count("peers")) runPeers(options, report);
   if (options.parts.count("phases")) runPhases(options, report);
   if (options.parts.count("runs")) runSamples(options, machine, report);
   if (options.parts.count("sure")) runSure(options, report);

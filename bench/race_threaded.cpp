@@ -44,6 +44,7 @@ void raceThreadedBlas(std::int32_t nodes, Report& report) {
     std::printf("  left out: CHOLMOD on OpenBLAS with threads (libopenblas0-pthread is missing)\n");
     return;
   }
+  const AllCores cores;  // the second process counts them when it begins
   const std::string count = std::to_string(threads), self = fs::read_symlink("/proc/self/exe").string();
   std::istringstream told(outputOf("LD_LIBRARY_PATH=" BENCH_THREADED_BLAS " OPENBLAS_NUM_THREADS=" + count +
                                    " OMP_NUM_THREADS=" + count + " '" + self + "' --threaded-blas " +

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 
@@ -136,21 +138,20 @@ void threadsOfElements(std::int32_t nodes, Report& report) {
   print("elements", sizeName(nodes), passes, report);
 }
 
-void threadsOfSureRun(std::int32_t triangles, Report& report) {
-  const AllCores cores;
-  shapes::MeshChoice choice;
-  choice.triangles = triangles;
-  choice.seed = 1;
-  const shapes::Sheet sheet = shapes::makeShape("square_cup", choice);
-  const std::vector<std::int32_t> held = heldRigidMotion(sheet);
-  std::vector<double> blank;
-  const Pair runs = inTurns(3, [&](bool both, WallTimes& times) {
-    const int threads = both ? 2 : 1;
+namespace {
+
+/// square_cup by the sure path.
+class SureRun {
+ public:
+  explicit SureRun(std::int32_t triangles) : sheet_(sheetOf(triangles)), held_(heldRigidMotion(sheet_)) {}
+
+  /// Throws std::runtime_error where a run differs from the first by a bit.
+  TornwalzenReport on(std::int32_t threads, WallTimes& times) {
     const std::unique_ptr<TornwalzenAnalysis, Destroy> analysis(tornwalzen_analysis_create());
     TornwalzenAnalysis* const a = analysis.get();
-    if (tornwalzen_analysis_set_mesh(a, sheet.nodes(), sheet.triangles(), sheet.knots.data(),
-                                     sheet.inzi.data(), 1) != TORNWALZEN_OK ||
-        tornwalzen_analysis_set_holds(a, held.data()) != TORNWALZEN_OK ||
+    if (tornwalzen_analysis_set_mesh(a, sheet_.nodes(), sheet_.triangles(), sheet_.knots.data(),
+                                     sheet_.inzi.data(), 1) != TORNWALZEN_OK ||
+        tornwalzen_analysis_set_holds(a, held_.data()) != TORNWALZEN_OK ||
         tornwalzen_analysis_set_threads(a, threads) != TORNWALZEN_OK)
       throw std::runtime_error("the run was refused");
     tornwalzen_analysis_set_path(a, 1);
@@ -158,12 +159,64 @@ void threadsOfSureRun(std::int32_t triangles, Report& report) {
     tornwalzen_analysis_set_tolerance_factors(a, 0.001, 1.0);
     times.take([&] { tornwalzen_analysis_run(a); });
     const double* const found = tornwalzen_analysis_blank(a);
-    const std::vector<double> now(found, found + 2 * sheet.nodes());
-    if (blank.empty()) blank = now;
-    if (std::memcmp(now.data(), blank.data(), sizeof(double) * now.size()) != 0)
-      throw std::runtime_error("two threads do not give the bits of one");
-  });
+    const std::vector<double> now(found, found + 2 * sheet_.nodes());
+    if (blank_.empty()) blank_ = now;
+    if (std::memcmp(now.data(), blank_.data(), sizeof(double) * now.size()) != 0)
+      throw std::runtime_error("several threads do not give the bits of one");
+    TornwalzenReport report{};
+    report.size = sizeof report;
+    tornwalzen_analysis_report(a, &report);
+    return report;
+  }
+
+ private:
+  static shapes::Sheet sheetOf(std::int32_t triangles) {
+    shapes::MeshChoice choice;
+    choice.triangles = triangles;
+    choice.seed = 1;
+    return shapes::makeShape("square_cup", choice);
+  }
+
+  const shapes::Sheet sheet_;
+  const std::vector<std::int32_t> held_;
+  std::vector<double> blank_;
+};
+
+/// Bytes of the largest resident size since the last call, and begins anew; 0 where the system does not tell.
+double peakSinceLast() {
+  double peak = 0.0;
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.rfind("VmHWM:", 0) == 0) peak = 1024.0 * std::atof(line.c_str() + 6);
+  std::ofstream("/proc/self/clear_refs") << 5;  // proc(5): resets the peak
+  return peak;
+}
+
+}  // namespace
+
+void threadsOfSureRun(std::int32_t triangles, Report& report) {
+  const AllCores cores;
+  SureRun run(triangles);
+  const Pair runs = inTurns(3, [&](bool both, WallTimes& times) { run.on(both ? 2 : 1, times); });
   print("sure", sizeName(triangles), runs, report);
+}
+
+void memoryOverThreads(std::int32_t triangles, Report& report) {
+  const AllCores cores;
+  SureRun run(triangles);
+  std::printf("  memory of that run over threads:");
+  for (const std::int32_t threads : {1, 2, 4, 8}) {
+    WallTimes times;
+    peakSinceLast();
+    const TornwalzenReport told = run.on(threads, times);
+    const double peak = peakSinceLast();
+    std::printf("  %d: %.0f MB", threads, 1e-6 * peak);
+    const std::string who = std::to_string(threads);
+    report.figure("thread-memory", sizeName(triangles), who, "peak", peak, "bytes");
+    report.figure("thread-memory", sizeName(triangles), who, "own", static_cast<double>(told.thread_bytes),
+                  "bytes");
+  }
+  std::printf("\n");
 }
 
 }  // namespace bench

@@ -18,4 +18,7 @@ void threadsOfElements(std::int32_t nodes, Report& report);
 /// bit.
 void threadsOfSureRun(std::int32_t triangles, Report& report);
 
+/// Largest resident size of the process in that run on 1, 2, 4 and 8 threads, and what the analysis tells of it.
+void memoryOverThreads(std::int32_t triangles, Report& report);
+
 }  // namespace bench

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Puts the figures of a benchmark run into docs/performance.md, between its marks, and draws docs/roofline.png
-(Debian: python3-matplotlib). usage: docs/performance_figures.py BENCH_CSV; `scripts/bench --docs` does both."""
+"""Puts the figures of a benchmark run into docs/performance.md, between their marks, and draws docs/roofline.png and
+docs/threads.png; parts that did not run, or only in small sizes, stay as they are (Debian: python3-matplotlib). usage: docs/performance_figures.py BENCH_CSV; `scripts/bench --docs` does both."""
 import csv
 import pathlib
 import sys
 
 HERE = pathlib.Path(__file__).parent
-BEGIN, END = "<!-- figures: begin -->", "<!-- figures: end -->"
+THREADED = " t2"  # ends the size of a ratio of two threads to one
 SIZES = ["1k", "10k", "100k", "500k", "1M"]
 
 
@@ -45,10 +45,16 @@ def machine(f):
             f"memory {shown(f.value('machine', 'memory', 'read', 'bandwidth'))} GB/s. Medians of processor times.", ""]
 
 
+def triangles(size):
+    """What a size is sorted by; a part goes first."""
+    number = size.replace("k", "e3").replace("M", "e6")
+    return float(number) if number[0].isdigit() else 0.0
+
+
 def ratios(f):
-    phases = list(dict.fromkeys(r["quantity"] for r in f.rows if r["phase"] == "ratio"))
-    sizes = sorted({r["subject"] for r in f.rows if r["phase"] == "ratio"},
-                   key=lambda s: float(s.replace("k", "e3").replace("M", "e6")))
+    rows = [r for r in f.rows if r["phase"] == "ratio" and not r["subject"].endswith(THREADED)]
+    phases = list(dict.fromkeys(r["quantity"] for r in rows))
+    sizes = sorted({r["subject"] for r in rows}, key=triangles)
     rows = [[p] + [shown(f.value("ratio", s, "tornwalzen", p), "{:.2f}") for s in sizes] for p in phases]
     return ["### Ratios", ""] + table(["phase"] + sizes, rows)
 
@@ -109,12 +115,78 @@ def picture(f, path):
     figure.savefig(path, dpi=110, bbox_inches="tight")
 
 
+def threaded(f):
+    """(phase, size, ratio) of two threads to one, and to the peers on two."""
+    return [(r["quantity"], r["subject"][:-len(THREADED)], float(r["value"])) for r in f.rows
+            if r["phase"] == "ratio" and r["subject"].endswith(THREADED)]
+
+
+def threads(f):
+    rows = []
+    for phase, size, ratio in threaded(f):
+        quiet = f.value("threads", size, phase, "undisturbed")
+        ms = [f.value("threads", size, phase, "wall " + n) if quiet != 0 else None for n in "12"]
+        cpu = [f.value("threads", size, phase, "cpu " + n) for n in "12"]
+        busy = 0.5 * cpu[1] / cpu[0] if all(cpu) else None
+        rows.append([f"{phase} {size}"] + [shown(v, "{:.4g}", 1e3) for v in ms] +
+                    [f"{ratio:.2f}" if quiet != 0 else "", shown(busy, "{:.2f}"), shown(quiet, "{:.0f}")])
+    memory = [[f"{n} threads" if n != "1" else "1 thread"] +
+              [shown(f.value("thread-memory", size, n, q), "{:.0f}", 1e-6) for q in ("peak", "own")]
+              for size in f.subjects("thread-memory") for n in f.who("thread-memory", size)]
+    return (table(["", "one thread, ms", "two, ms", "ratio", "half of the processor times' ratio", "undisturbed runs"],
+                  rows) + table(["sure run", "peak of the process, MB", "told as `thread_bytes`, MB"], memory))
+
+
+def peers(f):
+    rows = []
+    for size in f.subjects("numeric-mumps"):
+        for who in f.who("numeric-mumps", size):
+            rows.append([f"{who}, {size} nodes"] + [shown(f.value(p + "-mumps", size, who, "cpu"), "{:.4g}", 1e3)
+                                                  for p in ("analyse", "numeric", "solve")])
+    return table(["processor times, ms", "analyse", "repeat", "solve"], rows)
+
+
+def threads_picture(f, path):
+    import matplotlib
+    matplotlib.use("Agg")
+    import matplotlib.pyplot as plt
+    figure, (left, right) = plt.subplots(1, 2, figsize=(9, 3.6))
+    for phase, size, ratio in reversed([t for t in threaded(f) if f.value("threads", t[1], t[0], "cpu 1")]):
+        busy = 2.0 * f.value("threads", size, phase, "cpu 1") / f.value("threads", size, phase, "cpu 2")
+        left.barh(f"{phase} {size}", busy, color="tab:blue", alpha=0.3)
+        if f.value("threads", size, phase, "undisturbed"):
+            left.barh(f"{phase} {size}", 1.0 / ratio, color="tab:blue", height=0.5)
+    left.set(xlabel="speed-up of two threads over one; pale: were both\nalways at work (from processor times)", xlim=(0, 2))
+    for size in f.subjects("thread-memory"):
+        n = f.who("thread-memory", size)
+        right.plot([int(k) for k in n], [1e-6 * f.value("thread-memory", size, k, "peak") for k in n], marker="o",
+                   label="process")
+        right.plot([int(k) for k in n], [1e-6 * f.value("thread-memory", size, k, "own") for k in n], marker="s",
+                   label="of it the threads'")
+        right.set(title=f"sure run, {size} triangles", xlabel="threads", ylabel="MB", ylim=(0, None))
+    right.grid(alpha=0.3)
+    right.legend(fontsize=8)
+    figure.tight_layout()
+    figure.savefig(path, dpi=110)
+
+
+def replaced(text, name, lines):
+    begin, end = f"<!-- {name}: begin -->", f"<!-- {name}: end -->"
+    return text[:text.index(begin)] + "\n".join([begin, ""] + lines + [end]) + text[text.index(end) + len(end):]
+
+
 def main():
     f = Figures(sys.argv[1])
-    generated = "\n".join([BEGIN, ""] + machine(f) + ratios(f) + solver(f) + phases(f) + runs(f) + [END])
     page = HERE / "performance.md"
     text = page.read_text()
-    page.write_text(text[:text.index(BEGIN)] + generated + text[text.index(END) + len(END):])
+    if "jittered-500k-mesher" in f.subjects("numeric") and f.subjects("run"):
+        text = replaced(text, "figures", machine(f) + ratios(f) + solver(f) + phases(f) + runs(f))
+    if f.subjects("numeric-mumps"):
+        text = replaced(text, "peers", peers(f))
+    if threaded(f) and f.subjects("thread-memory"):
+        text = replaced(text, "threads", threads(f))
+        threads_picture(f, HERE / "threads.png")
+    page.write_text(text)
     if f.subjects("kernel"):
         picture(f, HERE / "roofline.png")
 
