@@ -104,6 +104,22 @@ TEST(BendLines, DoNotFollowTheMesh) {
   expectLine(lines[0], {x, 0}, {x, 10}, 0.02);
 }
 
+// A mesh that is twice as fine in one half of the bend does not draw the line to it.
+TEST(BendLines, AreTheMiddleOfTheAngleNotOfTheNodes) {
+  Profile profile;
+  for (int k = 0; k <= 25; ++k) profile.push_back({2.0 * k, 0.0});
+  const auto bendTo = [&](double angle) {
+    profile.push_back({50 + 5 * std::sin(angle), 5 * (1 - std::cos(angle))});
+  };
+  for (int k = 1; k <= 5; ++k) bendTo(pi / 4 * k / 5);
+  for (int k = 1; k <= 10; ++k) bendTo(pi / 4 * (1 + k / 10.0));
+  for (int k = 1; k <= 25; ++k) profile.push_back({55.0, 5 + 2.0 * k});
+  const Lines lines = sheetAlong(profile, {0, 1, 2, 3, 4}).lines(20.0);
+  ASSERT_EQ(lines.size(), 1u);
+  const double x = 50.0 + 5 * pi / 4;
+  expectLine(lines[0], {x, 0}, {x, 4}, 0.1);  // by the nodes it would lie 0.6 mm beside
+}
+
 TEST(BendLines, LieOnTheBlankAsItIsTurned) {
   Bent bent = sheetAlong(bendProfile(5.0), {0, 5, 10});
   const double c = std::cos(0.4), s = std::sin(0.4);
