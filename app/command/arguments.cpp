@@ -15,7 +15,8 @@ namespace {
 constexpr int mostThreads = 64;  // that the library takes
 
 constexpr const char* partDescription =
-    "the part, drawn along z: a mesh (OBJ, STL, Nastran, Abaqus, LS-DYNA, PLY, OFF, VTU, VTK, MSH, MED), a "
+    "the part, however it lies (drawn along z for --path fixed): a mesh (OBJ, STL, Nastran, Abaqus, LS-DYNA, "
+    "PLY, OFF, VTU, VTK, MSH, MED), a "
     "mesh deck, or a CAD file (STEP, IGES, BREP)";
 
 void describeHold(CLI::App* command, std::string& hold) {
