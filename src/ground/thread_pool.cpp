@@ -40,8 +40,7 @@ std::unique_ptr<ThreadPool> ThreadPool::start(Int threads) {
   if (!pool) return nullptr;
   try {
     pool->startHelpers();
-  } catch (
-      ...) {  // no memory for the list, or the system refuses a thread: the destructor ends those that run
+  } catch (...) {  // no memory for the list, or no further thread
     return nullptr;
   }
   return pool;
