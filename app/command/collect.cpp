@@ -22,8 +22,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t longestSummary = 1 << 20;  // bytes; ours have a few thousand
-constexpr int deepestObject = 4;                    // in a summary; ours have two
+constexpr int deepestObject = 4;  // in a summary; ours have two
 constexpr const char* tableName = "collected.csv";
 constexpr const char* pageName = "overview.html";
 
@@ -83,17 +82,6 @@ void takeFigures(const Json& summary, OverviewRow& row) {
   addFigures(summary, "", deepestObject, row.figures);
 }
 
-std::string summaryText(const std::string& folder) {
-  const fs::path path = pathOf(folder) / "summary.json";
-  std::error_code error;
-  if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestSummary || error) return "";
-  try {
-    return readInputFile(pathText(path));
-  } catch (const Failure&) {
-    return "";
-  }
-}
-
 // Files of these names are replaced only if this command made them.
 void checkPlaces(const fs::path& folder, bool force) {
   for (const auto& [name, beginning] :
@@ -137,7 +125,7 @@ OverviewRow rowOf(const std::string& folder) {
     row.options = optionsIn(outcome->arguments);
   }
   const bool ended = !outcome || outcome->status == exitConverged || outcome->status == exitUnconverged;
-  if (ended && takeSummary(summaryText(folder), row)) return row;
+  if (ended && takeSummary(readRecordFile(placeIn(folder, "summary.json")), row)) return row;
   if (outcome && !outcome->reason.empty()) {
     row.verdict = outcome->status == exitRunFailed ? "failed" : "refused";
     row.reason = outcome->reason;

@@ -19,7 +19,6 @@ using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
 constexpr const char* format = "tornwalzen outcome 1";
-constexpr std::uintmax_t longestOutcome = 1 << 20;  // bytes; ours have some hundred
 
 void writeOutcome(const SolveOptions& options, int status, const std::string& reason) {
   const Json json{{"format", format},           {"program", "tornwalzen " TORNWALZEN_VERSION},
@@ -72,15 +71,7 @@ std::optional<Outcome> outcomeIn(const std::string& content) {
 }
 
 std::optional<Outcome> readOutcome(const std::string& path) {
-  std::error_code error;
-  if (!fs::is_regular_file(pathOf(path), error) || fs::file_size(pathOf(path), error) > longestOutcome ||
-      error)
-    return std::nullopt;
-  try {
-    return outcomeIn(readInputFile(path));
-  } catch (const Failure&) {
-    return std::nullopt;
-  }
+  return outcomeIn(readRecordFile(path));
 }
 
 }  // namespace host

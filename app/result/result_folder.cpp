@@ -16,19 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-constexpr std::int64_t longestSummary = 1 << 20;  // bytes; ours have a few thousand
 constexpr const char* cure = "; choose another folder with --out, or replace them with --force";
-
-// Only a plain file of a summary's length is read.
-std::string summaryText(const fs::path& path) {
-  std::error_code error;
-  if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestSummary || error) return "";
-  try {
-    return readInputFile(pathText(path));
-  } catch (const Failure&) {
-    return "";
-  }
-}
 
 std::string textOf(const Json& json, const char* key) {
   const auto entry = json.find(key);
@@ -44,7 +32,7 @@ void checkFolderIsFree(const std::string& folder, const std::vector<std::string>
   for (const std::string& name : names)
     if (found.empty() && fs::exists(fs::symlink_status(pathOf(folder) / name, error))) found = name;
   if (found.empty()) return;
-  const Json json = Json::parse(summaryText(pathOf(folder) / "summary.json"), nullptr, false);
+  const Json json = Json::parse(readRecordFile(placeIn(folder, "summary.json")), nullptr, false);
   const FileIdentity owner =
       json.is_object() ? FileIdentity{textOf(json, partPathKey), textOf(json, partHashKey)} : FileIdentity{};
   if (owner.hash.empty())

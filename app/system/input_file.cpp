@@ -3,10 +3,12 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <new>
 
 #include "system/failure.hpp"
 #include "system/file.hpp"
+#include "system/path.hpp"
 
 namespace host {
 
@@ -92,6 +94,20 @@ std::string readInputFile(const std::string& path, const HeadCheck& check) {
     readUpTo(length *= 2, file, path, content);
   }
   return content;
+}
+
+std::string readRecordFile(const std::string& path) {
+  constexpr std::uintmax_t longestRecord = 1 << 20;  // bytes
+  const std::filesystem::path place = pathOf(path);
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(place, error) ||
+      std::filesystem::file_size(place, error) > longestRecord || error)
+    return "";
+  try {
+    return readInputFile(path);
+  } catch (const Failure&) {
+    return "";
+  }
 }
 
 }  // namespace host

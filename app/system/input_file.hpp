@@ -15,4 +15,8 @@ using HeadCheck = std::function<void(const std::string& head, std::int64_t lengt
 // changed or cut off while it was read, a pipe that does not end or that nobody opens to write for 3 s; and what `check` throws.
 std::string readInputFile(const std::string& path, const HeadCheck& check = {});
 
+// The bytes of the plain file `path` of a run's own records, of which the longest have some thousand; empty where there is no
+// such file, it has more than 1 MiB, or it cannot be read.
+std::string readRecordFile(const std::string& path);
+
 }  // namespace host

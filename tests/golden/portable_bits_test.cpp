@@ -1,13 +1,12 @@
-// The portable kernels, and whole runs on them, give the recorded bits in every build and on every system: no compiler
-// fuses a product with a sum, none reorders one. Inputs are made without the mathematical library, whose last bits are
-// each system's own.
+// The portable kernels give the recorded bits in every build and on every system: no compiler fuses a product with a sum,
+// none reorders one. Inputs are made without the mathematical library, whose last bits are each system's own; whole runs
+// on the kernels need it, and give the recorded bits with one such library, glibc's.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <new>
 #include <random>
 #include <string>
@@ -139,17 +138,37 @@ std::string runBits(const char* sample, std::int32_t material) {
   return bits.text();
 }
 
-TEST(PortableBits, AreAsRecorded) {
-  std::string text = "dense kernels " + denseKernelBits() + "\nelement lanes " + elementLaneBits() + "\n";
-  for (const char* sample : {"square_cup", "s_rail"})
-    for (const std::int32_t material : {0, 1, 2, 10})
-      text += std::string(sample) + " material " + std::to_string(material) + " " +
-              runBits(sample, material) + "\n";
-  freshState();
+// The lines of the recording that begin with one of `names`.
+std::string recorded(const std::vector<std::string>& names) {
   std::ifstream file(TORNWALZEN_PORTABLE_BITS);
-  const std::string recorded{std::istreambuf_iterator<char>(file), {}};
-  EXPECT_EQ(text, recorded) << "after a deliberate change of the method, this is the new recording:\n"
-                            << text;
+  std::string lines;
+  for (std::string line; std::getline(file, line);)
+    for (const std::string& name : names)
+      if (line.starts_with(name)) lines += line + "\n";
+  return lines;
+}
+
+constexpr const char* advice = "after a deliberate change of the method, this is the new recording:\n";
+
+TEST(PortableBits, OfKernelsAreAsRecorded) {
+  const std::string text =
+      "dense kernels " + denseKernelBits() + "\nelement lanes " + elementLaneBits() + "\n";
+  freshState();
+  EXPECT_EQ(text, recorded({"dense kernels", "element lanes"})) << advice << text;
+}
+
+TEST(PortableBits, OfRunsAreAsRecorded) {
+#ifndef __GLIBC__
+  GTEST_SKIP() << "skipped: the C library's logarithms and angles are its own in the last bit";
+#endif
+  const std::vector<std::string> samples{"square_cup", "s_rail"};
+  std::string text;
+  for (const std::string& sample : samples)
+    for (const std::int32_t material : {0, 1, 2, 10})
+      text +=
+          sample + " material " + std::to_string(material) + " " + runBits(sample.c_str(), material) + "\n";
+  freshState();
+  EXPECT_EQ(text, recorded(samples)) << advice << text;
 }
 
 }  // namespace

@@ -95,3 +95,14 @@ TEST(InputFile, AnEndlessInputIsGivenUp) {
   EXPECT_EQ(refusal([] { readInputFile("/dev/zero"); }),
             "cannot read /dev/zero: no end within 268435456 bytes; a longer part must be a file");
 }
+
+TEST(RecordFile, IsReadIfItIsPlainAndShort) {
+  const ScratchFolder folder;
+  const std::string most(1 << 20, 'x');
+  EXPECT_EQ(readRecordFile(folder.write("summary", "{}")), "{}");
+  EXPECT_EQ(readRecordFile(folder.write("longest", most)), most);
+  EXPECT_EQ(readRecordFile(folder.write("longer", most + "x")), "");
+  EXPECT_EQ(readRecordFile(folder.file("none")), "");
+  EXPECT_EQ(readRecordFile(folder.path()), "");
+  EXPECT_EQ(readRecordFile("/dev/zero"), "");
+}
