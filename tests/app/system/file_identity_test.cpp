@@ -18,7 +18,9 @@ TEST(FileIdentity, HashAgreesWithPublishedVectors) {
 TEST(FileIdentity, APlaceIsKnownBehindLinks) {
   const ScratchFolder folder;
   folder.write("a", "x");
-  std::filesystem::create_symlink("a", folder.file("link"));
+  std::error_code error;
+  std::filesystem::create_symlink("a", folder.file("link"), error);
+  if (error) GTEST_SKIP() << "skipped: no symbolic links here";
   EXPECT_EQ(identityOf(folder.file("link"), "x").path, std::filesystem::canonical(folder.file("a")).string());
   EXPECT_EQ(identityOf("/dev/null", "").path, "");
   EXPECT_EQ(identityOf(folder.file("gone"), "x").path, "");
