@@ -125,7 +125,7 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
   NewtonOutcome found{SureEnd::tooLong, {}, 0.0, 0};
   mixing_.restart();
   Int mixed = 0, followed = 0, indefinite = 0, idle = 0;
-  bool exact = false, factored = false;
+  bool exact = false;
   double best = INFINITY, settled = INFINITY, move = INFINITY;
   const double standing = (limit < looseGradient ? settledMove : looseMove) * largestOf(problem.RX);
   for (Int round = 1; round <= mostRounds; ++round, ++run_.record.press.rounds) {
@@ -161,12 +161,10 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
       keep(problem, best_);
     }
     if (follow) {
-      factored = true;
       const double length = followed++ == mostFollowed ? 0.0 : followingRound(problem, exact);
       move = length * largestOf(step_.vector());
       if (length == 0.0 || (!exact && length < 1.0 && ++indefinite == mostIndefinite)) break;
     } else if (round <= firstRounds) {
-      factored = true;
       if (!newtonRound(problem, found.value, exact)) follow = true;
     } else {
       problem.tangent.solve(problem.RR, problem.RB);
@@ -179,19 +177,8 @@ NewtonOutcome PressPath::balance(SureProblem& problem, double limit, bool follow
   }
   found.end = SureEnd::noDescent;
   if (!(found.value.gradient <= limit)) return found;
-  if (!factored) exact = exactTangentHolds(problem);
   found.end = exact ? SureEnd::minimum : SureEnd::stationary;
   return found;
-}
-
-/// Is the tangent without loads positive definite at RX? Leaves its factor.
-bool PressPath::exactTangentHolds(SureProblem& problem) {
-  const ProcessorTime time(problem.counts.factorization);
-  potentialTangent(problem.mesh, problem.RX, problem.potential(0.0), problem.tangent.COLS(),
-                   problem.tangent.ROWI(), problem.RB, problem.tangent.SYSM());
-  problem.tangent.hold(problem.FREE);
-  ++problem.counts.factorizations;
-  return problem.tangent.factorize() && problem.tangent.negativePivots() == 0;
 }
 
 /// One step of Newton's method on the whole residual, the loads following the blank: products by differences, the exact

@@ -75,7 +75,6 @@ class PressPath {
   void told(double exponent);
   bool stands(const NewtonOutcome& found) const;
   NewtonOutcome balance(SureProblem& problem, double limit, bool follow);
-  bool exactTangentHolds(SureProblem& problem);
   double followingRound(SureProblem& problem, bool& exact);
   bool newtonRound(SureProblem& problem, const SureValue& value, bool& exact);
 
