@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 #include <vector>
 
+#include "ground/thread_pool.hpp"
 #include "sparse/work_layout.hpp"
 
 using namespace tornwalzen;
@@ -73,6 +75,19 @@ TEST(StructureGuard, SumIsThatOfItsDefinitionOnEveryRange) {
   for (Int first = 1; first <= 40; ++first)
     for (Int last = first; last <= 150; ++last)
       ASSERT_EQ(sumOf(WORK, first, last), expectedSum(WORK, first, last)) << first << " .. " << last;
+}
+
+// Long enough to be divided among threads, with words left over behind the last share.
+TEST(StructureGuard, SumIsTheSameOnEveryNumberOfThreads) {
+  std::vector<Int> WORK = randomEntries((1 << 18) + 4321);
+  const Int last = static_cast<Int>(WORK.size());
+  const std::uint64_t expected = expectedSum(WORK, 1, last);
+  EXPECT_EQ(sumOf(WORK, 1, last), expected);
+  for (const Int threads : {2, 3, 8}) {
+    const std::unique_ptr<ThreadPool> pool = ThreadPool::start(threads);
+    ASSERT_NE(pool, nullptr);
+    EXPECT_EQ(structureSum(Vector<Int>("WORK", WORK.data(), last), 1, last, pool.get()), expected) << threads;
+  }
 }
 
 TEST(StructureGuard, ARangeThatLeavesWorkHasNoSum) {
