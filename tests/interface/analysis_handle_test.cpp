@@ -309,6 +309,8 @@ TEST_F(AnalysisHandle, RefusesChangesWhileItRuns) {
     const double p[9] = {};
     const std::int32_t t[3] = {1, 2, 3};
     TornwalzenElementStrain strain;
+    TornwalzenPress press{};
+    TornwalzenPressResult result{};
     m.codes = {tornwalzen_analysis_set_mesh(m.analysis, 3, 1, p, t, 1),
                tornwalzen_analysis_set_holds(m.analysis, t),
                tornwalzen_analysis_set_material(m.analysis, 1),
@@ -319,6 +321,12 @@ TEST_F(AnalysisHandle, RefusesChangesWhileItRuns) {
                tornwalzen_analysis_set_path(m.analysis, 1),
                tornwalzen_analysis_set_start(m.analysis, 1),
                tornwalzen_analysis_set_tolerance_factors(m.analysis, 1.0, 1.0),
+               tornwalzen_analysis_set_threads(m.analysis, 2),
+               tornwalzen_analysis_set_model(m.analysis, 1),
+               tornwalzen_analysis_set_press(m.analysis, &press),
+               tornwalzen_analysis_set_flange(m.analysis, nullptr),
+               tornwalzen_analysis_set_beads(m.analysis, 0, nullptr, nullptr, nullptr),
+               tornwalzen_analysis_press_result(m.analysis, &result),
                tornwalzen_analysis_on_step(m.analysis, nullptr, nullptr),
                tornwalzen_analysis_on_message(m.analysis, nullptr, nullptr),
                tornwalzen_analysis_run(m.analysis),
@@ -331,7 +339,7 @@ TEST_F(AnalysisHandle, RefusesChangesWhileItRuns) {
   };
   ASSERT_EQ(tornwalzen_analysis_on_step(handle.get(), meddle, &meddler), 0);
   ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
-  EXPECT_THAT(meddler.codes, testing::AllOf(testing::SizeIs(15), testing::Each(TORNWALZEN_BUSY)));
+  EXPECT_THAT(meddler.codes, testing::AllOf(testing::SizeIs(21), testing::Each(TORNWALZEN_BUSY)));
   EXPECT_EQ(meddler.report, 0);
 }
 
@@ -349,6 +357,10 @@ TEST_F(AnalysisHandle, NamesWhatItRefuses) {
   expect(tornwalzen_analysis_set_holds(a, flags), TORNWALZEN_NO_MESH, "no mesh is set");
   expect(tornwalzen_analysis_set_mesh(a, 0, 1, points, one, 1), TORNWALZEN_BAD_COUNT,
          "argument 2, a count, is 0");
+  expect(tornwalzen_analysis_set_mesh(a, 800000000, 1, points, one, 1), TORNWALZEN_BAD_COUNT,
+         "argument 2, a count, is 800000000");
+  expect(tornwalzen_analysis_set_mesh(a, 3, 0, points, one, 1), TORNWALZEN_BAD_COUNT,
+         "argument 3, a count, is 0");
   expect(tornwalzen_analysis_set_mesh(a, 3, 800000000, points, one, 1), TORNWALZEN_BAD_COUNT,
          "argument 3, a count, is 800000000");
   expect(tornwalzen_analysis_set_mesh(a, 3, 1, nullptr, one, 1), TORNWALZEN_NULL_POINTER,
@@ -382,7 +394,24 @@ TEST_F(AnalysisHandle, NamesWhatItRefuses) {
          "there are no results, nothing has run yet");
   EXPECT_EQ(tornwalzen_analysis_blank(a), nullptr);
   EXPECT_EQ(tornwalzen_analysis_element_table(a), nullptr);
+  EXPECT_EQ(tornwalzen_analysis_starting_blank(a), nullptr);
+  EXPECT_EQ(tornwalzen_analysis_oriented_triangles(a), nullptr);
   EXPECT_EQ(tornwalzen_analysis_run(a), 0) << "the mesh that was taken still stands";
+}
+
+// On the sure path a part that is no sheet is refused by its code; nothing has run then.
+TEST_F(AnalysisHandle, NamesThePartThatIsNoSheet) {
+  const Handle handle = newHandle();
+  const double points[15] = {0, 0, 0, 10, 0, 0, 0, 10, 0, 0, 0, 10, 7, 7, 7};
+  const std::int32_t disagreeing[6] = {1, 2, 3, 1, 2, 4}, sheet[6] = {1, 2, 3, 3, 2, 5};
+  ASSERT_EQ(tornwalzen_analysis_set_path(handle.get(), 1), 0);
+  ASSERT_EQ(tornwalzen_analysis_set_mesh(handle.get(), 5, 2, points, disagreeing, 1), 0);
+  EXPECT_EQ(tornwalzen_analysis_run(handle.get()), TORNWALZEN_MIXED_ORIENTATION);
+  EXPECT_EQ(reportOf(handle).converged, 0);
+  EXPECT_EQ(tornwalzen_analysis_blank(handle.get()), nullptr);
+  ASSERT_EQ(tornwalzen_analysis_set_mesh(handle.get(), 5, 2, points, sheet, 1), 0);
+  EXPECT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_EQ(reportOf(handle).converged, 1);
 }
 
 TEST_F(AnalysisHandle, ARefusedMeshLeavesTheOneBefore) {
@@ -402,18 +431,30 @@ TEST_F(AnalysisHandle, ANullHandleIsRefusedByEveryFunction) {
   const std::int32_t t[3] = {1, 2, 3};
   TornwalzenReport report{};
   TornwalzenElementStrain strain;
+  TornwalzenPress press{};
+  TornwalzenPressResult result{};
   EXPECT_EQ(tornwalzen_analysis_destroy(nullptr), 0);
-  for (const int code :
-       {tornwalzen_analysis_set_mesh(nullptr, 3, 1, p, t, 1), tornwalzen_analysis_set_holds(nullptr, t),
-        tornwalzen_analysis_set_material(nullptr, 1), tornwalzen_analysis_set_flow_curve(nullptr, 3, p, p),
-        tornwalzen_analysis_set_law(nullptr, 1, p, 1.0),
-        tornwalzen_analysis_set_normal_anisotropy(nullptr, 1.0),
-        tornwalzen_analysis_set_energy_reference(nullptr, 1), tornwalzen_analysis_set_path(nullptr, 1),
-        tornwalzen_analysis_set_start(nullptr, 1),
-        tornwalzen_analysis_set_tolerance_factors(nullptr, 1.0, 1.0),
-        tornwalzen_analysis_on_step(nullptr, nullptr, nullptr),
-        tornwalzen_analysis_on_message(nullptr, nullptr, nullptr), tornwalzen_analysis_run(nullptr),
-        tornwalzen_analysis_report(nullptr, &report), tornwalzen_analysis_strains(nullptr, &strain)})
+  for (const int code : {tornwalzen_analysis_set_mesh(nullptr, 3, 1, p, t, 1),
+                         tornwalzen_analysis_set_holds(nullptr, t),
+                         tornwalzen_analysis_set_material(nullptr, 1),
+                         tornwalzen_analysis_set_flow_curve(nullptr, 3, p, p),
+                         tornwalzen_analysis_set_law(nullptr, 1, p, 1.0),
+                         tornwalzen_analysis_set_normal_anisotropy(nullptr, 1.0),
+                         tornwalzen_analysis_set_energy_reference(nullptr, 1),
+                         tornwalzen_analysis_set_path(nullptr, 1),
+                         tornwalzen_analysis_set_start(nullptr, 1),
+                         tornwalzen_analysis_set_tolerance_factors(nullptr, 1.0, 1.0),
+                         tornwalzen_analysis_set_threads(nullptr, 2),
+                         tornwalzen_analysis_set_model(nullptr, 1),
+                         tornwalzen_analysis_set_press(nullptr, &press),
+                         tornwalzen_analysis_set_flange(nullptr, t),
+                         tornwalzen_analysis_set_beads(nullptr, 0, t, t, p),
+                         tornwalzen_analysis_press_result(nullptr, &result),
+                         tornwalzen_analysis_on_step(nullptr, nullptr, nullptr),
+                         tornwalzen_analysis_on_message(nullptr, nullptr, nullptr),
+                         tornwalzen_analysis_run(nullptr),
+                         tornwalzen_analysis_report(nullptr, &report),
+                         tornwalzen_analysis_strains(nullptr, &strain)})
     EXPECT_EQ(code, TORNWALZEN_NULL_POINTER);
   EXPECT_EQ(tornwalzen_analysis_nodes(nullptr), 0);
   EXPECT_EQ(tornwalzen_analysis_triangles(nullptr), 0);

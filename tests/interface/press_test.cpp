@@ -62,7 +62,7 @@ struct Bad {
 };
 
 TEST_F(PressTest, RefusesByNameAndValueAndChangesNothing) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double nan = std::numeric_limits<double>::quiet_NaN(), infinite = HUGE_VAL;
   const Bad all[] = {
       {"thickness of the sheet is missing or not positive: 0 mm", TORNWALZEN_BAD_THICKNESS,
        [](TornwalzenPress& p) { p.thickness_mm = 0.0; }},
@@ -91,6 +91,29 @@ TEST_F(PressTest, RefusesByNameAndValueAndChangesNothing) {
        [](TornwalzenPress& p) { p.punch_above = 2; }},
       {"choice 5 of the press is 7", TORNWALZEN_BAD_PRESS_CHOICE,
        [](TornwalzenPress& p) { p.flange_of_rim = 7; }},
+      {"choice 1 of the press is -1", TORNWALZEN_BAD_PRESS_CHOICE,
+       [](TornwalzenPress& p) { p.bending = -1; }},
+      {"choice 2 of the press is 3", TORNWALZEN_BAD_PRESS_CHOICE, [](TornwalzenPress& p) { p.edge = 3; }},
+      {"choice 3 of the press is -2", TORNWALZEN_BAD_PRESS_CHOICE,
+       [](TornwalzenPress& p) { p.mesh_side = -2; }},
+      {"choice 4 of the press is -1", TORNWALZEN_BAD_PRESS_CHOICE,
+       [](TornwalzenPress& p) { p.punch_above = -1; }},
+      {"choice 5 of the press is -1", TORNWALZEN_BAD_PRESS_CHOICE,
+       [](TornwalzenPress& p) { p.flange_of_rim = -1; }},
+      {"not positive: inf mm", TORNWALZEN_BAD_THICKNESS,
+       [=](TornwalzenPress& p) { p.thickness_mm = infinite; }},
+      {"Young's modulus is nan", TORNWALZEN_BAD_YOUNG, [=](TornwalzenPress& p) { p.young_mpa = nan; }},
+      {"r45 is inf", TORNWALZEN_BAD_PLANAR_ANISOTROPY,
+       [=](TornwalzenPress& p) { p.r0 = p.r90 = 1.5, p.r45 = infinite; }},
+      {"r45 is 0", TORNWALZEN_BAD_PLANAR_ANISOTROPY, [](TornwalzenPress& p) { p.r0 = 1.5; }},
+      {"r0 is 0", TORNWALZEN_BAD_PLANAR_ANISOTROPY, [](TornwalzenPress& p) { p.r90 = 1.5; }},
+      {"rolling direction", TORNWALZEN_BAD_ROLLING,
+       [=](TornwalzenPress& p) { p.rolling_angle_deg = -infinite; }},
+      {"friction coefficient 1 (1 punch, 2 die) is nan", TORNWALZEN_BAD_FRICTION,
+       [=](TornwalzenPress& p) { p.friction_punch = nan; }},
+      {"binder force is inf N", TORNWALZEN_BAD_BINDER,
+       [=](TornwalzenPress& p) { p.binder_force_n = infinite; }},
+      {"binder force is nan N", TORNWALZEN_BAD_BINDER, [=](TornwalzenPress& p) { p.binder_force_n = nan; }},
       {"too short with 8 bytes", TORNWALZEN_SHORT_PRESS, [](TornwalzenPress& p) { p.size = 8; }}};
   model(sheet());
   ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
@@ -102,6 +125,7 @@ TEST_F(PressTest, RefusesByNameAndValueAndChangesNothing) {
     EXPECT_THAT(text(bad.code), ::testing::HasSubstr(bad.words));
   }
   EXPECT_EQ(tornwalzen_analysis_set_press(handle.get(), nullptr), TORNWALZEN_NULL_POINTER);
+  EXPECT_EQ(tornwalzen_analysis_set_model(handle.get(), -1), TORNWALZEN_BAD_MODEL);
   EXPECT_EQ(tornwalzen_analysis_set_model(handle.get(), 2), TORNWALZEN_BAD_MODEL);
   EXPECT_THAT(text(TORNWALZEN_BAD_MODEL), ::testing::HasSubstr("the model is 2"));
   ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
@@ -135,8 +159,11 @@ TEST_F(PressTest, RefusesFlangeMarksAndBeadsThatAreNone) {
   marks[6] = 3;
   EXPECT_EQ(tornwalzen_analysis_set_flange(handle.get(), marks.data()), TORNWALZEN_BAD_FLANGE);
   EXPECT_THAT(text(TORNWALZEN_BAD_FLANGE), ::testing::HasSubstr("flange mark 7 is 3"));
+  marks[6] = 1, marks[9] = -1;
+  EXPECT_EQ(tornwalzen_analysis_set_flange(handle.get(), marks.data()), TORNWALZEN_BAD_FLANGE);
+  EXPECT_THAT(text(TORNWALZEN_BAD_FLANGE), ::testing::HasSubstr("flange mark 10 is -1"));
   const std::int32_t two[] = {2}, one[] = {1}, a = part.inzi[0], b = part.inzi[1];
-  const double force[] = {60.0}, none[] = {0.0};
+  const double force[] = {60.0}, none[] = {0.0}, endless[] = {HUGE_VAL};
   const auto beads = [&](const std::int32_t* lengths, std::vector<std::int32_t> nodes, const double* f) {
     return tornwalzen_analysis_set_beads(handle.get(), 1, lengths, nodes.data(), f);
   };
@@ -144,12 +171,57 @@ TEST_F(PressTest, RefusesFlangeMarksAndBeadsThatAreNone) {
   EXPECT_EQ(beads(two, {0, b}, force), TORNWALZEN_BAD_BEAD_NODE);
   EXPECT_EQ(beads(one, {a}, force), TORNWALZEN_BAD_BEAD_LENGTH);
   EXPECT_EQ(beads(two, {a, b}, none), TORNWALZEN_BAD_BEAD_FORCE);
+  EXPECT_EQ(beads(two, {a, b}, endless), TORNWALZEN_BAD_BEAD_FORCE);
   EXPECT_EQ(beads(two, {1, part.nodes()}, force), TORNWALZEN_BEAD_OFF_MESH);
   EXPECT_THAT(text(TORNWALZEN_BEAD_OFF_MESH), ::testing::HasSubstr("off the mesh"));
   EXPECT_EQ(tornwalzen_analysis_set_beads(handle.get(), -1, two, two, force), TORNWALZEN_BAD_COUNT);
+  EXPECT_EQ(tornwalzen_analysis_set_beads(handle.get(), 1, nullptr, two, force), TORNWALZEN_NULL_POINTER);
   EXPECT_EQ(tornwalzen_analysis_set_beads(handle.get(), 1, two, nullptr, force), TORNWALZEN_NULL_POINTER);
+  EXPECT_EQ(tornwalzen_analysis_set_beads(handle.get(), 1, two, two, nullptr), TORNWALZEN_NULL_POINTER);
+  EXPECT_THAT(text(TORNWALZEN_NULL_POINTER), ::testing::HasSubstr("argument 5"));
   EXPECT_EQ(beads(two, {a, b}, force), 0);
+  EXPECT_EQ(beads(two, {b, a}, force), 0) << "an edge has no sense";
   EXPECT_EQ(tornwalzen_analysis_set_beads(handle.get(), 0, nullptr, nullptr, nullptr), 0);
+}
+
+TEST(PressResults, AreNoneBeforeARunAndWithoutTheModel) {
+  const Handle handle = newHandle();
+  TornwalzenPressResult result{};
+  result.size = sizeof result;
+  const std::int32_t none = 0;
+  EXPECT_EQ(tornwalzen_analysis_set_flange(handle.get(), &none), TORNWALZEN_NO_MESH);
+  EXPECT_EQ(tornwalzen_analysis_set_beads(handle.get(), 0, nullptr, nullptr, nullptr), TORNWALZEN_NO_MESH);
+  EXPECT_EQ(tornwalzen_analysis_press_result(handle.get(), nullptr), TORNWALZEN_NULL_POINTER);
+  EXPECT_EQ(tornwalzen_analysis_press_result(handle.get(), &result), TORNWALZEN_NO_RESULTS);
+  EXPECT_EQ(tornwalzen_analysis_contact_pressure(handle.get()), nullptr);
+  EXPECT_EQ(tornwalzen_analysis_binder_pressure(handle.get()), nullptr);
+  EXPECT_EQ(tornwalzen_analysis_contact_pressure(nullptr), nullptr);
+  EXPECT_EQ(tornwalzen_analysis_binder_pressure(nullptr), nullptr);
+  ASSERT_EQ(take(handle, samplePart("plate", 20)), 0);
+  ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_EQ(tornwalzen_analysis_press_result(handle.get(), &result), 0);
+  EXPECT_EQ(result.exponent, 0.0);
+  EXPECT_EQ(tornwalzen_analysis_contact_pressure(handle.get()), nullptr);
+  EXPECT_EQ(tornwalzen_analysis_binder_pressure(handle.get()), nullptr);
+}
+
+// What carries no load moves by none: the part is its own blank, to rounding, with nothing to press.
+TEST_F(PressTest, AFlatSheetStaysAsItIs) {
+  part = samplePart("plate", 60);
+  ASSERT_EQ(take(handle, part), 0);
+  TornwalzenPress press = sheet();
+  press.friction_punch = press.friction_die = 0.2;
+  model(press);
+  ASSERT_EQ(tornwalzen_analysis_run(handle.get()), 0);
+  EXPECT_EQ(reportOf(handle).converged, 1) << reportOf(handle).fatal_text;
+  const double* const blank = tornwalzen_analysis_blank(handle.get());
+  for (std::size_t i = 0; i < part.arfa.size(); ++i)
+    EXPECT_NEAR(blank[i], part.knots[i / 2 * 3 + i % 2], 1e-9);
+  const TornwalzenPressResult result = resultOf(handle);
+  EXPECT_EQ(result.depth_mm, 0.0);
+  EXPECT_EQ(result.punch_force_n, 0.0);
+  EXPECT_NEAR(result.thinnest_mm, 1.0, 1e-9);
+  EXPECT_NEAR(result.thickest_mm, 1.0, 1e-9);
 }
 
 TEST_F(PressTest, TheFixedModelKeepsItsBitsWhateverThePressKnows) {
@@ -198,6 +270,10 @@ TEST_F(PressTest, TellsWhatActed) {
   const double* pressure = tornwalzen_analysis_contact_pressure(handle.get());
   for (std::int32_t e = 0; e < part.elements(); ++e) largest = std::max(largest, pressure[e]);
   EXPECT_EQ(largest, result.punch_pressure_mpa);
+  double grip = 0.0;
+  const double* pressed = tornwalzen_analysis_binder_pressure(handle.get());
+  for (std::int32_t e = 0; e < part.elements(); ++e) grip = std::max(grip, pressed[e]);
+  EXPECT_EQ(grip, result.binder_pressure_mpa);
   TornwalzenPressResult small{};
   EXPECT_EQ(tornwalzen_analysis_press_result(handle.get(), &small), TORNWALZEN_SHORT_PRESS);
 }
