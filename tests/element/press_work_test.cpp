@@ -74,6 +74,29 @@ TEST_P(PressWorkTest, GradientAndTangentAreThoseOfTheWork) {
   }
 }
 
+TEST_P(PressWorkTest, ATurnOfTheBlankCostsNothingUnlessTheSheetHasARollingDirection) {
+  const FlowCurve CURVE(run);
+  SheetWork work(CURVE, 206000.0 / run.smin, 50.0 / run.smin);
+  work.choose(GetParam().exponent);
+  PressWorkTerm term(work, GetParam().r, {3, 1.0, GetParam().bending}, {"CURVATURE", CURVATURE, 3, 1},
+                     {"TURNED", TURNED, 3, 1});
+  DensityTerms terms;
+  terms.append(term);
+  const auto energy = [&](double angle) {
+    std::array<double, 6> x;
+    for (std::size_t n = 0; n < 6; n += 2) {
+      x[n] = std::cos(angle) * blank[n] - std::sin(angle) * blank[n + 1];
+      x[n + 1] = std::sin(angle) * blank[n] + std::cos(angle) * blank[n + 1];
+    }
+    term.turnCurvature(mesh, at(x));
+    double gradient[6], unused[36];
+    return trianglePotential(Order::value, 1, mesh, at(x), {terms, 0.2, 0.0}, gradient, unused);
+  };
+  const double straight = energy(0.0), turned = energy(0.7);
+  EXPECT_EQ(std::fabs(turned - straight) < 1e-12 * straight, term.turnable());
+  EXPECT_EQ(term.turnable(), !GetParam().r.planar());
+}
+
 TEST_P(PressWorkTest, AnUnstrainedTriangleWhoseBendingIsReleasedCostsNothing) {
   const FlowCurve CURVE(run);
   SheetWork work(CURVE, 206000.0 / run.smin, 50.0 / run.smin);

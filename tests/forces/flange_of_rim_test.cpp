@@ -69,6 +69,22 @@ TEST(FlangeOfRimTest, AreasWithoutARimAreNone) {
   EXPECT_FALSE(cup.under(4));
 }
 
+// Thirty steps, of which those in the middle of the stairs lie nearest to one another.
+TEST(FlangeOfRimTest, OfManyHeightsTheWindowWithMostAreaIsIt) {
+  Strip stairs(60);
+  for (Int step = 0; step < 30; ++step) {
+    stairs.stand({2 * step + 1});
+    const double up = static_cast<double>((step * 7) % 30);  // every height once, in no order
+    const double height = up < 10.0 ? 3.0 * up : up < 20.0 ? 30.0 + 0.05 * (up - 10.0) : 3.0 * up - 20.0;
+    stairs.raise(2 * step, 2 * step + 1, height);
+  }
+  EXPECT_EQ(stairs.find(1.0), 20);
+  for (Int step = 0; step < 30; ++step) {
+    const Int up = (step * 7) % 30;
+    EXPECT_EQ(stairs.under(2 * step), up >= 10 && up < 20) << step;
+  }
+}
+
 TEST(FlangeOfRimTest, TheCrownOfABendIsTooSmall) {
   Strip bend(60);
   for (Int c = 0; c < 60; ++c)

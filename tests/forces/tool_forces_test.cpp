@@ -105,6 +105,58 @@ TEST_F(ToolForcesTest, ABeadHoldsBackWhatIsDrawnAcrossIt) {
   EXPECT_EQ(sideBetween(sheet.triangles(), sheet.node(0, 0), sheet.node(2, 2)), 0);
 }
 
+// At the rim there is no triangle behind the bead to share its force with.
+TEST_F(ToolForcesTest, ABeadOnTheRimHoldsItsOneTriangle) {
+  slide(7.0, 20.0);
+  const Int side = sideBetween(sheet.triangles(), sheet.node(0, 2), sheet.node(0, 1));
+  ASSERT_NE(side, 0);
+  const Int e = (side - 1) / 3 + 1;
+  addBeadForce(sheet.view(1.0), sheet.twins(), {e, (side - 1) % 3 + 1, 80.0}, sheet.knots(), force());
+  EXPECT_NEAR(force()(1, e), -80.0 * 2.0 * 7.0 / std::sqrt(49.0 + 0.04), 1e-9);
+  EXPECT_EQ(sum(1), force()(1, e));
+}
+
+TEST_F(ToolForcesTest, ABeadOnAnEdgeWithoutLengthHoldsNothing) {
+  slide(7.0, 20.0);
+  const Int a = sheet.node(3, 1), b = sheet.node(3, 2), side = sideBetween(sheet.triangles(), a, b);
+  for (Int i = 1; i <= 3; ++i) sheet.knots()(b, i) = sheet.knots()(a, i);
+  addBeadForce(sheet.view(1.0), sheet.twins(), {(side - 1) / 3 + 1, (side - 1) % 3 + 1, 80.0}, sheet.knots(),
+               force());
+  EXPECT_EQ(sum(1), 0.0);
+  EXPECT_EQ(sum(2), 0.0);
+}
+
+TEST_F(ToolForcesTest, WhatIsHeldKeepsItsLoads) {
+  std::vector<double> LOAD(sheet.RX.size(), 0.0), WEIGHT(sheet.RX.size() / 2);
+  const Vector<double> L("LOAD", LOAD.data(), 2 * sheet.nodes), W("WEIGHT", WEIGHT.data(), sheet.nodes);
+  const Vector<const double> RX("RX", sheet.RX.data(), 2 * sheet.nodes);
+  nodeWeights(sheet.view(1.0), W);
+  L(1) = 5.0, L(2) = -3.0;
+  const std::vector<double> given = LOAD;
+  balanceLoads({false, false, false}, W, RX, L);
+  EXPECT_EQ(LOAD, given);
+  balanceLoads({true, false, false}, W, RX, L);
+  double u = 0.0, v = 0.0;
+  for (Int n = 1; n <= sheet.nodes; ++n) u += L(2 * n - 1), v += L(2 * n);
+  EXPECT_NEAR(u, 0.0, 1e-12);
+  EXPECT_EQ(v, -3.0);
+}
+
+// All nodes in one place have no arm: their moment cannot be balanced, and nothing becomes other than a number.
+TEST_F(ToolForcesTest, ABlankWithoutAnArmIsNotTurned) {
+  std::vector<double> LOAD(sheet.RX.size(), 1.0), WEIGHT(sheet.RX.size() / 2), RX(sheet.RX.size(), 2.0);
+  const Vector<double> L("LOAD", LOAD.data(), 2 * sheet.nodes), W("WEIGHT", WEIGHT.data(), sheet.nodes);
+  nodeWeights(sheet.view(1.0), W);
+  balanceLoads({true, true, true}, W, {"RX", RX.data(), 2 * sheet.nodes}, L);
+  for (const double load : LOAD) EXPECT_LT(std::fabs(load), 10.0);
+  const double view[2][3] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}};
+  slipOfSheet(sheet.view(1.0), sheet.knots(), view, {true, true, true}, W, {"RX", RX.data(), 2 * sheet.nodes},
+              {"SLIP", sheet.SLIP.data(), 2, sheet.elements});
+  double sumU = 0.0;
+  for (std::size_t e = 0; e < sheet.AREA.size(); ++e) sumU += sheet.SLIP[2 * e];
+  EXPECT_NEAR(sumU, 0.0, 1e-9) << "as far on one side as on the other";
+}
+
 TEST_F(ToolForcesTest, LoadsArePulledBackAndBalanced) {
   for (std::size_t e = 0; e < FLANGE.size(); ++e) FORCE[2 * e] = 3.0, FORCE[2 * e + 1] = -1.0;
   std::vector<double> LOAD(sheet.RX.size(), 0.0), WEIGHT(sheet.RX.size() / 2);

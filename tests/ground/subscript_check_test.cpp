@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
+#include "ground/ended_process.hpp"
 #include "ground/subscript_message.hpp"
 #include "host_kit/default_run.hpp"
 
@@ -56,6 +58,19 @@ TEST_F(SubscriptCheck, BelowTheLowerBound) {
       GetCapturedStderr(),
       "fort: (3): Subscript #2 of the array INTA has value 0 which is less than the lower bound of 1\n");
 }
+
+#ifdef __unix__
+TEST(SubscriptCheckDeathTest, ASubscriptOfOurOwnEndsTheProcessAfterItsLine) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_DEATH(
+      {
+        std::signal(SIGABRT, [](int) { keepCounts(); });
+        subscriptAbort("KNG", 2, 4, 3);
+      },
+      "^fort: \\(2\\): Subscript #2 of the array KNG has value 4 which is greater than the upper bound of "
+      "3\n");
+}
+#endif
 
 TEST_F(SubscriptCheck, ValuesAreSixtyFourBitsWide) {
   CaptureStderr();

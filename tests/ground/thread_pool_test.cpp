@@ -10,6 +10,8 @@
 #ifdef __unix__
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "ground/ended_process.hpp"
 #endif
 
 namespace tornwalzen {
@@ -123,6 +125,7 @@ TEST(ThreadPool, AForkedProcessWorksAlone) {
     Int64 sum = 0;
     mergeRanges(
         pool.get(), 1000, 1, [](Int64 a, Int64 b) { return b - a + 1; }, [&](Int64 n) { sum += n; });
+    keepCounts();
     _exit(sum == 1000 && pool->threads() == 1 ? 0 : 1);
   }
   int status = -1;
