@@ -93,7 +93,7 @@ bool PressPath::setTerms() {
   return true;
 }
 
-/// The elements under the binder: the host's marks, or those of the rim.
+/// The elements under the binder: the host's marks, without which a run is refused, or those of the rim.
 bool PressPath::markFlange(const double (&draw)[3]) {
   if (!acting_.binder) return true;
   const Int64 ne = area_.length();
@@ -103,8 +103,7 @@ bool PressPath::markFlange(const double (&draw)[3]) {
   if (options_.flangeOfRim)
     marked = flangeOfRim(sheet(), KNG_, TWIN_, plane_.vector(), draw, scratch.vector(), flange_.vector());
   else
-    for (Int64 e = 1; e <= ne; ++e)
-      marked += flange_.vector()(e) = e <= marks_.FLANGE.length() ? marks_.FLANGE(e) : 0;
+    for (Int64 e = 1; e <= ne; ++e) marked += flange_.vector()(e) = marks_.FLANGE(e);
   if (marked < 0) return false;
   run_.record.press.flangeElements = marked;
   return true;
@@ -120,9 +119,9 @@ bool PressPath::findBeads() {
   for (Int64 bead = 1, first = 1; bead <= marks_.BEADENDS.length(); first = marks_.BEADENDS(bead++) + 1)
     for (Int64 i = first; i < marks_.BEADENDS(bead); ++i) {
       const Int side = sideBetween(mesh_.INTA, marks_.BEADNODES(i), marks_.BEADNODES(i + 1));
-      if (side != 0) beads_.data()[at++] = {(side - 1) / 3 + 1, (side - 1) % 3 + 1, marks_.BEADFORCE(bead)};
+      beads_.data()[at++] = {(side - 1) / 3 + 1, (side - 1) % 3 + 1, marks_.BEADFORCE(bead)};
     }
-  return beads_.resize(at);
+  return true;
 }
 
 void PressPath::keepRecord(const SureProblem& problem) {

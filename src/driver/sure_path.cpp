@@ -176,7 +176,7 @@ class SurePath {
       case Joiner::singular:
         break;
     }
-    return giveUp(" SICHERER WEG: EIN TEIL DES NETZES HAENGT NICHT MIT DEM REST ZUSAMMEN");
+    return giveUp(" SICHERER WEG: ELEMENTE ZU SCHMAL FUER DEN START");  // the mesh hangs together: isSheet
   }
 
   /// Newton's method, over the part and then over the blank if that is the reference, and the place of the blank.

@@ -28,15 +28,28 @@ class Draw {
 };
 
 struct Kind {
-  int mostSquares;        // a side
-  double least, most;     // heights, as powers of ten (mm)
-  double mostShift;       // of the nodes in the plane (mm), whose distance is 10
-  double smallest = 0.0;  // the grid is shrunk by up to this power of ten
-  bool press = false;
+  int mostSquares;                     // a side
+  double least, most;                  // heights, as powers of ten (mm)
+  double mostShift;                    // of the nodes in the plane (mm), whose distance is 10
+  double smallest = 0.0;               // the grid is shrunk by up to this power of ten
+  bool press = false, needle = false;  // are two nodes of an edge drawn nearly together?
 };
 
 constexpr Kind crumpled{6, -1.0, 3.0, 60.0}, tiny{14, -1.0, 1.5, 12.0, -40.0},
-    pressed{6, -1.0, 3.0, 60.0, 0.0, true};
+    pressed{6, -1.0, 3.0, 60.0, 0.0, true}, needled{4, -1.0, 0.7, 1.0, 0.0, false, true};
+
+/// Draws two nodes of an edge together, by up to all digits that there are; half of the parts are flat.
+void drawANeedle(Draw& draw, int nx, int ny, std::vector<double>& knots) {
+  const int i = draw.below(nx - 1), j = draw.below(ny), n = j * nx + i;
+  const double apart = std::pow(10.0, draw.within(-22.0, -8.0));  // mm
+  for (int axis = 0; axis < 3; ++axis) {
+    const double moved = knots[static_cast<std::size_t>(3 * n + axis)];
+    for (std::size_t k = static_cast<std::size_t>(axis); k < knots.size(); k += 3) knots[k] -= moved;
+    knots[static_cast<std::size_t>(3 * (n + 1) + axis)] = axis == 0 ? apart : 0.0;
+  }
+  if (draw.coin())
+    for (std::size_t k = 2; k < knots.size(); k += 3) knots[k] = 0.0;
+}
 
 HostPart crumpledGrid(Draw& draw, const Kind& kind) {
   HostPart part;
@@ -50,6 +63,7 @@ HostPart crumpledGrid(Draw& draw, const Kind& kind) {
       part.knots.push_back(size * (10.0 * j + draw.within(-shift, shift)));
       part.knots.push_back(size * draw.within(-lift, lift));
     }
+  if (kind.needle) drawANeedle(draw, nx, ny, part.knots);
   for (int j = 0; j + 1 < ny; ++j)
     for (int i = 0; i + 1 < nx; ++i) {
       const int a = j * nx + i + 1, c = a + nx;
@@ -175,6 +189,13 @@ TEST(CrumpledGrid, HasABlankOrASentence) {
   expectEach(ends, {foundOne, sure + "ZU VIELE GEWENDETE ELEMENTE IM START",
                     sure + "ELEMENT VERSCHWINDET IN DER PLATINE", sure + "KEINE KONVERGENZ",
                     sure + "KEIN ABSTIEG MEHR", sure + "TANGENTE NICHT ZERLEGBAR"});
+}
+
+TEST(CrumpledGrid, WithANeedleHasABlankOrASentence) {
+  Ends ends;
+  for (unsigned seed = 0; seed < 800; ++seed) crumple(seed, needled, ends);
+  expectEach(ends, {foundOne, sure + "ELEMENT OHNE FLAECHE", sure + "ELEMENTE ZU SCHMAL FUER DEN START",
+                    sure + "KEINE KONVERGENZ", sure + "TANGENTE NICHT ZERLEGBAR"});
 }
 
 TEST(CrumpledGrid, InThePressHasABlankOrASentence) {
