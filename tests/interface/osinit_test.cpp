@@ -214,6 +214,25 @@ TEST_F(Host, EachAnalysisReplacesTheCurve) {
   EXPECT_EQ(run.npkt, 25);
 }
 
+TEST_F(Host, AnAnalysisWithoutASelectorOrAnArrayIsRefusedByItsName) {
+  for (const bool selector : {false, true}) {  // without the selector, then without the element table
+    setUpSolver();
+    const std::vector<double> before = RX;
+    CaptureStdout();
+    OSMAIN(INTA.data(), ARFA.data(), COLS.data(), ROWI.data(), WORK.data(), RWORK.data(), RR.data(),
+           RB.data(), RX.data(), TEMP.data(), KNG.data(), KNZ.data(), KNA.data(),
+           selector ? nullptr : ELG.data(), SYSM.data(), RXA.data(), WRHS.data(),
+           selector ? ICTRL.data() : nullptr, EVAL.data(), ISTAT.data());
+    GetCapturedStdout();
+    EXPECT_EQ(ISTAT[0], -1);
+    EXPECT_STREQ(run.record.fatalText,
+                 selector ? "FATALER FEHLER : Argument ELG fehlt" : "FATALER FEHLER : Argument ICTRL fehlt");
+    EXPECT_EQ(RX, before);
+  }
+  setUpSolver();
+  EXPECT_EQ(osmain(1), 1) << "a refusal leaves nothing behind";
+}
+
 TEST_F(Host, WithoutAStatusNothingHappens) {
   int32_t mode = 1;
   OSINIT(&mode, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
