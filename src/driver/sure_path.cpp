@@ -304,7 +304,10 @@ void surePath(Analysis& run, const DriverArrays& a, Vector<double> EVAL, const P
   run.record.path = 1;
   run.record.end = RunEnd::running;
   run.record.end = SurePath(run, a, EVAL, marks).follow();
-  if (run.record.end == RunEnd::converged) run.record.progress = 1.0;
+  if (run.record.end == RunEnd::converged) {
+    run.record.progress = 1.0;
+    run.record.fatalText[0] = '\0';  // of a tangent without a factor, which another one answered
+  }
   for (Int i = 1; i <= run.neq; ++i) a.TEMP(i) = 0.0;
 }
 

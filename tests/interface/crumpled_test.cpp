@@ -193,14 +193,18 @@ TEST(CrumpledGrid, HasABlankOrASentence) {
 
 TEST(CrumpledGrid, WithANeedleHasABlankOrASentence) {
   Ends ends;
-  for (unsigned seed = 0; seed < 800; ++seed) crumple(seed, needled, ends);
+  for (unsigned seed = 0; seed < 1800; ++seed) crumple(seed, needled, ends);
+  crumple(3169, needled, ends);  // converges past a tangent without a factor, whose text is forgotten
   expectEach(ends, {foundOne, sure + "ELEMENT OHNE FLAECHE", sure + "ELEMENTE ZU SCHMAL FUER DEN START",
-                    sure + "KEINE KONVERGENZ", sure + "TANGENTE NICHT ZERLEGBAR"});
+                    sure + "ENERGIE ODER GRADIENT IST KEINE ZAHL", sure + "KEINE KONVERGENZ",
+                    sure + "TANGENTE NICHT ZERLEGBAR"});
 }
 
 TEST(CrumpledGrid, InThePressHasABlankOrASentence) {
   Ends ends;
   for (unsigned seed = 0; seed < 250; ++seed) crumple(seed, pressed, ends);
+  for (const unsigned seed : {2257u, 2461u})
+    crumple(seed, pressed, ends);  // last members that hold loosely alone
   expectEach(ends, {foundOne, sure + "ZU VIELE GEWENDETE ELEMENTE IM START",
                     sure + "ELEMENT VERSCHWINDET IN DER PLATINE", "PRESSE: NIEDERHALTER OHNE FLANSCH"});
 }
