@@ -185,6 +185,7 @@ void expectEach(Ends ends, const std::vector<std::string>& sentences) {
 TEST(CrumpledGrid, HasABlankOrASentence) {
   Ends ends;
   for (unsigned seed = 0; seed < 1200; ++seed) crumple(seed, crumpled, ends);
+  crumple(2336, crumpled, ends);  // its holds lie too close in the equilibrium: they pin from then on
   for (unsigned seed = 0; seed < 600; ++seed) crumple(seed, tiny, ends);
   expectEach(ends, {foundOne, sure + "ZU VIELE GEWENDETE ELEMENTE IM START",
                     sure + "ELEMENT VERSCHWINDET IN DER PLATINE", sure + "KEINE KONVERGENZ",
@@ -203,8 +204,8 @@ TEST(CrumpledGrid, WithANeedleHasABlankOrASentence) {
 TEST(CrumpledGrid, InThePressHasABlankOrASentence) {
   Ends ends;
   for (unsigned seed = 0; seed < 250; ++seed) crumple(seed, pressed, ends);
-  for (const unsigned seed : {2257u, 2461u})
-    crumple(seed, pressed, ends);  // last members that hold loosely alone
+  // one whose blank runs away, a slow one without loads, last members that hold loosely alone
+  for (const unsigned seed : {269u, 424u, 2257u, 2461u}) crumple(seed, pressed, ends);
   expectEach(ends, {foundOne, sure + "ZU VIELE GEWENDETE ELEMENTE IM START",
                     sure + "ELEMENT VERSCHWINDET IN DER PLATINE", "PRESSE: NIEDERHALTER OHNE FLANSCH"});
 }
