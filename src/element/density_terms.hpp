@@ -22,13 +22,15 @@ struct TrianglePoint {
 
 class DensityTerm {
  public:
-  virtual ~DensityTerm() = default;
   /// Adds the term of the triangle to `sum` (mm²), derivatives as far as `order` asks.
   virtual void add(Order order, const TrianglePoint& at, MapSum& sum) const = 0;
   /// Does the term stay the same when the whole blank is turned?
   virtual bool turnable() const = 0;
   /// The flow curve, if the term is the plastic work over the part, which vectors compute too; else null.
   virtual const FlowCurve* plasticOverPart() const { return nullptr; }
+
+ protected:
+  ~DensityTerm() = default;  // nobody owns a term by its base
 };
 
 /// The terms that are minimised together. Owns none of them: they outlive the list.
@@ -59,7 +61,7 @@ class DensityTerms {
 };
 
 /// ½·W(ε̄)² of the logarithmic strains, per area of the part or of the blank.
-class PlasticWorkTerm : public DensityTerm {
+class PlasticWorkTerm final : public DensityTerm {
  public:
   /// CURVE: in, the flow curve with its weights of the equivalent strain; outlives the term.
   PlasticWorkTerm(const FlowCurve& CURVE, bool partReference)
@@ -74,7 +76,7 @@ class PlasticWorkTerm : public DensityTerm {
 };
 
 /// E11² + E22² + E12² of the Green-Lagrange strains in the blank's axes, per area of the part or of the blank.
-class GeometricTerm : public DensityTerm {
+class GeometricTerm final : public DensityTerm {
  public:
   explicit GeometricTerm(bool partReference) : partReference_(partReference) {}
   void add(Order order, const TrianglePoint& at, MapSum& sum) const override;

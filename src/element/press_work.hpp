@@ -26,7 +26,7 @@ struct Section {
   Bending bending;
 };
 
-class PressWorkTerm : public DensityTerm {
+class PressWorkTerm final : public DensityTerm {
  public:
   /// CURVATURE: in, 3 × NE in the axes of part_frames.hpp (1/mm). TURNED: 3 × NE, scratch of a sheet with a rolling
   /// direction, else without length. Both outlive the term, as `work` does.
