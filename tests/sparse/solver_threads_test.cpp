@@ -51,12 +51,14 @@ TEST_F(SolverInThreads, DefiniteAndIndefiniteMatricesHaveTheBitsOfOneThread) {
   }
 }
 
+// In a range that one thread takes; then in a front behind the ranges that the threads share.
 TEST_F(SolverInThreads, AZeroPivotFailsOnEveryNumberOfThreads) {
-  for (const Int threads : {1, 2, 3, 8}) {
-    EXPECT_TRUE(solved(threads, 8.5, nodes / 2).empty()) << threads;
-    EXPECT_STREQ(run.record.fatalText, "FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE") << threads;
-    run.pool.reset();
-  }
+  for (const Int zeroAt : {nodes / 2, 9352})
+    for (const Int threads : {1, 2, 3, 8}) {
+      EXPECT_TRUE(solved(threads, 8.5, zeroAt).empty()) << threads;
+      EXPECT_STREQ(run.record.fatalText, "FATALER FEHLER : FEHLER 3 IN LOESUNGSPHASE") << threads;
+      run.pool.reset();
+    }
 }
 
 }  // namespace
