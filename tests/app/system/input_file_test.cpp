@@ -100,8 +100,8 @@ TEST(RecordFile, IsReadIfItIsPlainAndShort) {
   const ScratchFolder folder;
   const std::string most(1 << 20, 'x');
   EXPECT_EQ(readRecordFile(folder.write("summary", "{}")), "{}");
-  EXPECT_EQ(readRecordFile(folder.write("longest", most)), most);
-  EXPECT_EQ(readRecordFile(folder.write("longer", most + "x")), "");
+  EXPECT_TRUE(readRecordFile(folder.write("longest", most)) == most);  // no megabyte of a message
+  EXPECT_TRUE(readRecordFile(folder.write("longer", most + "x")).empty());
   EXPECT_EQ(readRecordFile(folder.file("none")), "");
   EXPECT_EQ(readRecordFile(folder.path()), "");
   EXPECT_EQ(readRecordFile("/dev/zero"), "");
