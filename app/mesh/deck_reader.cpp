@@ -3,8 +3,8 @@
 
 #include <cstdio>
 
-#include "system/failure.hpp"
 #include "mesh/mesh_check.hpp"
+#include "system/failure.hpp"
 #include "tornwalzen_deck.h"
 
 namespace host {

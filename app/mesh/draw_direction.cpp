@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "mesh/edges.hpp"
+#include "mesh/part_geometry.hpp"
 
 namespace host {
 

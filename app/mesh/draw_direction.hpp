@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "mesh/vector.hpp"
+#include "mesh/mesh_check.hpp"
+#include "system/vector.hpp"
 
 namespace host {
 

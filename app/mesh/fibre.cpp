@@ -5,10 +5,10 @@
 #include "mesh/fibre.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "mesh/edges.hpp"
+#include "system/vector.hpp"
 
 namespace host {
 
@@ -125,7 +125,6 @@ std::vector<double> riseToArcs(const std::vector<Edge>& edges, const std::vector
 }  // namespace
 
 std::vector<double> nodeNormals(const Mesh& mesh) {
-  using Vector = std::array<double, 3>;
   std::vector<double> normals(mesh.points.size(), 0.0);
   for (std::size_t first = 0; first < mesh.corners.size(); first += 3)
     for (std::size_t k = 0; k < 3; ++k) {
@@ -137,12 +136,10 @@ std::vector<double> nodeNormals(const Mesh& mesh) {
         to[axis] = mesh.points[3 * node(k + 1) + axis] - mesh.points[3 * node(k) + axis];
         from[axis] = mesh.points[3 * node(k + 2) + axis] - mesh.points[3 * node(k) + axis];
       }
-      const Vector cross{to[1] * from[2] - to[2] * from[1], to[2] * from[0] - to[0] * from[2],
-                         to[0] * from[1] - to[1] * from[0]};
-      const double sine = std::hypot(cross[0], cross[1], cross[2]);
-      const double angle = std::atan2(sine, to[0] * from[0] + to[1] * from[1] + to[2] * from[2]);
+      const Vector normal = cross(to, from);
+      const double sine = norm(normal), angle = std::atan2(sine, dot(to, from));
       for (std::size_t axis = 0; axis < 3; ++axis)
-        if (sine > 0.0) normals[3 * node(k) + axis] += angle * cross[axis] / sine;
+        if (sine > 0.0) normals[3 * node(k) + axis] += angle * normal[axis] / sine;
     }
   for (std::size_t k = 0; k < normals.size(); k += 3) {
     const double length = std::hypot(normals[k], normals[k + 1], normals[k + 2]);

@@ -7,7 +7,8 @@
 #include <set>
 
 #include "mesh/edges.hpp"
-#include "mesh/vector.hpp"
+#include "mesh/part_geometry.hpp"
+#include "system/vector.hpp"
 
 namespace host {
 

@@ -11,12 +11,11 @@
 #include "mesh/submesh.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
+#include "system/vector.hpp"
 
 namespace host {
 
 namespace {
-
-using Vector = std::array<double, 3>;
 
 const double cosineOfGrowth = std::cos(50.0 * std::acos(-1.0) / 180.0);  // a rim stands at about 90 degrees
 // Sheet: skins of like area, thickness small against their size, and no more area beside them than a rim of
@@ -26,19 +25,6 @@ constexpr double leastShare = 0.5, thickestSheet = 0.2, widestRim = 1.5;
 Vector pointOf(const Mesh& mesh, std::int64_t node) {
   const auto n = static_cast<std::size_t>(node) - 1;
   return {mesh.points[3 * n], mesh.points[3 * n + 1], mesh.points[3 * n + 2]};
-}
-
-Vector minus(const Vector& a, const Vector& b) {
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-double dot(const Vector& a, const Vector& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-Vector cross(const Vector& a, const Vector& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-double norm(const Vector& a) {
-  return std::hypot(a[0], a[1], a[2]);
 }
 
 // Twice the area along the normal, per triangle.

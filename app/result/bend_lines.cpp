@@ -10,6 +10,7 @@
 #include "result/bend_zones.hpp"
 #include "result/line_on_sheet.hpp"
 #include "result/sheet_bending.hpp"
+#include "system/vector.hpp"
 
 namespace host {
 
@@ -29,7 +30,7 @@ struct Sheet {
   const std::vector<double>&part, &blank;
   const std::vector<OutlineLoop>& loops;
 
-  SpaceVector onPart(std::int32_t node) const {
+  Vector onPart(std::int32_t node) const {
     const auto n = 3 * static_cast<std::size_t>(node) - 3;
     return {part[n], part[n + 1], part[n + 2]};
   }
@@ -81,8 +82,8 @@ PlaneLine lineThrough(const Sheet& sheet, const SheetBending& bending, const std
   double weights = 0.0;
   for (const std::size_t e : edges) {
     const InnerEdge& edge = bending.edges[e];
-    const double weight = std::abs(edge.angle) *
-                          host::length(difference(sheet.onPart(edge.nodes[1]), sheet.onPart(edge.nodes[0])));
+    const double weight =
+        std::abs(edge.angle) * norm(minus(sheet.onPart(edge.nodes[1]), sheet.onPart(edge.nodes[0])));
     const PlanePoint middle = sheet.middle(edge);
     sum = {sum[0] + weight * middle[0], sum[1] + weight * middle[1]};
     weights += weight;
@@ -91,14 +92,14 @@ PlaneLine lineThrough(const Sheet& sheet, const SheetBending& bending, const std
 }
 
 // The part's direction `axis`, seen from above the triangle, as it lies on the blank; 0 where the triangle has no area.
-PlanePoint carriedOver(const Sheet& sheet, std::size_t triangle, const SpaceVector& axis, double& area) {
+PlanePoint carriedOver(const Sheet& sheet, std::size_t triangle, const Vector& axis, double& area) {
   const std::int32_t* node = &sheet.corners[3 * triangle];
-  const SpaceVector u = difference(sheet.onPart(node[1]), sheet.onPart(node[0]));
-  const SpaceVector v = difference(sheet.onPart(node[2]), sheet.onPart(node[0]));
-  const double uu = product(u, u), uv = product(u, v), vv = product(v, v), det = uu * vv - uv * uv;
+  const Vector u = minus(sheet.onPart(node[1]), sheet.onPart(node[0]));
+  const Vector v = minus(sheet.onPart(node[2]), sheet.onPart(node[0]));
+  const double uu = dot(u, u), uv = dot(u, v), vv = dot(v, v), det = uu * vv - uv * uv;
   area = 0.5 * std::sqrt(std::max(det, 0.0));
   if (!(det > 0.0)) return {};
-  const double au = product(axis, u), av = product(axis, v);
+  const double au = dot(axis, u), av = dot(axis, v);
   const double p = (vv * au - uv * av) / det, q = (uu * av - uv * au) / det;  // axis = p u + q v in the plane
   const PlanePoint a = sheet.onBlank(node[0]), b = sheet.onBlank(node[1]), c = sheet.onBlank(node[2]);
   return {p * (b[0] - a[0]) + q * (c[0] - a[0]), p * (b[1] - a[1]) + q * (c[1] - a[1])};
@@ -147,11 +148,11 @@ std::vector<std::vector<std::size_t>> creaseGroups(const Sheet& sheet, const She
     if (!bending.edges[e].crease) continue;
     const auto directionOf = [&](std::size_t edge) {
       const auto& nodes = bending.edges[edge].nodes;
-      return unit(difference(sheet.onPart(nodes[1]), sheet.onPart(nodes[0])));
+      return unit(minus(sheet.onPart(nodes[1]), sheet.onPart(nodes[0])));
     };
     for (const std::int32_t node : bending.edges[e].nodes) {
       for (const std::size_t other : at[static_cast<std::size_t>(node)]) {
-        if (std::abs(product(directionOf(e), directionOf(other))) < goingOnCosine) continue;
+        if (std::abs(dot(directionOf(e), directionOf(other))) < goingOnCosine) continue;
         const std::size_t a = root(e), b = root(other);
         parent[std::max(a, b)] = std::min(a, b);
       }
@@ -169,21 +170,21 @@ std::vector<std::vector<std::size_t>> creaseGroups(const Sheet& sheet, const She
 // The lines of a crease; none: it is not straight.
 Lines linesOf(const Sheet& sheet, const SheetBending& bending, const std::vector<std::size_t>& crease) {
   Directions directions;
-  SpaceVector sum{};
-  std::vector<SpaceVector> edges;
+  Vector sum{};
+  std::vector<Vector> edges;
   double total = 0.0;
   for (const std::size_t e : crease) {
     const auto& nodes = bending.edges[e].nodes;
     const PlanePoint a = sheet.onBlank(nodes[0]), b = sheet.onBlank(nodes[1]);
     directions.add({b[0] - a[0], b[1] - a[1]}, length({b[0] - a[0], b[1] - a[1]}));
-    edges.push_back(difference(sheet.onPart(nodes[1]), sheet.onPart(nodes[0])));
-    const double sense = product(sum, edges.back()) < 0.0 ? -1.0 : 1.0;
+    edges.push_back(minus(sheet.onPart(nodes[1]), sheet.onPart(nodes[0])));
+    const double sense = dot(sum, edges.back()) < 0.0 ? -1.0 : 1.0;
     for (std::size_t k = 0; k < 3; ++k) sum[k] += sense * edges.back()[k];
     total += length({b[0] - a[0], b[1] - a[1]});
   }
   double squares = 0.0, lengths = 0.0;
-  for (const SpaceVector& edge : edges) {
-    const double l = host::length(edge), across = host::length(crossProduct(edge, unit(sum)));
+  for (const Vector& edge : edges) {
+    const double l = norm(edge), across = norm(cross(edge, unit(sum)));
     squares += l > 0.0 ? across * across / l : 0.0;
     lengths += l;
   }

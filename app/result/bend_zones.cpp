@@ -6,6 +6,8 @@
 #include <limits>
 #include <numbers>
 
+#include "system/vector.hpp"
+
 namespace host {
 
 namespace {
@@ -18,7 +20,7 @@ constexpr double largestSpread = 2.5;  // degrees, root mean square
 constexpr std::size_t fewest = 8;      // triangles of a zone beside others
 constexpr double mostJoined = 0.5;     // of the border that is not
 
-SpaceVector pointOf(const std::vector<double>& points, std::int32_t node) {
+Vector pointOf(const std::vector<double>& points, std::int32_t node) {
   const auto n = 3 * static_cast<std::size_t>(node) - 3;
   return {points[n], points[n + 1], points[n + 2]};
 }
@@ -33,7 +35,7 @@ struct Neighbours {
     for (const InnerEdge& edge : bending.edges) {
       if (edge.crease) continue;
       const auto [s, t] = edge.triangles;
-      const double l = length(difference(pointOf(points, edge.nodes[1]), pointOf(points, edge.nodes[0])));
+      const double l = norm(minus(pointOf(points, edge.nodes[1]), pointOf(points, edge.nodes[0])));
       of[s].push_back({t, l});
       of[t].push_back({s, l});
     }
@@ -51,8 +53,7 @@ class Zones {
         taken_(bending.bent.size()) {
     for (std::size_t t = 0; t < taken_.size(); ++t) {
       rulings_.push_back(rulingOf(bending.tensors[t]));
-      areas_.push_back(0.5 * length(crossProduct(difference(at(3 * t + 1), at(3 * t)),
-                                                 difference(at(3 * t + 2), at(3 * t)))));
+      areas_.push_back(0.5 * norm(cross(minus(at(3 * t + 1), at(3 * t)), minus(at(3 * t + 2), at(3 * t)))));
     }
   }
 
@@ -82,7 +83,7 @@ class Zones {
   }
 
  private:
-  SpaceVector at(std::size_t corner) const { return pointOf(points_, corners_[corner]); }
+  Vector at(std::size_t corner) const { return pointOf(points_, corners_[corner]); }
 
   bool sameSide(std::size_t a, std::size_t b) const {
     return (rulings_[a].strength > 0.0) == (rulings_[b].strength > 0.0);
@@ -99,7 +100,7 @@ class Zones {
         const Ruling& ruling = rulings_[other];
         if (taken_[other] || !bending_.bent[other] || !sameSide(seed, other) || ruling.share > cylindrical)
           continue;
-        if (std::abs(product(ruling.direction, bend.axis)) < grownCosine) continue;
+        if (std::abs(dot(ruling.direction, bend.axis)) < grownCosine) continue;
         taken_[other] = true;
         bend.triangles.push_back(other);
         sum.add(bending_.tensors[other]);
@@ -112,11 +113,10 @@ class Zones {
   bool isStraight(const StraightBend& bend) const {
     double area = 0.0, spread = 0.0, perimeter = 0.0;
     for (const std::size_t t : bend.triangles) {
-      const double sine = length(crossProduct(rulings_[t].direction, bend.axis));
+      const double sine = norm(cross(rulings_[t].direction, bend.axis));
       area += areas_[t];
       spread += areas_[t] * sine * sine;
-      for (std::size_t k = 0; k < 3; ++k)
-        perimeter += length(difference(at(3 * t + (k + 1) % 3), at(3 * t + k)));
+      for (std::size_t k = 0; k < 3; ++k) perimeter += norm(minus(at(3 * t + (k + 1) % 3), at(3 * t + k)));
     }
     if (!(area > 0.0) || std::sqrt(spread / area) > std::sin(largestSpread * degree)) return false;
     double joined = 0.0;
@@ -134,7 +134,7 @@ class Zones {
     return joined <= mostJoined * (perimeter - joined);
   }
 
-  SpaceVector acrossNormals(const StraightBend& bend) const {
+  Vector acrossNormals(const StraightBend& bend) const {
     BendingTensor normals;
     std::vector<std::size_t> members = bend.triangles;
     for (const std::size_t t : bend.triangles)
@@ -149,7 +149,7 @@ class Zones {
     for (std::size_t k = 0; k < bend.triangles.size(); ++k)
       for (const auto& [other, edge] : neighbours_.of[bend.triangles[k]]) {
         if (taken_[other] || !bending_.bent[other]) continue;
-        if (std::abs(product(bending_.normals[other], bend.axis)) > absorbedSine) continue;
+        if (std::abs(dot(bending_.normals[other], bend.axis)) > absorbedSine) continue;
         taken_[other] = true;
         bend.triangles.push_back(other);
       }

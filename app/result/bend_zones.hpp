@@ -10,7 +10,7 @@ namespace host {
 
 // A bend along a straight line, as a press brake makes it: one ruling for all its triangles.
 struct StraightBend {
-  SpaceVector axis{};                  // unit vector along the part's rulings
+  Vector axis{};                       // unit vector along the part's rulings
   std::vector<std::size_t> triangles;  // ascending, from 0
   std::vector<std::size_t> edges;      // of the bending's edges those of the zone's core, ascending
 };

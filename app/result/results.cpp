@@ -2,17 +2,16 @@
 #include "result/results.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
+
+#include "system/vector.hpp"
 
 namespace host {
 
 namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-
-using Vector = std::array<double, 3>;
 
 Vector difference(const std::vector<double>& points, std::int32_t to, std::int32_t from) {
   Vector d{};
@@ -22,18 +21,13 @@ Vector difference(const std::vector<double>& points, std::int32_t to, std::int32
   return d;
 }
 
-Vector crossProduct(const Vector& a, const Vector& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
 void computeElements(const RunOutput& run, const std::vector<double>& partPoints, Results& results) {
   const std::size_t elements = run.corners.size() / 3;
   for (std::size_t e = 0; e < elements; ++e) {
     const std::int32_t i = run.corners[3 * e], j = run.corners[3 * e + 1], k = run.corners[3 * e + 2];
-    const Vector normal = crossProduct(difference(partPoints, j, i), difference(partPoints, k, i));
-    const Vector flat =
-        crossProduct(difference(results.blankPoints, j, i), difference(results.blankPoints, k, i));
-    const double partArea = 0.5 * std::hypot(normal[0], normal[1], normal[2]), blankArea = 0.5 * flat[2];
+    const Vector normal = cross(difference(partPoints, j, i), difference(partPoints, k, i));
+    const Vector flat = cross(difference(results.blankPoints, j, i), difference(results.blankPoints, k, i));
+    const double partArea = 0.5 * norm(normal), blankArea = 0.5 * flat[2];
     const double ratio = blankArea > 0.0 && results.developed ? blankArea / partArea : notANumber;
     results.partArea.push_back(partArea);
     results.blankArea.push_back(blankArea);

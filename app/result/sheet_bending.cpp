@@ -17,8 +17,7 @@ class Surface {
   Surface(const std::vector<std::int32_t>& corners, const std::vector<double>& points)
       : corners_(corners), points_(points), around_(points.size() / 3) {
     for (std::size_t t = 0; t < triangles(); ++t) {
-      areas_.push_back(
-          crossProduct(difference(at(3 * t + 1), at(3 * t)), difference(at(3 * t + 2), at(3 * t))));
+      areas_.push_back(cross(minus(at(3 * t + 1), at(3 * t)), minus(at(3 * t + 2), at(3 * t))));
       normals_.push_back(unit(areas_.back()));
       for (std::size_t k = 0; k < 3; ++k) around_[node(3 * t + k)].push_back(t);
     }
@@ -27,9 +26,9 @@ class Surface {
   std::size_t triangles() const { return corners_.size() / 3; }
   std::size_t node(std::size_t corner) const { return static_cast<std::size_t>(corners_[corner]) - 1; }
   const std::vector<std::size_t>& around(std::size_t node) const { return around_[node]; }
-  const SpaceVector& normal(std::size_t triangle) const { return normals_[triangle]; }
-  bool hasArea(std::size_t triangle) const { return length(areas_[triangle]) > 0.0; }
-  SpaceVector at(std::size_t corner) const {
+  const Vector& normal(std::size_t triangle) const { return normals_[triangle]; }
+  bool hasArea(std::size_t triangle) const { return norm(areas_[triangle]) > 0.0; }
+  Vector at(std::size_t corner) const {
     const std::size_t n = 3 * node(corner);
     return {points_[n], points_[n + 1], points_[n + 2]};
   }
@@ -38,27 +37,26 @@ class Surface {
     double largest = 0.0;
     for (std::size_t k = 0; k < 3; ++k) {
       const std::size_t a = 3 * triangle + k, b = 3 * triangle + (k + 1) % 3;
-      const double edge = length(difference(at(b), at(a)));
+      const double edge = norm(minus(at(b), at(a)));
       if (edge > 0.0)
         largest = std::max(
-            largest,
-            length(difference(cornerNormal(triangle, node(b)), cornerNormal(triangle, node(a)))) / edge);
+            largest, norm(minus(cornerNormal(triangle, node(b)), cornerNormal(triangle, node(a)))) / edge);
     }
     return largest;
   }
 
  private:
-  SpaceVector cornerNormal(std::size_t triangle, std::size_t node) const {
-    SpaceVector sum{};
+  Vector cornerNormal(std::size_t triangle, std::size_t node) const {
+    Vector sum{};
     for (const std::size_t t : around_[node])
-      if (product(normals_[t], normals_[triangle]) >= creaseCosine)
+      if (dot(normals_[t], normals_[triangle]) >= creaseCosine)
         for (std::size_t axis = 0; axis < 3; ++axis) sum[axis] += areas_[t][axis];
     return unit(sum);
   }
 
   const std::vector<std::int32_t>& corners_;
   const std::vector<double>& points_;
-  std::vector<SpaceVector> areas_, normals_;      // per triangle: twice the area vector, its direction
+  std::vector<Vector> areas_, normals_;           // per triangle: twice the area vector, its direction
   std::vector<std::vector<std::size_t>> around_;  // triangles of each node
 };
 
@@ -95,16 +93,16 @@ std::vector<InnerEdge> innerEdges(const std::vector<std::int32_t>& corners, cons
     if (sides[k].nodes != sides[k + 1].nodes) continue;
     const std::size_t c = sides[k].corner, s = c / 3, t = sides[k + 1].corner / 3;
     if (!surface.hasArea(s) || !surface.hasArea(t)) continue;
-    const SpaceVector along = unit(difference(surface.at(c % 3 == 2 ? c - 2 : c + 1), surface.at(c)));
-    const double cosine = product(surface.normal(s), surface.normal(t));
+    const Vector along = unit(minus(surface.at(c % 3 == 2 ? c - 2 : c + 1), surface.at(c)));
+    const double cosine = dot(surface.normal(s), surface.normal(t));
     // the normals turn about the edge; towards the normal where the other triangle rises over this one
-    const double sine = -product(crossProduct(surface.normal(s), surface.normal(t)), along);
+    const double sine = -dot(cross(surface.normal(s), surface.normal(t)), along);
     edges.push_back({sides[k].nodes, {s, t}, std::atan2(sine, cosine), cosine < creaseCosine});
   }
   return edges;
 }
 
-using Matrix = std::array<SpaceVector, 3>;
+using Matrix = std::array<Vector, 3>;
 
 // One rotation of Jacobi's method that makes A(p,q) zero; the columns of V turn with it.
 void rotate(Matrix& a, Matrix& v, std::size_t p, std::size_t q) {
@@ -128,7 +126,7 @@ void rotate(Matrix& a, Matrix& v, std::size_t p, std::size_t q) {
 
 struct Principal {
   std::array<double, 3> values{};  // the largest in size first
-  std::array<SpaceVector, 3> directions{};
+  std::array<Vector, 3> directions{};
 };
 
 Principal principalOf(const BendingTensor& tensor) {
@@ -152,15 +150,6 @@ Principal principalOf(const BendingTensor& tensor) {
 
 }  // namespace
 
-double length(const SpaceVector& a) {
-  return std::hypot(a[0], a[1], a[2]);
-}
-
-SpaceVector unit(const SpaceVector& a) {
-  const double l = length(a);
-  return l > 0.0 ? SpaceVector{a[0] / l, a[1] / l, a[2] / l} : SpaceVector{};
-}
-
 void BendingTensor::add(const BendingTensor& other) {
   xx += other.xx;
   yy += other.yy;
@@ -170,7 +159,7 @@ void BendingTensor::add(const BendingTensor& other) {
   yz += other.yz;
 }
 
-void BendingTensor::addDyad(const SpaceVector& vector, double weight) {
+void BendingTensor::addDyad(const Vector& vector, double weight) {
   add({weight * vector[0] * vector[0], weight * vector[1] * vector[1], weight * vector[2] * vector[2],
        weight * vector[0] * vector[1], weight * vector[0] * vector[2], weight * vector[1] * vector[2]});
 }
@@ -182,7 +171,7 @@ Ruling rulingOf(const BendingTensor& tensor) {
   return {principal.directions[0], largest, std::abs(principal.values[1] / largest)};
 }
 
-SpaceVector leastDirection(const BendingTensor& tensor) {
+Vector leastDirection(const BendingTensor& tensor) {
   return principalOf(tensor).directions[2];
 }
 
@@ -219,9 +208,9 @@ SheetBending bendingOf(const std::vector<std::int32_t>& corners, const std::vect
     if (edge.crease) continue;
     const auto a = static_cast<std::size_t>(edge.nodes[0]) - 1,
                b = static_cast<std::size_t>(edge.nodes[1]) - 1;
-    SpaceVector along{};
+    Vector along{};
     for (std::size_t axis = 0; axis < 3; ++axis) along[axis] = points[3 * b + axis] - points[3 * a + axis];
-    const double l = length(along);
+    const double l = norm(along);
     if (l == 0.0) continue;
     for (const std::size_t n : {a, b}) atNodes[n].addDyad(along, edge.angle / l);
   }

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <vector>
 
-namespace host {
+#include "system/vector.hpp"
 
-using SpaceVector = std::array<double, 3>;
+namespace host {
 
 // The symmetric tensor of bending, sum of angle * length * e e^T over edges of direction e, in the points' unit: angle in
 // rad between the normals of an edge's two triangles, positive where the sheet turns towards its normal (D. Cohen-Steiner,
@@ -17,12 +17,12 @@ using SpaceVector = std::array<double, 3>;
 struct BendingTensor {
   double xx = 0.0, yy = 0.0, zz = 0.0, xy = 0.0, xz = 0.0, yz = 0.0;
   void add(const BendingTensor& other);
-  void addDyad(const SpaceVector& vector, double weight);  // weight * vector vector^T
+  void addDyad(const Vector& vector, double weight);  // weight * vector vector^T
 };
 
 struct Ruling {
-  SpaceVector direction{};  // unit vector of the eigenvalue that is largest in size
-  double strength = 0.0;    // that eigenvalue, signed
+  Vector direction{};     // unit vector of the eigenvalue that is largest in size
+  double strength = 0.0;  // that eigenvalue, signed
   double share =
       1.0;  // size of the next one over it, 0..1: 0 on a cylinder, 1 on a sphere and where all is 0
 };
@@ -30,7 +30,7 @@ struct Ruling {
 Ruling rulingOf(const BendingTensor& tensor);
 
 // The unit eigenvector of the eigenvalue that is smallest in size.
-SpaceVector leastDirection(const BendingTensor& tensor);
+Vector leastDirection(const BendingTensor& tensor);
 
 // An edge of two triangles with area that are turned the same way.
 struct InnerEdge {
@@ -41,8 +41,8 @@ struct InnerEdge {
 };
 
 struct SheetBending {
-  std::vector<InnerEdge> edges;      // by their nodes, ascending
-  std::vector<SpaceVector> normals;  // per triangle; 0 without area
+  std::vector<InnerEdge> edges;  // by their nodes, ascending
+  std::vector<Vector> normals;   // per triangle; 0 without area
   std::vector<bool> bent;  // per triangle: curvature * radius >= 1, and no flat row that only touches a bend
   std::vector<BendingTensor> tensors;  // per triangle: of the edges at its corners, without creases
 };
@@ -56,17 +56,5 @@ struct SheetBending {
 // Triangles without area are flat.
 SheetBending bendingOf(const std::vector<std::int32_t>& corners, const std::vector<double>& points,
                        double radius);
-
-inline SpaceVector difference(const SpaceVector& a, const SpaceVector& b) {
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-inline double product(const SpaceVector& a, const SpaceVector& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-inline SpaceVector crossProduct(const SpaceVector& a, const SpaceVector& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-double length(const SpaceVector& a);
-SpaceVector unit(const SpaceVector& a);  // 0 of 0
 
 }  // namespace host

@@ -225,8 +225,8 @@ TEST(SheetBending, AngleAndRulingOfARoof) {
 
 // Against a tensor made of its eigenvectors.
 TEST(SheetBending, TheRulingIsTheLargestEigenvector) {
-  const SpaceVector a = unit({1, 2, -2}), b = unit({2, 1, 2}), c = crossProduct(a, b);
-  const auto of = [](const SpaceVector& e, double w) {
+  const Vector a = unit({1, 2, -2}), b = unit({2, 1, 2}), c = cross(a, b);
+  const auto of = [](const Vector& e, double w) {
     return BendingTensor{w * e[0] * e[0], w * e[1] * e[1], w * e[2] * e[2],
                          w * e[0] * e[1], w * e[0] * e[2], w * e[1] * e[2]};
   };
@@ -234,7 +234,7 @@ TEST(SheetBending, TheRulingIsTheLargestEigenvector) {
   tensor.add(of(b, -3.0));
   tensor.add(of(c, 1.5));
   const Ruling ruling = rulingOf(tensor);
-  EXPECT_NEAR(std::abs(product(ruling.direction, b)), 1.0, 1e-12);
+  EXPECT_NEAR(std::abs(dot(ruling.direction, b)), 1.0, 1e-12);
   EXPECT_NEAR(ruling.strength, -3.0, 1e-12);
   EXPECT_NEAR(ruling.share, 0.5, 1e-12);
   EXPECT_EQ(rulingOf({}).strength, 0.0);
