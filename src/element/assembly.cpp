@@ -13,9 +13,10 @@ namespace tornwalzen {
 
 namespace {
 
+constexpr Int64 leastOfThread = 32768;  // entries, where a thread does little with each
+
 void setZero(ThreadPool* pool, Vector<double> values, Int64 count) {
-  constexpr Int64 leastCleared = 32768;  // by a thread
-  inRanges(pool, count, leastCleared, [&](Int64 first, Int64 last) {
+  inRanges(pool, count, leastOfThread, [&](Int64 first, Int64 last) {
     for (Int64 i = first; i <= last; ++i) values(i) = 0.0;
   });
 }
@@ -42,13 +43,18 @@ struct ElementSums {
 
 /// Largest |RR(i)| of the free unknowns. A NaN stays: a residual that is no number must not pass for a small
 /// one.
-double residualNorm(Vector<const Int> ARFA, Vector<const double> RR) {
+double residualNorm(ThreadPool* pool, Vector<const Int> ARFA, Vector<const double> RR) {
+  const auto larger = [](double a, double b) { return b > a || std::isnan(b) ? b : a; };
   double largest = 0.0;
-  for (Int i = 1; i <= ARFA.length(); ++i) {
-    if (ARFA(i) != 1) continue;
-    const double size = std::fabs(RR(i));
-    if (size > largest || std::isnan(size)) largest = size;
-  }
+  mergeRanges(
+      pool, ARFA.length(), leastOfThread,
+      [&](Int64 first, Int64 last) {
+        double part = 0.0;
+        for (Int64 i = first; i <= last; ++i)
+          if (ARFA(i) == 1) part = larger(part, std::fabs(RR(i)));
+        return part;
+      },
+      [&](double part) { largest = larger(largest, part); });
   return largest;
 }
 
@@ -105,7 +111,7 @@ void assemble(Analysis& run, Int mode, const DriverArrays& a) {
   // once more in order where it fails: what is left behind is what one thread leaves
   if (!sumTerms(run, withMatrix, parts, a) && (parts == nullptr || !sumTerms(run, withMatrix, nullptr, a)))
     return tellDegenerate(run, false);
-  run.maxgrad = residualNorm(a.ARFA, a.RR);
+  run.maxgrad = residualNorm(run.pool.get(), a.ARFA, a.RR);
 }
 
 void energySum(Analysis& run, double& EN, const DriverArrays& a) {

@@ -10,8 +10,8 @@ namespace tornwalzen {
 
 class SparseSystem {
  public:
-  /// A system of its own, empty. run: its messages and error word.
-  explicit SparseSystem(Analysis& run) : run_(run), state_(&ownState_) {}
+  /// A system of its own, empty. analysis: its messages and error word.
+  explicit SparseSystem(Analysis& analysis) : run_(analysis), state_(&ownState_) {}
   /// The host's system, ordered and laid out; its state is run.solver. Nothing is owned.
   SparseSystem(Analysis& run, Vector<const Int> COLS, Vector<const Int> ROWI, Vector<Int> WORK,
                Vector<double> RWORK, Vector<double> SYSM, Vector<double> WRHS);

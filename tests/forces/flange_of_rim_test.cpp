@@ -74,14 +74,14 @@ TEST(FlangeOfRimTest, OfManyHeightsTheWindowWithMostAreaIsIt) {
   Strip stairs(60);
   for (Int step = 0; step < 30; ++step) {
     stairs.stand({2 * step + 1});
-    const double up = static_cast<double>((step * 7) % 30);  // every height once, in no order
-    const double height = up < 10.0 ? 3.0 * up : up < 20.0 ? 30.0 + 0.05 * (up - 10.0) : 3.0 * up - 20.0;
+    const double rise = static_cast<double>((step * 7) % 30);  // every height once, in no order
+    const double height = rise < 10.0 ? 3.0 * rise : rise < 20.0 ? 30.0 + 0.05 * (rise - 10.0) : 3.0 * rise - 20.0;
     stairs.raise(2 * step, 2 * step + 1, height);
   }
   EXPECT_EQ(stairs.find(1.0), 20);
   for (Int step = 0; step < 30; ++step) {
-    const Int up = (step * 7) % 30;
-    EXPECT_EQ(stairs.under(2 * step), up >= 10 && up < 20) << step;
+    const Int rise = (step * 7) % 30;
+    EXPECT_EQ(stairs.under(2 * step), rise >= 10 && rise < 20) << step;
   }
 }
 
