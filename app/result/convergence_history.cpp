@@ -59,6 +59,7 @@ void ConvergenceHistory::read(std::string_view line) {
   } else if (numbersBehind(line, "SEHNENSCHRITT", numbers) && !numbers.empty()) {
     increment.gradient.push_back(numbers[0]);
     increment.factor.push_back(1.0);
+    ++increment.chords;
   } else if (line.find("INKREMENT WIRD WIEDERHOLT") != std::string_view::npos) {
     increment.repeated = true;
   }

@@ -72,8 +72,9 @@ struct ReportIncrement {
   int number = 0;                // from 1; a repeated one keeps its number
   double progress = 0.0;         // 0..1, of the part, at its end
   bool repeated = false;         // given up, and made again with a smaller step
-  std::vector<double> gradient;  // mm, largest free component after each Newton iteration
+  std::vector<double> gradient;  // mm, largest free component after each step
   std::vector<double> factor;    // accepted fraction of each correction, 0: none
+  int chords = 0;                // steps with the factor of an earlier one; the others are Newton iterations
 };
 
 struct ReportConvergence {

@@ -58,7 +58,8 @@ Json convergenceJson(const ReportConvergence& convergence) {
                           {"progress", increment.progress},
                           {"repeated", increment.repeated},
                           {"gradient", increment.gradient},
-                          {"factor", increment.factor}});
+                          {"factor", increment.factor},
+                          {"chords", increment.chords}});
   return {{"increments", increments}, {"tolerance", convergence.tolerance}};
 }
 

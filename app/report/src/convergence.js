@@ -1,4 +1,4 @@
-// How the run converged: the largest component of the gradient after each Newton iteration, on a logarithmic axis.
+// How the run converged: the largest component of the gradient after each step, on a logarithmic axis.
 import { html, svg } from './dom.js';
 import { fixed } from './numbers.js';
 
@@ -30,7 +30,7 @@ export function convergenceCard({ convergence }) {
     const points = one.gradient.map((gradient, i) => [x(at + i), y(gradient)]);
     lines.push(svg('path', { class: 'line', d: 'M' + points.map(p => p.map(v => v.toFixed(1)).join(' ')).join('L') }));
     points.forEach(([px, py], i) => dots.push(svg('circle', { cx: px.toFixed(1), cy: py.toFixed(1), r: total > 120 ? 1.6 : 3, class: one.factor[i] === 1 ? 'full' : '' },
-      svg('title', {}, `Increment ${one.number}, iteration ${i + 1} of ${n}: ${one.gradient[i].toExponential(2)} mm, ${one.factor[i] === 1 ? 'full step' : one.factor[i] > 0 ? `step \u00d7 ${one.factor[i]}` : 'no step'}`))));
+      svg('title', {}, `Increment ${one.number}, step ${i + 1} of ${n}: ${one.gradient[i].toExponential(2)} mm, ${one.factor[i] === 1 ? 'full step' : one.factor[i] > 0 ? `step \u00d7 ${one.factor[i]}` : 'no step'}`))));
     at += n;
   });
   let room = Infinity;  // labels from the last backwards, as many as fit
@@ -43,11 +43,14 @@ export function convergenceCard({ convergence }) {
     svg('line', { class: 'tolerance', x1: left, x2: right, y1: y(convergence.tolerance), y2: y(convergence.tolerance) }),
     svg('text', { x: right + 7, y: y(convergence.tolerance) + 4 }, 'tolerance')];
   const again = increments.filter(one => one.repeated).length;
+  const chords = increments.reduce((sum, one) => sum + one.chords, 0), count = (n, word) => `${n} ${word}${n === 1 ? '' : 's'}`;
+  const steps = count(total - chords, 'Newton iteration') + (chords ? ` and ${count(chords, 'chord step')}` : '') +
+    (increments.length > 1 ? ` in ${increments.length} increments` : '');
   return html('section', { class: 'card', 'aria-labelledby': 'convergence-title' }, html('h2', { id: 'convergence-title' }, 'Convergence'),
-    html('p', {}, `Largest gradient (mm) after each of ${total} ${increments.length > 1 ? `Newton iterations in ${increments.length} increments` : 'Newton iterations'}` +
-      (again ? `, ${again} of them repeated with a smaller step (shaded amber)` : '') + '. Hollow: shortened step.' + (increments.length > 1 ? ' Below: share of the part reached.' : '')),
+    html('p', {}, `Largest gradient (mm) after each of ${steps}` +
+      (again ? `, ${again} of them repeated with a smaller step (shaded amber)` : '') + '. ' + (chords ? 'Chord steps keep the last factorization. ' : '') + 'Hollow: shortened step.' + (increments.length > 1 ? ' Below: share of the part reached.' : '')),
     svg('svg', { class: 'chart', viewBox: `0 0 ${width} ${height}`, role: 'img', 'aria-label':
       `The gradient ends at ${increments.at(-1).gradient.at(-1).toExponential(2)} mm; the tolerance is ${convergence.tolerance.toExponential(2)} mm` },
     bands, grid, tolerance || '', lines, dots, svg('line', { class: 'axis', x1: left, x2: right, y1: low, y2: low }),
-    svg('text', { x: left, y: height - 6 }, 'Newton iterations')));
+    svg('text', { x: left, y: height - 6 }, chords ? 'steps' : 'Newton iterations')));
 }

@@ -320,6 +320,8 @@ const tests = {
         const thinning = (await valuesOf(page)).thinning, wanted = 100 * (1 - summary.thinnest.thickness_ratio_Ablank_by_Apart);
         assert.ok(Math.abs(numberIn(thinning) - wanted) < 0.0051, `${thinning} for ${wanted}`);
         assert.equal((await page.locator('#pill').textContent()).toLowerCase(), summary.verdict);
+        const card = await page.locator('[aria-labelledby=convergence-title]').textContent(), told = summary.newton_iterations;
+        assert.ok(card.includes(`after each of ${told} Newton iteration${told === 1 ? '' : 's'}`), `${told} in: ${card}`);
         await page.click('#fit');
         assert.ok(await page.locator('.chips >> text=Limit zone').count(), 'a limit curve has its zones');
         const striped = existsSync(join(folder, 'strip.svg'));

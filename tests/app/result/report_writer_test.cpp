@@ -157,6 +157,7 @@ TEST(ConvergenceHistory, FollowsTheSurePath) {
   EXPECT_EQ(history.increments()[0].progress, 1.0);
   EXPECT_THAT(history.increments()[0].gradient, ElementsAre(0.848254, 0.221984e-3, 0.227710e-5));
   EXPECT_THAT(history.increments()[0].factor, ElementsAre(0.5, 1.0, 1.0));
+  EXPECT_EQ(history.increments()[0].chords, 1);
 }
 
 TEST(ReportContent, TheFirstCrossingOfTheOutlineIsMarkedInThePartsUnit) {
