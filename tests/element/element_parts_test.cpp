@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <random>
 
@@ -162,6 +163,35 @@ TEST_P(SharedPasses, LeaveTheBitsOfOneThreadAlsoWhereAnElementIsDegenerate) {
         EXPECT_EQ(shared.SYSM, alone.SYSM) << bad << " on " << threads;
       }
     }
+}
+
+TEST_P(SharedPasses, FindTheLargestFreeResidualWhereverItIsAndWhatIsNoNumber) {
+  SmallMesh mesh(182);  // so many unknowns that the search is shared, too
+  for (Int round = 0; round < 4; ++round) {
+    workOn(1, mesh);
+    mesh.assemble(tornwalzen::residualOnly);
+    const double alone = run.maxgrad;
+    Int largest = 0;
+    for (Int i = 0; i < mesh.equations; ++i)
+      if (mesh.ARFA[i] * std::fabs(mesh.RR[i]) > mesh.ARFA[largest] * std::fabs(mesh.RR[largest]))
+        largest = i;
+    EXPECT_EQ(alone, std::fabs(mesh.RR[largest]));
+    for (const Int threads : {2, 3, 8}) {
+      workOn(threads, mesh);
+      mesh.assemble(tornwalzen::residualOnly);
+      EXPECT_EQ(run.maxgrad, alone) << threads;
+    }
+    mesh.ARFA[largest] = 0;
+  }
+  for (const Int i : {0, mesh.equations / 2, mesh.equations - 1}) {
+    SmallMesh broken = mesh;
+    broken.RX[i] = std::numeric_limits<double>::quiet_NaN();
+    for (const Int threads : {2, 8}) {
+      workOn(threads, broken);
+      broken.assemble(tornwalzen::residualOnly);
+      EXPECT_TRUE(std::isnan(run.maxgrad)) << i << " on " << threads;
+    }
+  }
 }
 
 TEST_P(SharedPasses, MeasureWhatOneThreadMeasures) {
