@@ -34,7 +34,6 @@ class SampleRun {
   const std::vector<double>& blank() const { return host_.RX; }
 
  private:
-
   host_kit::FixedHost<> host_;
   bool converged_ = false;
 };

@@ -77,7 +77,7 @@ enum {
   TORNWALZEN_BAD_PATH = -34,
   TORNWALZEN_BAD_START = -35,
   TORNWALZEN_BAD_THREADS = -36, /* not 1..64 */
-  TORNWALZEN_NO_THREAD = -37,    /* the system gave no thread, or no memory for one */
+  TORNWALZEN_NO_THREAD = -37,   /* the system gave no thread, or no memory for one */
   /* -50 to -66: the press model of tornwalzen_analysis.h */
   TORNWALZEN_BAD_MODEL = -50,
   TORNWALZEN_SHORT_PRESS = -51, /* its structures are too short */
@@ -219,9 +219,9 @@ typedef struct TornwalzenReport {
   double time_assembly;      /* of residual and tangent, */
   double time_factorization;
   double time_solve;
-  double time_line_search;  /* of the line search and the energy sums of the Newton iterations, */
-  double time_analysis;     /* of OSMAIN as a whole */
-  char fatal_text[160];     /* last fatal text of the library or its solver, zero-terminated; empty if none */
+  double time_line_search; /* of the line search and the energy sums of the Newton iterations, */
+  double time_analysis;    /* of OSMAIN as a whole */
+  char fatal_text[160];    /* last fatal text of the library or its solver, zero-terminated; empty if none */
   /* The sure path; 0 on the fixed one. */
   int32_t path;             /* 0 fixed, 1 sure */
   int32_t flat_patch_start; /* 1: the start was seen along the normal of a flat patch, not along the mean normal */
@@ -235,12 +235,12 @@ typedef struct TornwalzenReport {
   double smallest_stretch;        /* smallest singular value of the maps from part to blank (dimensionless) */
   double energy;                  /* potential of the blank (mm^2) */
   /* Both paths: what tells a right blank from a wrong one. Triangles and nodes from 1, 0: none. */
-  int32_t refusal;           /* code of a mesh that the sure path refused */
-  int32_t checked;           /* 1: what follows holds, and blank_inverted and smallest_stretch; 0: no memory for it */
-  int32_t topology;          /* 0: the part is a disc with holes; else one of the codes from -18 to -24 */
-  int32_t not_finite;        /* triangles with a blank position that is no number, */
-  int32_t first_not_finite;  /* the first of them */
-  int32_t first_inverted;    /* of the blank_inverted triangles */
+  int32_t refusal;          /* code of a mesh that the sure path refused */
+  int32_t checked;          /* 1: what follows holds, and blank_inverted and smallest_stretch; 0: no memory for it */
+  int32_t topology;         /* 0: the part is a disc with holes; else one of the codes from -18 to -24 */
+  int32_t not_finite;       /* triangles with a blank position that is no number, */
+  int32_t first_not_finite; /* the first of them */
+  int32_t first_inverted;   /* of the blank_inverted triangles */
   int32_t smallest_stretch_triangle;
   int32_t sheet_checked;      /* 1: open nodes, outline and overlap were looked at */
   int32_t open_nodes;         /* inner nodes that their triangles do not close exactly once, */
@@ -250,22 +250,22 @@ typedef struct TornwalzenReport {
   int32_t first_misplaced_node;
   int32_t first_beyond_curve; /* triangle */
   int32_t first_beyond_one;
-  int32_t reserved2;            /* 0 */
-  int64_t crossings;            /* of the outline with itself */
-  double crossing_u;            /* place of the first (mm) */
+  int32_t reserved2; /* 0 */
+  int64_t crossings; /* of the outline with itself */
+  double crossing_u; /* place of the first (mm) */
   double crossing_v;
-  double overlapped_area;       /* of the blank, covered more than once (mm^2) */
-  double part_area;             /* mm^2 */
-  double blank_area;            /* mm^2 */
-  double undercut_area;         /* of the part, seen along its mean normal (mm^2) */
-  double undercut_share;        /* of part_area */
-  double share_beyond_curve;    /* of part_area: strain beyond the data of the flow curve */
-  double share_beyond_one;      /* of part_area: equivalent strain above 1 */
-  double time_checks;           /* processor time (s) of these figures */
+  double overlapped_area;    /* of the blank, covered more than once (mm^2) */
+  double part_area;          /* mm^2 */
+  double blank_area;         /* mm^2 */
+  double undercut_area;      /* of the part, seen along its mean normal (mm^2) */
+  double undercut_share;     /* of part_area */
+  double share_beyond_curve; /* of part_area: strain beyond the data of the flow curve */
+  double share_beyond_one;   /* of part_area: equivalent strain above 1 */
+  double time_checks;        /* processor time (s) of these figures */
   /* Threads. All times of this report are processor times, summed over the threads. */
-  int32_t threads;              /* that the analysis may work on */
-  int32_t reserved3;            /* 0 */
-  int64_t thread_bytes;         /* own memory that the threads took beyond what one needs, at the most */
+  int32_t threads;      /* that the analysis may work on */
+  int32_t reserved3;    /* 0 */
+  int64_t thread_bytes; /* own memory that the threads took beyond what one needs, at the most */
 } TornwalzenReport;
 
 /* Fills the report. A structure whose size field is smaller than that of the first version, which ended with fatal_text,

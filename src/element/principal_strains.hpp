@@ -1,8 +1,8 @@
 // The strain state of one triangle in principal axes, for the results; not used by the analysis.
 #pragma once
 
-#include "material/flow_curve.hpp"
 #include "ground/array_view.hpp"
+#include "material/flow_curve.hpp"
 
 namespace tornwalzen {
 

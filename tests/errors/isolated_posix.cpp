@@ -1,5 +1,3 @@
-#include "errors/isolated.hpp"
-
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -8,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#include "errors/isolated.hpp"
 
 namespace hostile {
 

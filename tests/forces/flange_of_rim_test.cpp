@@ -75,7 +75,9 @@ TEST(FlangeOfRimTest, OfManyHeightsTheWindowWithMostAreaIsIt) {
   for (Int step = 0; step < 30; ++step) {
     stairs.stand({2 * step + 1});
     const double rise = static_cast<double>((step * 7) % 30);  // every height once, in no order
-    const double height = rise < 10.0 ? 3.0 * rise : rise < 20.0 ? 30.0 + 0.05 * (rise - 10.0) : 3.0 * rise - 20.0;
+    const double height = rise < 10.0   ? 3.0 * rise
+                          : rise < 20.0 ? 30.0 + 0.05 * (rise - 10.0)
+                                        : 3.0 * rise - 20.0;
     stairs.raise(2 * step, 2 * step + 1, height);
   }
   EXPECT_EQ(stairs.find(1.0), 20);

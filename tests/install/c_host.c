@@ -11,13 +11,13 @@
 #include <string.h>
 #include <tornwalzen.h>
 
-enum { CELLS = 12 };                 /* cells along each side */
-static const double side = 100.0;    /* of the sheet (mm) */
-static const double height = 8.0;    /* of the dome (mm) */
+enum { CELLS = 12 };              /* cells along each side */
+static const double side = 100.0; /* of the sheet (mm) */
+static const double height = 8.0; /* of the dome (mm) */
 
 /* What the progress handler sees: enough to tell whether the run converged. */
 struct watch {
-  double fraction;       /* the last one */
+  double fraction;        /* the last one */
   int timesSinceFraction; /* time texts after it */
 };
 
@@ -51,7 +51,9 @@ static void* grown(void* memory, int32_t count, size_t size) {
   return larger;
 }
 
-static int32_t nodeAt(int i, int j) { return (int32_t)(i * (CELLS + 1) + j + 1); }
+static int32_t nodeAt(int i, int j) {
+  return (int32_t)(i * (CELLS + 1) + j + 1);
+}
 
 static void meshDome(double* knots, int32_t* inzi) {
   const double pi = acos(-1.0);
@@ -102,8 +104,8 @@ int main(void) {
   int32_t* work = NULL;
   double* rwork = NULL;
   for (int32_t mode = 1; mode <= 3; ++mode) {
-    OSINIT(&mode, &nn, &ne, &neq, &mnsysm, &niwor, &nrk, knots, inzi, inta, NULL, cols, rowi, work, rwork, NULL,
-           NULL, NULL, NULL, kng, NULL, NULL, NULL, NULL, NULL, NULL, &istat);
+    OSINIT(&mode, &nn, &ne, &neq, &mnsysm, &niwor, &nrk, knots, inzi, inta, NULL, cols, rowi, work, rwork,
+           NULL, NULL, NULL, NULL, kng, NULL, NULL, NULL, NULL, NULL, NULL, &istat);
     if (istat != 0) fail("OSINIT refused the mesh");
     if (mode == 1) rowi = grown(rowi, mnsysm, sizeof *rowi);
     work = grown(work, niwor, sizeof *work);
@@ -126,8 +128,8 @@ int main(void) {
   double *elg = make(5 * (size_t)ne, sizeof *elg), *eval = make(5 * (size_t)ne, sizeof *eval);
   double* sysm = make((size_t)mnsysm, sizeof *sysm);
   const int32_t ictrl = 1;
-  OSMAIN(inta, arfa, cols, rowi, work, rwork, rr, rb, rx, temp, kng, knz, kna, elg, sysm, rxa, wrhs, &ictrl, eval,
-         &istat);
+  OSMAIN(inta, arfa, cols, rowi, work, rwork, rr, rb, rx, temp, kng, knz, kna, elg, sysm, rxa, wrhs, &ictrl,
+         eval, &istat);
   PlivaneSetProgressHdlr(NULL, NULL);
 
   /* 5. Did it converge, and is it a blank of this part? */
@@ -142,8 +144,8 @@ int main(void) {
   if (!(blank > 0.98 * side * side && blank < 1.02 * part)) fail("the blank's area is wrong");
   printf("c_host: converged, part %.3f mm^2, blank %.3f mm^2\n", part, blank);
 
-  void* owned[] = {knots, inzi, inta, cols, rowi, kng, work, rwork, arfa, rr,  rb,
-                   rx,    temp, rxa,  wrhs, knz,  kna, elg,  eval,  sysm};
+  void* owned[] = {knots, inzi, inta, cols, rowi, kng, work, rwork, arfa, rr,
+                   rb,    rx,   temp, rxa,  wrhs, knz, kna,  elg,   eval, sysm};
   for (size_t k = 0; k < sizeof owned / sizeof *owned; ++k) free(owned[k]);
   return EXIT_SUCCESS;
 }

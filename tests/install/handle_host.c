@@ -50,7 +50,10 @@ static void expect(TornwalzenAnalysis* analysis, int32_t code) {
   if (code != TORNWALZEN_OK) fail(tornwalzen_analysis_error_text(analysis, code, 1));
 }
 
-static int32_t nodeAt(int i, int j) { return (int32_t)(i * (CELLS + 1) + j); } /* counted from 0 */
+/* counted from 0 */
+static int32_t nodeAt(int i, int j) {
+  return (int32_t)(i * (CELLS + 1) + j);
+}
 
 static void meshDome(double* points, int32_t* triangles) {
   const double pi = acos(-1.0);
@@ -148,7 +151,8 @@ int main(void) {
     if (strains[e].equivalent > largest) largest = strains[e].equivalent;
   if (fabs(largest - report.largest_strain) > 1e-12) fail("strains and report differ");
 
-  printf("handle_host: converged, part %.3f mm^2, blank %.3f mm^2, largest strain %.4f\n", part, area, largest);
+  printf("handle_host: converged, part %.3f mm^2, blank %.3f mm^2, largest strain %.4f\n", part, area,
+         largest);
   expect(NULL, tornwalzen_analysis_destroy(analysis));
   return EXIT_SUCCESS;
 }
