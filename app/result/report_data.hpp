@@ -74,7 +74,7 @@ struct ReportIncrement {
   bool repeated = false;         // given up, and made again with a smaller step
   std::vector<double> gradient;  // mm, largest free component after each step
   std::vector<double> factor;    // accepted fraction of each correction, 0: none
-  int chords = 0;                // steps with the factor of an earlier one; the others are Newton iterations
+  int chords = 0;                // steps with an earlier factorization; the others are Newton iterations
 };
 
 struct ReportConvergence {
