@@ -14,7 +14,7 @@ struct Side {
   bool rising;             // the triangle runs along it from the lower number to the higher
 };
 
-// The sides of all triangles, sorted by edge, then by element. corners: three node numbers per triangle.
+// The sides of all triangles, sorted by edge, then by element. corners: three node numbers (from 1) per triangle.
 std::vector<Side> sortedSides(const std::vector<std::int32_t>& corners);
 
 // Calls visit(first, last) with the range of sides of each edge, in ascending order of the edges.

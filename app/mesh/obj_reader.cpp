@@ -1,12 +1,8 @@
 // Reads the triangles of a Wavefront OBJ file; see the header.
 #include "mesh/obj_reader.hpp"
 
-#include <tiny_obj_loader.h>
-
+#include <algorithm>
 #include <array>
-#include <istream>
-#include <limits>
-#include <streambuf>
 
 #include "mesh/shell_mesh.hpp"
 #include "system/failure.hpp"
@@ -36,8 +32,7 @@ void readVertexLine(Mesh& mesh, std::string_view line, std::size_t lineNumber) {
 }
 
 // A corner is a node number, and behind slashes the numbers of texture point and normal, which are not used:
-// 1, 1/2, 1/2/3 or 1//3. What tinyobjloader reads of anything else it takes for several corners. out: number,
-// of the node. False: none of these.
+// 1, 1/2, 1/2/3 or 1//3. number: out, of the node. False: none of these.
 bool readCorner(std::string_view word, std::int64_t& number) {
   for (int part = 0; part < 3; ++part) {
     const std::size_t slash = word.find('/');
@@ -51,76 +46,55 @@ bool readCorner(std::string_view word, std::int64_t& number) {
   return false;
 }
 
-// Every node number of a face line must be one that tinyobjloader's 32 bits hold. Returns the number of corners.
-std::size_t checkFaceLine(const Mesh& mesh, std::string_view line, std::size_t lineNumber,
-                          std::size_t element) {
+// The nodes of all faces, one after the other, and how many each has.
+struct Faces {
+  std::vector<std::int64_t> nodes;
+  std::vector<std::uint8_t> count;
+};
+
+// A negative number counts back from the nodes read so far.
+void readFaceLine(const Mesh& mesh, std::string_view line, std::size_t lineNumber, Faces& faces) {
+  const auto refuseFace = [&](const std::string& what) {
+    refuse(mesh.file, lineNumber, "element " + std::to_string(faces.count.size() + 1) + what);
+  };
+  const auto nodesSoFar = static_cast<std::int64_t>(mesh.nodes());
   std::size_t position = 1, corners = 0;  // behind the "f"
   for (std::string_view word = nextWord(line, position); !word.empty(); word = nextWord(line, position)) {
     std::int64_t number = 0;
-    if (!readCorner(word, number))
-      refuse(mesh.file, lineNumber,
-             "element " + std::to_string(element) + ": \"" + shown(word) + "\" is not a node number");
-    if (number < -std::numeric_limits<std::int32_t>::max() ||
-        number > std::numeric_limits<std::int32_t>::max())
-      refuse(mesh.file, lineNumber,
-             "element " + std::to_string(element) + ": node number " + std::to_string(number) +
-                 " is out of range");
+    if (!readCorner(word, number)) refuseFace(": \"" + shown(word) + "\" is not a node number");
+    faces.nodes.push_back(number < 0 ? nodesSoFar + 1 + number : number);
     ++corners;
   }
   if (corners != 3 && corners != 4)
-    refuse(mesh.file, lineNumber,
-           "element " + std::to_string(element) + " has " +
-               counted(static_cast<std::int64_t>(corners), "corner") +
+    refuseFace(" has " + counted(static_cast<std::int64_t>(corners), "corner") +
                "; only triangles and quads are taken");
-  return corners;
+  faces.count.push_back(static_cast<std::uint8_t>(corners));
 }
 
-struct FaceCounts {
-  std::size_t faces = 0, corners = 0;
-  bool operator==(const FaceCounts&) const = default;
-};
+// As nextLine, but a carriage return ends a line too, with a line feed behind it or without.
+bool nextObjLine(std::string_view content, std::size_t& position, std::string_view& line) {
+  const std::size_t begin = position;
+  if (!nextLine(content, position, line)) return false;
+  const std::size_t end = line.find('\r');
+  if (end == std::string_view::npos) return true;
+  if (end + 1 < line.size()) position = begin + end + 1;
+  line = line.substr(0, end);
+  return true;
+}
 
-FaceCounts readVerticesAndCheckFaces(Mesh& mesh, std::string_view content) {
+Faces readLines(std::string_view content, Mesh& mesh) {
+  Faces faces;
   std::size_t position = 0, lineNumber = 0;
-  FaceCounts counts;
   std::string_view line;
-  while (nextLine(content, position, line)) {
+  while (nextObjLine(content, position, line)) {
     ++lineNumber;
-    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    while (!line.empty() && (line[0] == ' ' || line[0] == '\t')) line.remove_prefix(1);
     if (line.size() < 2 || (line[1] != ' ' && line[1] != '\t')) continue;
     if (line[0] == 'v') readVertexLine(mesh, line, lineNumber);
-    if (line[0] == 'f') counts.corners += checkFaceLine(mesh, line, lineNumber, ++counts.faces);
+    if (line[0] == 'f') readFaceLine(mesh, line, lineNumber, faces);
   }
-  return counts;
+  return faces;
 }
-
-// Lets a stream read the bytes where they stand; a string stream would copy them.
-class ContentBuffer : public std::streambuf {
- public:
-  explicit ContentBuffer(const std::string& content) {
-    char* first = const_cast<char*>(content.data());  // the interface of streambuf; nothing writes through it
-    setg(first, first, first + content.size());
-  }
-};
-
-// What the callbacks of the loader are given: a relative number counts back from the vertices read so far.
-struct FaceCollector {
-  std::vector<std::int64_t> corners;  // of all faces
-  std::vector<std::size_t> cornersOfFace;
-  std::int64_t verticesSoFar = 0;
-
-  static void vertex(void* self, tinyobj::real_t, tinyobj::real_t, tinyobj::real_t, tinyobj::real_t) {
-    ++static_cast<FaceCollector*>(self)->verticesSoFar;
-  }
-  static void face(void* self, tinyobj::index_t* indices, int count) {
-    auto& collector = *static_cast<FaceCollector*>(self);
-    for (int corner = 0; corner < count; ++corner) {
-      const std::int64_t number = indices[corner].vertex_index;
-      collector.corners.push_back(number < 0 ? collector.verticesSoFar + 1 + number : number);
-    }
-    collector.cornersOfFace.push_back(static_cast<std::size_t>(count));
-  }
-};
 
 // Whether the quad with these nodes is split from its first corner; nodes that are not there the check of the mesh
 // names.
@@ -135,11 +109,11 @@ bool splitQuadFromFirst(const Mesh& mesh, const std::int64_t* nodes) {
 }
 
 // The triangles of the faces. Where quads were split, the elements bear the numbers of their faces.
-void addTriangles(const FaceCollector& faces, Mesh& mesh) {
+void addTriangles(const Faces& faces, Mesh& mesh) {
   std::int64_t quads = 0, face = 0;
-  const std::int64_t* node = faces.corners.data();
+  const std::int64_t* node = faces.nodes.data();
   std::vector<std::int64_t> numbers;
-  for (const std::size_t corners : faces.cornersOfFace) {
+  for (const std::uint8_t corners : faces.count) {
     numbers.push_back(++face);
     if (corners == 3) {
       mesh.corners.insert(mesh.corners.end(), node, node + 3);
@@ -162,22 +136,9 @@ void addTriangles(const FaceCollector& faces, Mesh& mesh) {
 Mesh readObj(const std::string& content, const std::string& file) {
   Mesh mesh;
   mesh.file = file;
-  const FaceCounts counts = readVerticesAndCheckFaces(mesh, content);
-
-  FaceCollector collector;
-  tinyobj::callback_t callbacks;
-  callbacks.vertex_cb = FaceCollector::vertex;
-  callbacks.index_cb = FaceCollector::face;
-  ContentBuffer buffer(content);
-  std::istream stream(&buffer);
-  std::string problem;
-  if (!tinyobj::LoadObjWithCallback(stream, callbacks, &collector, nullptr, nullptr, &problem))
-    throw Failure(file + ": " + problem);
-  // A carriage return alone ends a line for the loader, but not for the check above.
-  if (counts != FaceCounts{collector.cornersOfFace.size(), collector.corners.size()})
-    throw Failure(file + ": a face hides behind a carriage return; end the lines with a line feed");
-  if (counts.faces == 0) throw Failure(file + ": no face (f line) in the file");
-  addTriangles(collector, mesh);
+  const Faces faces = readLines(content, mesh);
+  if (faces.count.empty()) throw Failure(file + ": no face (f line) in the file");
+  addTriangles(faces, mesh);
   return mesh;
 }
 

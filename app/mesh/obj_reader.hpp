@@ -1,9 +1,7 @@
 // Reads the triangles and quads of a Wavefront OBJ file: `v` and `f` lines; everything else in the file is skipped.
 //
-// Nodes keep the file's order, whether a face uses them or not, because users map the results back node by
-// node. Faces are read by tinyobjloader. It takes an unreadable number for zero without a word and rounds the
-// last digits of a coordinate, so each `v` and `f` line is first checked, and the coordinates read, by this
-// file.
+// Nodes keep the file's order, whether a face uses them or not, because users map the results back node by node. Words
+// are read strictly: what is no number is refused, and coordinates are correctly rounded.
 #pragma once
 
 #include <string>
@@ -12,7 +10,7 @@
 
 namespace host {
 
-// content: the file's bytes; file: its name for messages. Negative (relative) node numbers are resolved. A quad
+// content: the file's bytes, lines ended by line feed, carriage return or both; file: its name for messages. Negative (relative) node numbers are resolved. A quad
 // is split over its shorter diagonal; the elements then bear the numbers of their faces, and a remark tells.
 // Throws Failure, naming line, node or element: a word that is not a number, fewer than three coordinates, a
 // face that is neither triangle nor quad, no face at all.

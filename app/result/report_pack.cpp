@@ -7,8 +7,10 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 #include "system/failure.hpp"
+#include "system/stable_order.hpp"
 
 namespace host {
 
@@ -17,11 +19,71 @@ namespace {
 using Whole = std::vector<std::int64_t>;
 
 constexpr double finest = 65535.0;  // steps along the longest side
-constexpr int deflateLevel = 9;
+constexpr int deflateLevel = 6;     // 9 takes five times as long for two percent
 
-// Nodes and triangles in one of the orders, as whole numbers.
-struct Streams {
-  std::vector<Whole> columns;
+// Streams as they are stored: differences with their signs folded, their bytes in planes, lowest first.
+class Planes {
+ public:
+  // The numbers number(0), ..., number(count - 1).
+  template <class Number>
+  void add(std::size_t count, Number number) {
+    folded_.resize(count);
+    std::uint64_t all = 0;
+    for (std::size_t k = 0; k < count; ++k) {
+      const auto bits = static_cast<std::uint64_t>(number(k));
+      folded_[k] = bits >> 63 != 0 ? ~(bits << 1) : bits << 1;
+      all |= folded_[k];
+    }
+    int width = 0;
+    for (; all != 0; all >>= 8) ++width;
+    widths.push_back(width);
+    for (int plane = 0; plane < width; ++plane) {
+      const std::size_t begin = bytes.size();
+      bytes.resize(begin + count);
+      for (std::size_t k = 0; k < count; ++k)
+        bytes[begin + k] = static_cast<char>(folded_[k] >> (8 * plane) & 255u);
+      begins_.push_back(begin);
+    }
+  }
+
+  // The differences of those numbers, each less the one before it.
+  template <class Number>
+  void addDifferences(std::size_t count, Number number) {
+    std::int64_t before = 0;
+    add(count, [&](std::size_t k) {
+      const std::int64_t now = number(k);
+      return now - std::exchange(before, now);
+    });
+  }
+
+  // About the bits that they need when each byte gets a code of its own: the entropy of each plane (C. E. Shannon,
+  // 1948).
+  double bits() const {
+    double sum = 0.0;
+    for (std::size_t plane = 0; plane < begins_.size(); ++plane) {
+      const std::size_t end = plane + 1 < begins_.size() ? begins_[plane + 1] : bytes.size();
+      std::array<std::size_t, 256> times{};
+      for (std::size_t k = begins_[plane]; k < end; ++k) ++times[static_cast<unsigned char>(bytes[k])];
+      for (const std::size_t n : times)
+        if (n > 0)
+          sum += static_cast<double>(n) *
+                 std::log2(static_cast<double>(end - begins_[plane]) / static_cast<double>(n));
+    }
+    return sum;
+  }
+
+  std::string bytes;
+  std::vector<int> widths;  // bytes per number, of each stream
+
+ private:
+  std::vector<std::size_t> begins_;  // of each plane
+  std::vector<std::uint64_t> folded_;
+};
+
+// Nodes and triangles in an order, from 0.
+struct Order {
+  std::vector<std::int32_t> nodes, triangles;
+  std::vector<std::array<std::int64_t, 3>> corners;  // of each triangle, as places among the nodes
 };
 
 void check(const ReportData& report) {
@@ -91,20 +153,17 @@ std::uint64_t spread(std::int64_t coordinate) {
 
 std::vector<std::int32_t> alongMorton(const std::vector<Whole>& part) {
   std::vector<std::uint64_t> code;
+  code.reserve(part[0].size());
   for (std::size_t n = 0; n < part[0].size(); ++n)
     code.push_back(spread(part[0][n]) | spread(part[1][n]) << 1 | spread(part[2][n]) << 2);
-  std::vector<std::int32_t> order(code.size());
-  std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
-    return code[static_cast<std::size_t>(a)] < code[static_cast<std::size_t>(b)];
-  });
-  return order;
+  return stableOrder(code);
 }
 
 // The triangles with the place of each corner among the nodes, turned so that the first is the least.
 std::vector<std::array<std::int64_t, 3>> placedCorners(const ReportData& report,
                                                        const std::vector<std::int64_t>& place) {
   std::vector<std::array<std::int64_t, 3>> corners;
+  corners.reserve(report.corners.size() / 3);
   for (std::size_t c = 0; c < report.corners.size(); c += 3) {
     std::array<std::int64_t, 3> corner{};
     for (std::size_t k = 0; k < 3; ++k) corner[k] = place[static_cast<std::size_t>(report.corners[c + k])];
@@ -112,16 +171,6 @@ std::vector<std::array<std::int64_t, 3>> placedCorners(const ReportData& report,
     corners.push_back(corner);
   }
   return corners;
-}
-
-Whole differences(const Whole& numbers) {
-  Whole steps;
-  std::int64_t before = 0;
-  for (const std::int64_t number : numbers) {
-    steps.push_back(number - before);
-    before = number;
-  }
-  return steps;
 }
 
 // The triangles by a key, equal ones in their order. values: per field, in the order of storage.
@@ -134,12 +183,10 @@ std::vector<std::int32_t> alongKey(const std::vector<KeyTerm>& terms, const std:
       if (term.second >= 0) product *= static_cast<double>(values[static_cast<std::size_t>(term.second)][e]);
       key[e] += product;
     }
-  std::vector<std::int32_t> order(triangles);
-  std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
-    return key[static_cast<std::size_t>(a)] < key[static_cast<std::size_t>(b)];
-  });
-  return order;
+  std::vector<std::uint64_t> keys;
+  keys.reserve(triangles);
+  for (const double k : key) keys.push_back(orderKey(k));
+  return stableOrder(keys);
 }
 
 // The key of a field for whole numbers: each value counts in the finest step of those that the key is made of. Empty
@@ -172,6 +219,7 @@ std::vector<KeyTerm> wholeKey(const ReportData& report, const std::vector<Packed
 // The values of a field in whole steps; where there is none, zero.
 Whole wholeValues(const ReportField& field, const std::vector<std::int32_t>& triangles, double step) {
   Whole values;
+  values.reserve(triangles.size());
   for (const std::int32_t e : triangles) {
     const double value = field.values[static_cast<std::size_t>(e)];
     values.push_back(std::isfinite(value) ? std::llround(value / step) : 0);
@@ -179,84 +227,72 @@ Whole wholeValues(const ReportField& field, const std::vector<std::int32_t>& tri
   return values;
 }
 
+// In the file's order, or nodes along the Morton curve and triangles by their first two nodes.
+Order orderOf(const ReportData& report, const std::vector<std::int32_t>& used, const std::vector<Whole>& part,
+              bool morton) {
+  Order order;
+  if (morton) {
+    order.nodes = alongMorton(part);
+  } else {
+    order.nodes.resize(used.size());
+    std::iota(order.nodes.begin(), order.nodes.end(), 0);
+  }
+  std::vector<std::int64_t> place(report.partPoints.size() / 3, -1);
+  for (std::size_t n = 0; n < order.nodes.size(); ++n)
+    place[static_cast<std::size_t>(used[static_cast<std::size_t>(order.nodes[n])])] =
+        static_cast<std::int64_t>(n);
+  order.corners = placedCorners(report, place);
+  std::vector<std::uint64_t> first(order.corners.size(), 0);  // all equal: as they are
+  if (morton)
+    for (std::size_t e = 0; e < first.size(); ++e)
+      first[e] = static_cast<std::uint64_t>(order.corners[e][0]) << 32 |
+                 static_cast<std::uint64_t>(order.corners[e][1]);
+  order.triangles = stableOrder(first);
+  return order;
+}
+
+// Nodes and triangles in the order. axes: the whole coordinates of part and blank, per node.
+Planes shapePlanes(const ReportData& report, const Order& order, const std::vector<const Whole*>& axes) {
+  Planes planes;
+  const std::size_t triangles = order.triangles.size();
+  const auto triangle = [&](std::size_t k) { return static_cast<std::size_t>(order.triangles[k]); };
+  for (const Whole* axis : axes)
+    planes.addDifferences(order.nodes.size(),
+                          [&](std::size_t k) { return (*axis)[static_cast<std::size_t>(order.nodes[k])]; });
+  planes.addDifferences(triangles, [&](std::size_t k) { return order.corners[triangle(k)][0]; });
+  for (const std::size_t c : {std::size_t{1}, std::size_t{2}})
+    planes.add(triangles, [&](std::size_t k) {
+      const std::array<std::int64_t, 3>& corner = order.corners[triangle(k)];
+      return corner[c] - corner[c - 1];
+    });
+  planes.addDifferences(triangles, [&](std::size_t k) {
+    return report.number.empty() ? static_cast<std::int64_t>(triangle(k)) + 1
+                                 : std::int64_t{report.number[triangle(k)]};
+  });
+  return planes;
+}
+
 // Two streams per field: where it has no value, and its values.
 void addFields(const ReportData& report, const PackedMesh& mesh, const std::vector<std::int32_t>& triangles,
-               Streams& streams) {
+               Planes& planes) {
   std::vector<Whole> values;
   for (std::size_t f = 0; f < report.fields.size(); ++f)
     values.push_back(wholeValues(report.fields[f], triangles, std::pow(10.0, mesh.fields[f].power)));
   for (const int index : mesh.fieldOrder) {
     const auto f = static_cast<std::size_t>(index);
-    const ReportField& field = report.fields[f];
-    Whole none, sorted;
+    Whole none;
     for (std::size_t e = 0; e < triangles.size(); ++e)
-      if (!std::isfinite(field.values[static_cast<std::size_t>(triangles[e])]))
+      if (!std::isfinite(report.fields[f].values[static_cast<std::size_t>(triangles[e])]))
         none.push_back(static_cast<std::int64_t>(e));
-    streams.columns.push_back(differences(none));
+    planes.addDifferences(none.size(), [&](std::size_t k) { return none[k]; });
     if (mesh.fields[f].key.empty()) {
-      streams.columns.push_back(differences(values[f]));
+      planes.addDifferences(triangles.size(), [&](std::size_t k) { return values[f][k]; });
       continue;
     }
-    for (const std::int32_t e : alongKey(mesh.fields[f].key, values, triangles.size()))
-      sorted.push_back(values[f][static_cast<std::size_t>(e)]);
-    streams.columns.push_back(differences(sorted));
+    const std::vector<std::int32_t> along = alongKey(mesh.fields[f].key, values, triangles.size());
+    planes.addDifferences(triangles.size(),
+                          [&](std::size_t k) { return values[f][static_cast<std::size_t>(along[k])]; });
   }
-}
-
-Streams streamsOf(const ReportData& report, const PackedMesh& mesh, const std::vector<std::int32_t>& used,
-                  const std::vector<Whole>& part, const std::vector<Whole>& blank, bool morton) {
-  std::vector<std::int32_t> nodes(used.size()), triangles(report.corners.size() / 3);
-  std::iota(nodes.begin(), nodes.end(), 0);
-  std::iota(triangles.begin(), triangles.end(), 0);
-  if (morton) nodes = alongMorton(part);
-  std::vector<std::int64_t> place(report.partPoints.size() / 3, -1);
-  for (std::size_t n = 0; n < nodes.size(); ++n)
-    place[static_cast<std::size_t>(used[static_cast<std::size_t>(nodes[n])])] = static_cast<std::int64_t>(n);
-  const std::vector<std::array<std::int64_t, 3>> corners = placedCorners(report, place);
-  if (morton)
-    std::stable_sort(triangles.begin(), triangles.end(), [&](std::int32_t a, std::int32_t b) {
-      return corners[static_cast<std::size_t>(a)] < corners[static_cast<std::size_t>(b)];
-    });
-
-  Streams streams;
-  for (const std::vector<Whole>* shape : {&part, &blank})
-    for (const Whole& axis : *shape) {
-      Whole sorted;
-      for (const std::int32_t n : nodes) sorted.push_back(axis[static_cast<std::size_t>(n)]);
-      streams.columns.push_back(differences(sorted));
-    }
-  Whole first, second, third, number;
-  for (const std::int32_t e : triangles) {
-    const std::array<std::int64_t, 3>& corner = corners[static_cast<std::size_t>(e)];
-    first.push_back(corner[0]);
-    second.push_back(corner[1] - corner[0]);
-    third.push_back(corner[2] - corner[1]);
-    number.push_back(report.number.empty() ? e + 1 : report.number[static_cast<std::size_t>(e)]);
-  }
-  streams.columns.insert(streams.columns.end(), {differences(first), second, third, differences(number)});
-  addFields(report, mesh, triangles, streams);
-  return streams;
-}
-
-// The bytes of all streams in planes, lowest first; widths: out, bytes per number.
-std::string planesOf(const Streams& streams, std::vector<int>& widths) {
-  std::string planes;
-  widths.clear();
-  for (const Whole& column : streams.columns) {
-    std::vector<std::uint64_t> folded;
-    std::uint64_t all = 0;
-    for (const std::int64_t number : column) {
-      const auto bits = static_cast<std::uint64_t>(number);
-      folded.push_back(number < 0 ? ~(bits << 1) : bits << 1);
-      all |= folded.back();
-    }
-    int width = 0;
-    for (; all != 0; all >>= 8) ++width;
-    widths.push_back(width);
-    for (int plane = 0; plane < width; ++plane)
-      for (const std::uint64_t number : folded) planes += static_cast<char>(number >> (8 * plane) & 255u);
-  }
-  return planes;
 }
 
 std::string deflated(const std::string& planes) {
@@ -305,13 +341,18 @@ PackedMesh packMesh(const ReportData& report) {
   for (const bool keyed : {false, true})
     for (std::size_t f = 0; f < report.fields.size(); ++f)
       if (report.fields[f].key.empty() != keyed) mesh.fieldOrder.push_back(static_cast<int>(f));
-  for (const bool morton : {false, true}) {
-    std::vector<int> widths;
-    std::string bytes = deflated(planesOf(streamsOf(report, mesh, used, part, blank, morton), widths));
-    if (morton && bytes.size() >= mesh.bytes.size()) break;
-    mesh.bytes = std::move(bytes);
-    mesh.widths = std::move(widths);
+  const std::vector<const Whole*> axes{&part[0], &part[1], &part[2], &blank[0], &blank[1]};
+  Order order = orderOf(report, used, part, false);
+  Planes planes = shapePlanes(report, order, axes);
+  Order morton = orderOf(report, used, part, true);
+  Planes mortonPlanes = shapePlanes(report, morton, axes);
+  if (mortonPlanes.bits() < planes.bits()) {
+    std::swap(order, morton);
+    std::swap(planes, mortonPlanes);
   }
+  addFields(report, mesh, order.triangles, planes);
+  mesh.bytes = deflated(planes.bytes);
+  mesh.widths = std::move(planes.widths);
   return mesh;
 }
 

@@ -54,13 +54,11 @@ bool readInteger(std::string_view word, std::int64_t& value) {
 }
 
 std::string_view nextWord(std::string_view line, std::size_t& position) {
-  constexpr std::string_view blanks = " \t\r";
-  const std::size_t first = line.find_first_not_of(blanks, position);
-  if (first == std::string_view::npos) {
-    position = line.size();
-    return {};
-  }
-  position = std::min(line.find_first_of(blanks, first), line.size());
+  const auto isBlank = [&](std::size_t k) { return line[k] == ' ' || line[k] == '\t' || line[k] == '\r'; };
+  position = std::min(position, line.size());
+  while (position < line.size() && isBlank(position)) ++position;
+  const std::size_t first = position;
+  while (position < line.size() && !isBlank(position)) ++position;
   return line.substr(first, position - first);
 }
 
