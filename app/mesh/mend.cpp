@@ -11,7 +11,9 @@
 
 #include "mesh/edges.hpp"
 #include "mesh/submesh.hpp"
+#include "system/stable_order.hpp"
 #include "system/text.hpp"
+#include "system/vector.hpp"
 
 namespace host {
 
@@ -106,24 +108,35 @@ void leaveOut(const std::vector<std::size_t>& triangles, Mesh& mesh) {
   keepTriangles(keep, mesh);
 }
 
-void leaveOutDuplicates(Mesh& mesh) {
-  struct Triple {
-    std::array<std::int64_t, 3> nodes;
-    std::size_t element;
-    auto operator<=>(const Triple&) const = default;
-  };
-  std::vector<Triple> triples;
-  for (std::size_t e = 0; e < mesh.elements(); ++e) {
-    Triple triple{{mesh.corners[3 * e], mesh.corners[3 * e + 1], mesh.corners[3 * e + 2]}, e};
-    std::sort(triple.nodes.begin(), triple.nodes.end());
-    triples.push_back(triple);
+// The triangles (from 0, ascending) with the three nodes of an earlier one.
+std::vector<std::size_t> duplicatesIn(const Mesh& mesh) {
+  std::vector<std::uint64_t> lowest;  // the two lowest nodes of each
+  std::vector<std::int64_t> highest;
+  for (std::size_t c = 0; c < mesh.corners.size(); c += 3) {
+    std::array<std::int64_t, 3> nodes{mesh.corners[c], mesh.corners[c + 1], mesh.corners[c + 2]};
+    std::sort(nodes.begin(), nodes.end());
+    lowest.push_back(static_cast<std::uint64_t>(nodes[0]) << 32 | static_cast<std::uint64_t>(nodes[1]));
+    highest.push_back(nodes[2]);
   }
-  std::sort(triples.begin(), triples.end());
+  std::vector<std::int32_t> order = stableOrder(lowest);
+  const auto of = [](const auto& values, std::int32_t e) { return values[static_cast<std::size_t>(e)]; };
   std::vector<std::size_t> duplicates;
-  for (std::size_t k = 1; k < triples.size(); ++k)
-    if (triples[k].nodes == triples[k - 1].nodes) duplicates.push_back(triples[k].element);
-  if (duplicates.empty()) return;
+  for (auto first = order.begin(), last = first; first != order.end(); first = last) {
+    last =
+        std::find_if(first, order.end(), [&](std::int32_t e) { return of(lowest, e) != of(lowest, *first); });
+    std::stable_sort(first, last,
+                     [&](std::int32_t a, std::int32_t b) { return of(highest, a) < of(highest, b); });
+    for (auto next = first + 1; next < last; ++next)
+      if (of(highest, next[0]) == of(highest, next[-1]))
+        duplicates.push_back(static_cast<std::size_t>(*next));
+  }
   std::sort(duplicates.begin(), duplicates.end());
+  return duplicates;
+}
+
+void leaveOutDuplicates(Mesh& mesh) {
+  const std::vector<std::size_t> duplicates = duplicatesIn(mesh);
+  if (duplicates.empty()) return;
   mesh.remarks.push_back("left out " + counted(static_cast<std::int64_t>(duplicates.size()), "triangle") +
                          " with the three nodes of another (" + firstElements(mesh, duplicates) + ")");
   leaveOut(duplicates, mesh);
@@ -230,6 +243,20 @@ double meanEdge(const Mesh& mesh) {
   return std::sqrt(sum / static_cast<double>(mesh.elements()) * 4.0 / std::sqrt(3.0));
 }
 
+// Whether no corner of the triangle can be a needle's, by an estimate that is safe and quick: with the longest side L
+// twice the area is at most L^2 times the sine of the smallest angle.
+bool isBlunt(const Mesh& mesh, std::size_t element) {
+  static const double least = std::sin((needleAngle + 0.1) * std::acos(-1.0) / 180.0);
+  const auto pointOf = [&](std::size_t c) {
+    const double* p = &mesh.points[3 * static_cast<std::size_t>(mesh.corners[3 * element + c]) - 3];
+    return Vector{p[0], p[1], p[2]};
+  };
+  const Vector a = pointOf(0), b = minus(pointOf(1), a), c = minus(pointOf(2), a), d = minus(c, b),
+               n = cross(b, c);
+  const double longest = std::max({dot(b, b), dot(c, c), dot(d, d)});
+  return dot(n, n) > least * least * longest * longest;
+}
+
 void proposeRemesh(const Mesh& mesh, std::vector<std::string>& remarks) {
   const std::vector<std::size_t> needles = needlesOf(mesh);
   if (needles.empty()) return;
@@ -264,7 +291,9 @@ double smallestAngle(const Mesh& mesh, std::size_t element) {
 std::vector<std::size_t> needlesOf(const Mesh& mesh) {
   std::vector<std::size_t> needles;
   for (std::size_t e = 0; e < mesh.elements(); ++e)
-    if (const double angle = smallestAngle(mesh, e); angle < needleAngle && angle > noAngle)
+    if (isBlunt(mesh, e))
+      continue;
+    else if (const double angle = smallestAngle(mesh, e); angle < needleAngle && angle > noAngle)
       needles.push_back(e);
   return needles;
 }

@@ -290,6 +290,7 @@ bool looksLikeNastran(const std::string& content) {
   while (nextLine(content, position, line)) {
     std::size_t inLine = 0;
     const std::string_view word = nextWord(line, inLine);
+    if (word.find_first_of("GgCcBb") != 0) continue;  // the first letters of what follows
     const std::string name =
         capitals(word.substr(0, std::min({word.find(','), word.find('*'), std::size_t{8}})));
     if (name == "GRID" || name == "CTRIA3" || name == "CQUAD4" || name == "CTRIAR" || name == "CQUADR")

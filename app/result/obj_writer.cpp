@@ -20,13 +20,17 @@ void writeBlankObj(FileWriter& file, const RunReport& report) {
   file.write("# flat blank of " + onOneLine(report.part.file) + "\n# unit: " + report.unit.name +
              "; nodes in the order of the part\n");
   if (!report.verdict.converged) file.write("# NOT CONVERGED: " + report.verdict.reason + "\n");
+  std::string line;
+  const auto writeLine = [&](const char* keyword, auto... numbers) {
+    line = keyword;
+    ((line += ' ', appendDecimal(line, numbers)), ...);
+    file.write(line += '\n');
+  };
   const std::vector<double>& points = report.results.blankPoints;
-  for (std::size_t k = 0; k < points.size(); k += 3)
-    file.write("v " + decimal(points[k]) + " " + decimal(points[k + 1]) + " 0\n");
+  for (std::size_t k = 0; k < points.size(); k += 3) writeLine("v", points[k], points[k + 1], 0);
   const std::vector<std::int32_t>& corners = report.run.corners;
   for (std::size_t k = 0; k < corners.size(); k += 3)
-    file.write("f " + std::to_string(corners[k]) + " " + std::to_string(corners[k + 1]) + " " +
-               std::to_string(corners[k + 2]) + "\n");
+    writeLine("f", corners[k], corners[k + 1], corners[k + 2]);
 }
 
 }  // namespace host

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 
 #include "system/failure.hpp"
 
@@ -13,37 +12,64 @@ namespace host {
 
 namespace {
 
-// Each direction of an edge belongs to at most one triangle: the place of its first corner in `corners`.
-using Halves = std::unordered_map<std::uint64_t, std::size_t>;
-
-std::uint64_t keyOf(std::int32_t from, std::int32_t to) {
-  return static_cast<std::uint64_t>(static_cast<std::uint32_t>(from)) << 32 | static_cast<std::uint32_t>(to);
-}
-
 std::size_t nextInTriangle(std::size_t half) {
   return half % 3 == 2 ? half - 2 : half + 1;
 }
 
-Halves halvesOf(const std::vector<std::int32_t>& corners) {
-  Halves halves;
-  halves.reserve(corners.size());
-  for (std::size_t half = 0; half < corners.size(); ++half) {
-    const std::int32_t from = corners[half], to = corners[nextInTriangle(half)];
-    if (!halves.emplace(keyOf(from, to), half).second)
-      throw Failure("no outline of the blank: two triangles run from node " + std::to_string(from) +
-                    " to node " + std::to_string(to));
+// The directed sides of the triangles, each by the place of its first corner in `corners`, to be found by their nodes.
+class Halves {
+ public:
+  // Throws Failure where two triangles run the same way along an edge.
+  explicit Halves(const std::vector<std::int32_t>& corners) : corners_(corners), from_(corners.size()) {
+    const std::int32_t nodes = corners.empty() ? 0 : *std::max_element(corners.begin(), corners.end());
+    begin_.assign(static_cast<std::size_t>(nodes) + 2, 0);
+    for (const std::int32_t node : corners) ++begin_[static_cast<std::size_t>(node)];
+    for (std::size_t n = 1; n < begin_.size(); ++n) begin_[n] += begin_[n - 1];
+    for (std::size_t half = corners.size(); half-- > 0;)
+      from_[--begin_[static_cast<std::size_t>(corners[half])]] = half;
+    for (std::size_t n = 0; n + 1 < begin_.size(); ++n) sortByEnd(n);
   }
-  return halves;
-}
+
+  std::int32_t from(std::size_t half) const { return corners_[half]; }
+  std::int32_t to(std::size_t half) const { return corners_[nextInTriangle(half)]; }
+
+  // The side of another triangle along the same edge; npos where there is none.
+  std::size_t twin(std::size_t half) const {
+    const auto node = static_cast<std::size_t>(to(half));
+    const auto first = from_.begin() + static_cast<std::ptrdiff_t>(begin_[node]),
+               last = from_.begin() + static_cast<std::ptrdiff_t>(begin_[node + 1]);
+    const auto found = std::lower_bound(first, last, from(half),
+                                        [&](std::size_t other, std::int32_t end) { return to(other) < end; });
+    return found != last && to(*found) == from(half) ? *found : npos;
+  }
+
+  static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+
+ private:
+  void sortByEnd(std::size_t node) {
+    const auto first = from_.begin() + static_cast<std::ptrdiff_t>(begin_[node]),
+               last = from_.begin() + static_cast<std::ptrdiff_t>(begin_[node + 1]);
+    std::sort(first, last, [&](std::size_t a, std::size_t b) { return to(a) < to(b); });
+    const auto same =
+        std::adjacent_find(first, last, [&](std::size_t a, std::size_t b) { return to(a) == to(b); });
+    if (same != last)
+      throw Failure("no outline of the blank: two triangles run from node " + std::to_string(node) +
+                    " to node " + std::to_string(to(*same)));
+  }
+
+  const std::vector<std::int32_t>& corners_;
+  std::vector<std::size_t> from_;   // the sides by the node where they begin
+  std::vector<std::size_t> begin_;  // per node: of its sides in from_
+};
 
 // The border edge behind the border edge `half`: turned round its end through the triangles there, so that at a node
 // where two corners of sheet meet each keeps its own border.
-std::size_t nextOnBorder(const std::vector<std::int32_t>& corners, const Halves& halves, std::size_t half) {
+std::size_t nextOnBorder(const Halves& halves, std::size_t half) {
   for (;;) {
     half = nextInTriangle(half);
-    const auto twin = halves.find(keyOf(corners[nextInTriangle(half)], corners[half]));
-    if (twin == halves.end()) return half;
-    half = twin->second;
+    const std::size_t twin = halves.twin(half);
+    if (twin == Halves::npos) return half;
+    half = twin;
   }
 }
 
@@ -111,13 +137,13 @@ std::int64_t countCrossings(const std::vector<OutlineLoop>& loops) {
 }
 
 Outline outlineOf(const std::vector<std::int32_t>& corners, const std::vector<double>& positions) {
-  const Halves halves = halvesOf(corners);
+  const Halves halves(corners);
   std::vector<bool> taken(corners.size(), false);
   Outline outline;
   for (std::size_t first = 0; first < corners.size(); ++first) {
-    if (taken[first] || halves.contains(keyOf(corners[nextInTriangle(first)], corners[first]))) continue;
+    if (taken[first] || halves.twin(first) != Halves::npos) continue;
     std::vector<std::int32_t> nodes;
-    for (std::size_t half = first; !taken[half]; half = nextOnBorder(corners, halves, half)) {
+    for (std::size_t half = first; !taken[half]; half = nextOnBorder(halves, half)) {
       taken[half] = true;
       nodes.push_back(corners[half]);
     }

@@ -8,10 +8,28 @@
 
 namespace host {
 
-std::string decimal(double value) {
+namespace {
+
+template <class Number>
+void appendShortest(std::string& text, Number value) {
   char buffer[32];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-  return {buffer, result.ptr};
+  text.append(buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr);
+}
+
+}  // namespace
+
+void appendDecimal(std::string& text, double value) {
+  appendShortest(text, value);
+}
+
+void appendDecimal(std::string& text, std::int32_t value) {
+  appendShortest(text, value);
+}
+
+std::string decimal(double value) {
+  std::string text;
+  appendDecimal(text, value);
+  return text;
 }
 
 std::string fixedDecimal(double value, int digits) {

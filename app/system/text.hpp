@@ -11,6 +11,10 @@ namespace host {
 // The shortest decimal that reads back to `value`; "nan", "inf", "-inf" for what is not finite.
 std::string decimal(double value);
 
+// The same, appended to a text.
+void appendDecimal(std::string& text, double value);
+void appendDecimal(std::string& text, std::int32_t value);
+
 // `value` with `digits` digits after the point.
 std::string fixedDecimal(double value, int digits);
 
