@@ -228,6 +228,8 @@ CLI::App* describeSolve(CLI::App& app, SolveOptions& options) {
   solve->add_flag(
       "--report,!--no-report", options.report,
       "write report.html, a page with part and blank in 3-D that needs no network (default), or leave it");
+  solve->add_flag("--compress", options.compress,
+                  "compress part.vtu and blank.vtu to about half their size, which takes longer");
   solve->add_flag("--eben", options.eben,
                   "write the blank as eben.t51 too, in mm (up to 99999 nodes and triangles)");
   solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too, in mm");

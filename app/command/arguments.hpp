@@ -46,6 +46,7 @@ struct SolveOptions {
   bool quiet = false;              // nothing but refusals and failures
   bool json = false;               // the summary as one JSON object in place of the table
   bool report = true;              // write the page report.html
+  bool compress = false;           // part.vtu and blank.vtu
   bool eben = false;               // write the blank as eben.t51 too
   bool ebenStart = false;          // write the starting blank as eben_start.t51 too
 };

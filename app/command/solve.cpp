@@ -146,8 +146,8 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, const Talk& talk
 void writeResults(const RunReport& report, const ConvergenceHistory& history, const SolveOptions& options) {
   ResultFiles files(report.folder);
   files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
-  files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part); });
-  files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank); });
+  files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part, options.compress); });
+  files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank, options.compress); });
   addShopFiles(files, report, options.shop.csv);
   files.add("summary.json", [&](FileWriter& file) { file.write(summaryJson(report)); });
   if (options.report)

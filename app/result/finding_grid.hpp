@@ -25,6 +25,6 @@ struct FindingGrid {
 };
 
 // Throws Failure where it cannot be written.
-void writeFindingGrid(FileWriter& file, const FindingGrid& grid);
+void writeFindingGrid(FileWriter& writer, const FindingGrid& grid);
 
 }  // namespace host

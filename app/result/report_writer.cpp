@@ -3,9 +3,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "result/base64.hpp"
 #include "result/report_pack.hpp"
 #include "result/report_template.hpp"
-#include "result/vtu_array.hpp"
 #include "system/failure.hpp"
 
 namespace host {

@@ -13,7 +13,7 @@
 namespace host {
 
 namespace {
-constexpr std::size_t bufferLength = std::size_t{1} << 16;  // bytes per write call
+constexpr std::size_t bufferLength = std::size_t{1} << 16;  // bytes that are gathered for one call
 }
 
 FileWriter::FileWriter(const std::string& path, std::string shownPath)
@@ -28,12 +28,19 @@ FileWriter::~FileWriter() {
 
 void FileWriter::write(std::string_view bytes) {
   if (buffer_.size() + bytes.size() > bufferLength) flush();
-  buffer_ += bytes;
+  if (bytes.size() > bufferLength)
+    put(bytes);
+  else
+    buffer_ += bytes;
 }
 
 void FileWriter::flush() {
-  if (!writeBytes(file_, buffer_)) fail(errno);
+  put(buffer_);
   buffer_.clear();
+}
+
+void FileWriter::put(std::string_view bytes) {
+  if (!writeBytes(file_, bytes)) fail(errno);
 }
 
 void FileWriter::finish() {

@@ -27,6 +27,7 @@ class FileWriter {
 
  private:
   void flush();
+  void put(std::string_view bytes);
   [[noreturn]] void fail(int error) const;
   std::string shownPath_, buffer_;
   int file_;  // its descriptor

@@ -3,20 +3,21 @@
 
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
 
-#include "result/vtu_array.hpp"
+#include "result/vtu_file.hpp"
 
 namespace host {
 
 namespace {
 
-void writePoints(FileWriter& file, const RunReport& report, Shape shape) {
-  file.write("<Points>\n");
-  writeArray(file, "position_" + report.unit.name,
+void addPoints(VtuFile& file, const RunReport& report, Shape shape) {
+  file.add("<Points>\n");
+  file.array("position_" + report.unit.name,
              shape == Shape::part ? report.part.points : report.results.blankPoints,
              "NumberOfComponents=\"3\" ");
-  file.write("</Points>\n");
+  file.add("</Points>\n");
 }
 
 TornwalzenElementStrain noStrain() {
@@ -26,7 +27,7 @@ TornwalzenElementStrain noStrain() {
 
 // Strains and flow stress of the elements (NaN where the run came to no blank), with the direction of the major strain in the shape that is
 // written.
-void writeStrains(FileWriter& file, const RunReport& report, Shape shape) {
+void addStrains(VtuFile& file, const RunReport& report, Shape shape) {
   std::vector<double> major, minor, equivalent, stress, direction;
   for (TornwalzenElementStrain strain : report.run.strains) {
     if (!report.results.developed) strain = noStrain();
@@ -39,11 +40,11 @@ void writeStrains(FileWriter& file, const RunReport& report, Shape shape) {
     else
       direction.insert(direction.end(), {strain.direction_blank[0], strain.direction_blank[1], 0.0});
   }
-  writeArray(file, "strain_major_log", major);
-  writeArray(file, "strain_minor_log", minor);
-  writeArray(file, "strain_equivalent", equivalent);
-  writeArray(file, "flow_stress_MPa", stress);
-  writeArray(file, "direction_of_strain_major", direction, "NumberOfComponents=\"3\" ");
+  file.keepArray("strain_major_log", std::move(major));
+  file.keepArray("strain_minor_log", std::move(minor));
+  file.keepArray("strain_equivalent", std::move(equivalent));
+  file.keepArray("flow_stress_MPa", std::move(stress));
+  file.keepArray("direction_of_strain_major", std::move(direction), "NumberOfComponents=\"3\" ");
 }
 
 // Per element, mm; NaN where there is no ratio.
@@ -53,33 +54,33 @@ std::vector<double> thicknesses(const RunReport& report) {
   return values;
 }
 
-void writeCellData(FileWriter& file, const RunReport& report, Shape shape) {
+void addCellData(VtuFile& file, const RunReport& report, Shape shape) {
   const Results& results = report.results;
-  file.write("<CellData Scalars=\"thickness_strain_ln_Ablank_by_Apart\">\n");
-  writeArray(file, "thickness_strain_ln_Ablank_by_Apart", results.thicknessStrain);
-  writeArray(file, "thickness_ratio_Ablank_by_Apart", results.thicknessRatio);
-  if (report.shop.thickness > 0.0) writeArray(file, "thickness_mm", thicknesses(report));
+  file.add("<CellData Scalars=\"thickness_strain_ln_Ablank_by_Apart\">\n");
+  file.array("thickness_strain_ln_Ablank_by_Apart", results.thicknessStrain);
+  file.array("thickness_ratio_Ablank_by_Apart", results.thicknessRatio);
+  if (report.shop.thickness > 0.0) file.keepArray("thickness_mm", thicknesses(report));
   if (report.shop.limitCurve) {
-    writeArray(file, "limit_zone_0safe_1marginal_2split_3wrinkling", report.shop.limit.zone);
-    writeArray(file, "limit_distance_percent", report.shop.limit.distance);
+    file.array("limit_zone_0safe_1marginal_2split_3wrinkling", report.shop.limit.zone);
+    file.array("limit_distance_percent", report.shop.limit.distance);
   }
-  writeArray(file, "minus_E11_plus_E22", results.minusTraceE);
-  writeArray(file, "density", results.density);
-  writeArray(file, "smallest_angle_deg", results.smallestAngle);
-  writeArray(file, "part_area_" + report.unit.name + "2", results.partArea);
-  writeArray(file, "blank_area_" + report.unit.name + "2", results.blankArea);
-  writeStrains(file, report, shape);
+  file.array("minus_E11_plus_E22", results.minusTraceE);
+  file.array("density", results.density);
+  file.array("smallest_angle_deg", results.smallestAngle);
+  file.array("part_area_" + report.unit.name + "2", results.partArea);
+  file.array("blank_area_" + report.unit.name + "2", results.blankArea);
+  addStrains(file, report, shape);
   if (!report.run.contact.empty()) {
-    writeArray(file, "contact_pressure_MPa", report.run.contact);
-    writeArray(file, "binder_pressure_MPa", report.run.binder);
+    file.array("contact_pressure_MPa", report.run.contact);
+    file.array("binder_pressure_MPa", report.run.binder);
   }
-  writeArray(file, "element_number_in_file", report.part.fileElement);
-  if (!report.part.ids.element.empty()) writeArray(file, "element_id", report.part.ids.element);
-  if (!report.part.ids.part.empty()) writeArray(file, "part_id", report.part.ids.part);
-  file.write("</CellData>\n");
+  file.array("element_number_in_file", report.part.fileElement);
+  if (!report.part.ids.element.empty()) file.array("element_id", report.part.ids.element);
+  if (!report.part.ids.part.empty()) file.array("part_id", report.part.ids.part);
+  file.add("</CellData>\n");
 }
 
-void writePointData(FileWriter& file, const RunReport& report) {
+void addPointData(VtuFile& file, const RunReport& report) {
   std::vector<double> u, v;
   std::vector<std::uint8_t> heldU, heldV;
   std::vector<std::int32_t> number;
@@ -91,34 +92,34 @@ void writePointData(FileWriter& file, const RunReport& report) {
     number.push_back(static_cast<std::int32_t>(k / 2) + 1);
   }
   const std::string& unit = report.unit.name;
-  file.write("<PointData Vectors=\"displacement_part_minus_blank_" + unit + "\">\n");
-  writeArray(file, "displacement_part_minus_blank_" + unit, report.results.displacement,
+  file.add("<PointData Vectors=\"displacement_part_minus_blank_" + unit + "\">\n");
+  file.array("displacement_part_minus_blank_" + unit, report.results.displacement,
              "NumberOfComponents=\"3\" ");
-  writeArray(file, "u_blank_" + unit, u);
-  writeArray(file, "v_blank_" + unit, v);
-  writeArray(file, "thickness_strain_node_mean", report.results.nodeThicknessStrain);
-  writeArray(file, "held_u", heldU);
-  writeArray(file, "held_v", heldV);
-  writeArray(file, "node_number_in_file", number);
-  if (!report.part.ids.node.empty()) writeArray(file, "node_id", report.part.ids.node);
-  file.write("</PointData>\n");
+  file.keepArray("u_blank_" + unit, std::move(u));
+  file.keepArray("v_blank_" + unit, std::move(v));
+  file.array("thickness_strain_node_mean", report.results.nodeThicknessStrain);
+  file.keepArray("held_u", std::move(heldU));
+  file.keepArray("held_v", std::move(heldV));
+  file.keepArray("node_number_in_file", std::move(number));
+  if (!report.part.ids.node.empty()) file.array("node_id", report.part.ids.node);
+  file.add("</PointData>\n");
 }
 
 }  // namespace
 
-void writeVtu(FileWriter& file, const RunReport& report, Shape shape) {
-  file.write("<?xml version=\"1.0\"?>\n");
-  if (!report.verdict.converged) file.write("<!-- NOT CONVERGED: " + report.verdict.reason + " -->\n");
-  file.write(vtuOpening() + "<FieldData>\n");
-  writeArray(file, "converged", std::vector<std::int32_t>{report.verdict.converged ? 1 : 0},
-             "NumberOfTuples=\"1\" ");
-  file.write("</FieldData>\n<Piece NumberOfPoints=\"" + std::to_string(report.part.nodes()) +
-             "\" NumberOfCells=\"" + std::to_string(report.part.elements()) + "\">\n");
-  writePoints(file, report, shape);
-  writeTriangles(file, report.run.corners);
-  writeCellData(file, report, shape);
-  writePointData(file, report);
-  file.write("</Piece>\n</UnstructuredGrid>\n</VTKFile>\n");
+void writeVtu(FileWriter& writer, const RunReport& report, Shape shape, bool compressed) {
+  VtuFile file(report.verdict.converged ? "" : "NOT CONVERGED: " + report.verdict.reason, compressed);
+  file.add("<FieldData>\n");
+  file.keepArray("converged", std::vector<std::int32_t>{report.verdict.converged ? 1 : 0},
+                 "NumberOfTuples=\"1\" ");
+  file.add("</FieldData>\n<Piece NumberOfPoints=\"" + std::to_string(report.part.nodes()) +
+           "\" NumberOfCells=\"" + std::to_string(report.part.elements()) + "\">\n");
+  addPoints(file, report, shape);
+  file.triangles(report.run.corners);
+  addCellData(file, report, shape);
+  addPointData(file, report);
+  file.add("</Piece>\n");
+  file.write(writer);
 }
 
 }  // namespace host

@@ -11,8 +11,8 @@ enum class Shape { part, blank };
 
 // All nodes of the part's file and the triangles of the run. Per triangle and per node results carry formula
 // and unit in their names; where the part's file has numbers of its own, node_id, element_id and part_id carry
-// them; a field "converged" (1 or 0) and, if it is 0, a comment tell what the results are
-// worth.
-void writeVtu(FileWriter& file, const RunReport& report, Shape shape);
+// them; a field "converged" (1 or 0) and, if it is 0, a comment tell what the results are worth. compressed: about half
+// the size, in more time. Throws Failure where it cannot be written.
+void writeVtu(FileWriter& writer, const RunReport& report, Shape shape, bool compressed);
 
 }  // namespace host

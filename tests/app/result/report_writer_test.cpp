@@ -15,7 +15,6 @@
 #include "result/report_pack.hpp"
 #include "result/report_template.hpp"
 #include "result/report_trust.hpp"
-#include "result/vtu_array.hpp"
 
 using namespace host;
 using testing::ElementsAre;
