@@ -2,6 +2,7 @@
 #include "command/solve.hpp"
 
 #include <cstdio>
+#include <future>
 #include <limits>
 #include <optional>
 
@@ -31,6 +32,7 @@
 #include "run/run_log.hpp"
 #include "run/undeveloped.hpp"
 #include "run/verdict.hpp"
+#include "system/background.hpp"
 #include "system/failure.hpp"
 #include "system/file.hpp"
 #include "system/path.hpp"
@@ -144,14 +146,17 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, const Talk& talk
 }
 
 void writeResults(const RunReport& report, const ConvergenceHistory& history, const SolveOptions& options) {
+  // The page takes the longest: where there are threads, it is made while the others are written.
+  std::future<std::string> page;
+  if (options.report)
+    page = inBackgroundIf(options.threads != 1, [&] { return reportPage(reportDataOf(report, history)); });
   ResultFiles files(report.folder);
   files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
   files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part, options.compress); });
   files.add("blank.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::blank, options.compress); });
   addShopFiles(files, report, options.shop.csv);
   files.add("summary.json", [&](FileWriter& file) { file.write(summaryJson(report)); });
-  if (options.report)
-    files.add("report.html", [&](FileWriter& file) { writeReport(file, reportDataOf(report, history)); });
+  if (options.report) files.add("report.html", [&](FileWriter& file) { file.write(page.get()); });
   if (options.eben)
     files.add("eben.t51", [&](FileWriter& file) { writeFlatBlank(file, report.run.corners, report.run.RX); });
   if (options.ebenStart)

@@ -36,4 +36,11 @@ std::vector<Side> sortedSides(const std::vector<std::int32_t>& corners) {
   return sides;
 }
 
+std::shared_ptr<const SortedSides> sidesOf(const Mesh& mesh) {
+  if (mesh.sides == nullptr || mesh.sides->corners != mesh.corners)
+    mesh.sides = std::make_shared<const SortedSides>(
+        SortedSides{mesh.corners, sortedSides({mesh.corners.begin(), mesh.corners.end()})});
+  return mesh.sides;
+}
+
 }  // namespace host

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "mesh/mesh.hpp"
+
 namespace host {
 
 // One side of one triangle.
@@ -16,6 +18,16 @@ struct Side {
 
 // The sides of all triangles, sorted by edge, then by element. corners: three node numbers (from 1) per triangle.
 std::vector<Side> sortedSides(const std::vector<std::int32_t>& corners);
+
+// What sidesOf keeps.
+struct SortedSides {
+  std::vector<std::int64_t> corners;  // whose sides they are
+  std::vector<Side> sides;
+};
+
+// The same of a mesh whose corners are in range; kept with it, and only sorted anew when its corners have changed. Not for
+// several threads at once.
+std::shared_ptr<const SortedSides> sidesOf(const Mesh& mesh);
 
 // Calls visit(first, last) with the range of sides of each edge, in ascending order of the edges.
 template <class Visit>

@@ -60,7 +60,7 @@ bool byContent(const std::string& head, std::uint64_t) {
 
 template <bool (*Looks)(const std::string&)>
 bool byText(const std::string& head, std::uint64_t) {
-  return isText(head) && Looks(head);
+  return Looks(head) && isText(head);
 }
 
 template <Mesh (*Read)(const std::string&, const std::string&)>

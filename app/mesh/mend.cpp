@@ -8,10 +8,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <unordered_map>
+#include <utility>
 
 #include "mesh/edges.hpp"
 #include "mesh/submesh.hpp"
-#include "system/stable_order.hpp"
+#include "mesh/triangle_shape.hpp"
 #include "system/text.hpp"
 #include "system/vector.hpp"
 
@@ -41,15 +42,14 @@ struct Border {
 Border borderOf(const Mesh& mesh) {
   Border border;
   border.edge.assign(mesh.nodes(), 0.0);
-  forEachEdge(sortedSides({mesh.corners.begin(), mesh.corners.end()}),
-              [&](const Side* first, const Side* last) {
-                if (last - first != 1 || first->low == first->high) return;
-                const std::size_t a = static_cast<std::size_t>(first->low) - 1,
-                                  b = static_cast<std::size_t>(first->high) - 1;
-                const double length = distanceOf(mesh, a, b);
-                for (const std::size_t node : {a, b})
-                  border.edge[node] = border.edge[node] > 0.0 ? std::min(border.edge[node], length) : length;
-              });
+  forEachEdge(sidesOf(mesh)->sides, [&](const Side* first, const Side* last) {
+    if (last - first != 1 || first->low == first->high) return;
+    const std::size_t a = static_cast<std::size_t>(first->low) - 1,
+                      b = static_cast<std::size_t>(first->high) - 1;
+    const double length = distanceOf(mesh, a, b);
+    for (const std::size_t node : {a, b})
+      border.edge[node] = border.edge[node] > 0.0 ? std::min(border.edge[node], length) : length;
+  });
   for (std::size_t node = 0; node < border.edge.size(); ++node) {
     if (border.edge[node] > 0.0) border.nodes.push_back(node);
     border.longest = std::max(border.longest, border.edge[node]);
@@ -108,28 +108,25 @@ void leaveOut(const std::vector<std::size_t>& triangles, Mesh& mesh) {
   keepTriangles(keep, mesh);
 }
 
-// The triangles (from 0, ascending) with the three nodes of an earlier one.
+// The triangles (from 0, ascending) with the three nodes of an earlier one. Such triangles share the edge between the
+// lower two.
 std::vector<std::size_t> duplicatesIn(const Mesh& mesh) {
-  std::vector<std::uint64_t> lowest;  // the two lowest nodes of each
-  std::vector<std::int64_t> highest;
-  for (std::size_t c = 0; c < mesh.corners.size(); c += 3) {
-    std::array<std::int64_t, 3> nodes{mesh.corners[c], mesh.corners[c + 1], mesh.corners[c + 2]};
-    std::sort(nodes.begin(), nodes.end());
-    lowest.push_back(static_cast<std::uint64_t>(nodes[0]) << 32 | static_cast<std::uint64_t>(nodes[1]));
-    highest.push_back(nodes[2]);
-  }
-  std::vector<std::int32_t> order = stableOrder(lowest);
-  const auto of = [](const auto& values, std::int32_t e) { return values[static_cast<std::size_t>(e)]; };
   std::vector<std::size_t> duplicates;
-  for (auto first = order.begin(), last = first; first != order.end(); first = last) {
-    last =
-        std::find_if(first, order.end(), [&](std::int32_t e) { return of(lowest, e) != of(lowest, *first); });
-    std::stable_sort(first, last,
-                     [&](std::int32_t a, std::int32_t b) { return of(highest, a) < of(highest, b); });
-    for (auto next = first + 1; next < last; ++next)
-      if (of(highest, next[0]) == of(highest, next[-1]))
-        duplicates.push_back(static_cast<std::size_t>(*next));
-  }
+  std::vector<std::pair<std::int64_t, std::int32_t>> highest;  // of a triangle at the edge, and its number
+  forEachEdge(sidesOf(mesh)->sides, [&](const Side* first, const Side* last) {
+    if (last - first < 2) return;
+    highest.clear();
+    for (const Side* side = first; side != last; ++side) {
+      const std::int64_t* corner = &mesh.corners[3 * static_cast<std::size_t>(side->element) - 3];
+      const std::int64_t third = corner[0] + corner[1] + corner[2] - side->low - side->high;
+      const bool again = !highest.empty() && highest.back().second == side->element;  // it names a node twice
+      if (third >= side->high && !again) highest.push_back({third, side->element});
+    }
+    std::sort(highest.begin(), highest.end());
+    for (std::size_t k = 1; k < highest.size(); ++k)
+      if (highest[k].first == highest[k - 1].first)
+        duplicates.push_back(static_cast<std::size_t>(highest[k].second) - 1);
+  });
   std::sort(duplicates.begin(), duplicates.end());
   return duplicates;
 }
@@ -182,7 +179,7 @@ void weld(double tolerance, Mesh& mesh) {
 
 double medianEdge(const Mesh& mesh) {
   std::vector<double> lengths;
-  forEachEdge(sortedSides({mesh.corners.begin(), mesh.corners.end()}), [&](const Side* first, const Side*) {
+  forEachEdge(sidesOf(mesh)->sides, [&](const Side* first, const Side*) {
     lengths.push_back(distanceOf(mesh, static_cast<std::size_t>(first->low) - 1,
                                  static_cast<std::size_t>(first->high) - 1));
   });
@@ -247,12 +244,8 @@ double meanEdge(const Mesh& mesh) {
 // twice the area is at most L^2 times the sine of the smallest angle.
 bool isBlunt(const Mesh& mesh, std::size_t element) {
   static const double least = std::sin((needleAngle + 0.1) * std::acos(-1.0) / 180.0);
-  const auto pointOf = [&](std::size_t c) {
-    const double* p = &mesh.points[3 * static_cast<std::size_t>(mesh.corners[3 * element + c]) - 3];
-    return Vector{p[0], p[1], p[2]};
-  };
-  const Vector a = pointOf(0), b = minus(pointOf(1), a), c = minus(pointOf(2), a), d = minus(c, b),
-               n = cross(b, c);
+  const Vector a = cornerOf(mesh, element, 0), b = minus(cornerOf(mesh, element, 1), a),
+               c = minus(cornerOf(mesh, element, 2), a), d = minus(c, b), n = cross(b, c);
   const double longest = std::max({dot(b, b), dot(c, c), dot(d, d)});
   return dot(n, n) > least * least * longest * longest;
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ struct Identities {
   std::vector<std::int64_t> part;     // likewise: the part that the element belongs to
 };
 
+struct SortedSides;  // mesh/edges.hpp
+
 struct Mesh {
   std::string file;                   // name for messages
   FileIdentity identity;              // of that file
@@ -29,6 +32,9 @@ struct Mesh {
   Identities ids;                     // what the file calls its nodes, elements and parts
   double thickness = 0.0;             // file's unit: measured on a thin solid; 0: the file holds none
   std::vector<std::string> remarks;   // what the user is to be told about the reading, sentence by sentence
+
+  mutable std::shared_ptr<const SortedSides>
+      sides;  // for sidesOf alone: of the corners when it was last asked
 
   std::size_t nodes() const { return points.size() / 3; }
   std::size_t elements() const { return corners.size() / 3; }

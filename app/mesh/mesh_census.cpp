@@ -11,12 +11,11 @@
 #include "mesh/edges.hpp"
 #include "mesh/mend.hpp"
 #include "mesh/pieces.hpp"
+#include "mesh/triangle_shape.hpp"
 
 namespace host {
 
 namespace {
-
-constexpr double areaRatio = 1e-10;  // of the longest side, height below which the check refuses a triangle
 
 double distanceOf(const Mesh& mesh, std::int32_t a, std::int32_t b) {
   const double *p = &mesh.points[3 * static_cast<std::size_t>(a) - 3],
@@ -25,8 +24,8 @@ double distanceOf(const Mesh& mesh, std::int32_t a, std::int32_t b) {
 }
 
 // Pieces numbered by their triangles, the most first.
-void numberPieces(const std::vector<std::int32_t>& corners, MeshCensus& census) {
-  census.piece = findPieces(corners);
+void numberPieces(const std::vector<Side>& sides, MeshCensus& census) {
+  census.piece = findPieces(sides);
   std::map<std::int32_t, std::int64_t> triangles;
   for (const std::int32_t p : census.piece) ++triangles[p];
   std::vector<std::pair<std::int64_t, std::int32_t>> order;  // negative count, first element
@@ -92,29 +91,14 @@ void traceLoops(const Mesh& mesh, const std::vector<Side>& border, MeshCensus& c
                    [](const BorderLoop& a, const BorderLoop& b) { return a.length > b.length; });
 }
 
-bool hasNoArea(const Mesh& mesh, std::size_t element) {
-  std::array<double, 3> side[3];
-  double longest = 0.0;
-  for (std::size_t k = 0; k < 3; ++k) {
-    const auto a = static_cast<std::size_t>(mesh.corners[3 * element + k]) - 1,
-               b = static_cast<std::size_t>(mesh.corners[3 * element + (k + 1) % 3]) - 1;
-    for (std::size_t axis = 0; axis < 3; ++axis)
-      side[k][axis] = mesh.points[3 * b + axis] - mesh.points[3 * a + axis];
-    longest = std::max(longest, std::hypot(side[k][0], side[k][1], side[k][2]));
-  }
-  const double twice = std::hypot(side[0][1] * side[1][2] - side[0][2] * side[1][1],
-                                  side[0][2] * side[1][0] - side[0][0] * side[1][2],
-                                  side[0][0] * side[1][1] - side[0][1] * side[1][0]);
-  return !(twice > areaRatio * longest * longest);
-}
-
 void lookAtTriangles(const Mesh& mesh, MeshCensus& census) {
   for (int axis = 0; axis < 3; ++axis) {
     census.low[axis] = std::numeric_limits<double>::infinity();
     census.high[axis] = -census.low[axis];
   }
   for (std::size_t e = 0; e < mesh.elements(); ++e) {
-    if (hasNoArea(mesh, e)) census.arealess.push_back(e);
+    if (hasNoArea(cornerOf(mesh, e, 0), cornerOf(mesh, e, 1), cornerOf(mesh, e, 2)))
+      census.arealess.push_back(e);
     if (const double angle = smallestAngle(mesh, e); angle < census.smallestAngle)
       census.smallestAngle = angle, census.sharpest = e;
     for (std::size_t k = 3 * e; k < 3 * e + 3; ++k)
@@ -131,9 +115,9 @@ void lookAtTriangles(const Mesh& mesh, MeshCensus& census) {
 
 MeshCensus censusOf(const Mesh& mesh) {
   MeshCensus census;
-  const std::vector<std::int32_t> corners(mesh.corners.begin(), mesh.corners.end());
-  numberPieces(corners, census);
-  traceLoops(mesh, lookAtEdges(sortedSides(corners), census), census);
+  const std::shared_ptr<const SortedSides> sorted = sidesOf(mesh);
+  numberPieces(sorted->sides, census);
+  traceLoops(mesh, lookAtEdges(sorted->sides, census), census);
   lookAtTriangles(mesh, census);
   return census;
 }

@@ -7,18 +7,16 @@
 #include <limits>
 
 #include "mesh/edges.hpp"
+#include "mesh/part_geometry.hpp"
 #include "mesh/pieces.hpp"
 #include "mesh/seam.hpp"
+#include "mesh/triangle_shape.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
 
 namespace host {
 
 namespace {
-
-// A triangle whose height is below this fraction of its longest side has no area: that little is rounding of
-// the coordinates (2^-52 times a distance from the origin of up to a hundred thousand sides).
-constexpr double smallestHeightRatio = 1e-10;
 
 std::string nodeName(const Mesh& mesh, std::size_t node) {
   return "node " + std::to_string(node) + " (" + decimal(mesh.points[3 * node - 3]) + ", " +
@@ -75,7 +73,7 @@ void refusePieces(const Mesh& mesh, const std::vector<std::int32_t>& corners,
 // Keeps the elements that are run: all of them, or those of the largest piece.
 void takePiece(const Mesh& mesh, bool largest, Part& part) {
   const std::vector<std::int32_t> corners(mesh.corners.begin(), mesh.corners.end());
-  const std::vector<std::int32_t> piece = findPieces(corners);
+  const std::vector<std::int32_t> piece = findPieces(sidesOf(mesh)->sides);
   std::vector<std::int64_t> elementsOf(piece.size(), 0);
   for (const std::int32_t p : piece) ++elementsOf[static_cast<std::size_t>(p)];
   part.filePieces =
@@ -88,6 +86,8 @@ void takePiece(const Mesh& mesh, bool largest, Part& part) {
                  largest);
 
   part.inTriangle.assign(mesh.nodes(), false);
+  part.fileElement.reserve(piece.size());
+  part.corners.reserve(3 * piece.size());
   for (std::size_t e = 0; e < piece.size(); ++e) {
     if (piece[e] != biggest) continue;
     part.fileElement.push_back(static_cast<std::int32_t>(e) + 1);
@@ -105,18 +105,8 @@ void takePiece(const Mesh& mesh, bool largest, Part& part) {
 
 void checkAreas(const Part& part) {
   for (std::int64_t e = 1; e <= part.elements(); ++e) {
-    double longest = 0.0, side[3][3];
-    for (int k = 0; k < 3; ++k) {
-      const std::int64_t a = part.corner(e, k), b = part.corner(e, (k + 1) % 3);
-      side[k][0] = part.x(b) - part.x(a);
-      side[k][1] = part.y(b) - part.y(a);
-      side[k][2] = part.z(b) - part.z(a);
-      longest = std::max(longest, std::hypot(side[k][0], side[k][1], side[k][2]));
-    }
-    const double twiceArea = std::hypot(side[0][1] * side[1][2] - side[0][2] * side[1][1],
-                                        side[0][2] * side[1][0] - side[0][0] * side[1][2],
-                                        side[0][0] * side[1][1] - side[0][1] * side[1][0]);
-    if (!(twiceArea > smallestHeightRatio * longest * longest))
+    if (hasNoArea(pointOf(part, part.corner(e, 0)), pointOf(part, part.corner(e, 1)),
+                  pointOf(part, part.corner(e, 2))))
       throw Failure(part.file + ": element " +
                     std::to_string(part.fileElement[static_cast<std::size_t>(e) - 1]) + " (nodes " +
                     std::to_string(part.corner(e, 0)) + ", " + std::to_string(part.corner(e, 1)) + ", " +
@@ -238,7 +228,9 @@ Part checkMesh(const Mesh& mesh, bool largest) {
   part.thickness = mesh.thickness;
   takePiece(mesh, largest, part);
   checkAreas(part);
-  const std::vector<Side> sides = sortedSides(part.corners);
+  const std::shared_ptr<const SortedSides> ofMesh = sidesOf(mesh);
+  const std::vector<Side> ofPiece = part.filePieces > 1 ? sortedSides(part.corners) : std::vector<Side>();
+  const std::vector<Side>& sides = part.filePieces > 1 ? ofPiece : ofMesh->sides;
   checkEdges(mesh, part, sides);
   turnToOneOrientation(mesh, part, sides);
   part.size = longestBoxSide(part);

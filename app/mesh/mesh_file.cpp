@@ -1,10 +1,12 @@
 // Recognises the format of a mesh file by its content and reads it; see the header.
 #include "mesh/mesh_file.hpp"
 
+#include <future>
 #include <string_view>
 
 #include "mesh/format_table.hpp"
 #include "mesh/stl_reader.hpp"
+#include "system/background.hpp"
 #include "system/failure.hpp"
 #include "system/file_identity.hpp"
 #include "system/input_file.hpp"
@@ -43,8 +45,9 @@ Mesh readMeshFile(const std::string& path, const ReadOptions& options) {
   if (format == nullptr) refuse(path, content, content.size());
   if (!options.parts.empty() && !format->hasParts)
     throw Failure(path + ": --part: a file of format " + plainName(*format) + " has no parts");
+  std::future<FileIdentity> identity = inBackground([&] { return identityOf(path, content); });
   Mesh mesh = format->read(content, path, options);
-  mesh.identity = identityOf(path, content);
+  mesh.identity = identity.get();
   mesh.unit = options.unit;
   const Format* named = formatNamedBy(path);
   if (named != nullptr && plainName(*named) != plainName(*format))

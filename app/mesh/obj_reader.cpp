@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "mesh/shell_mesh.hpp"
 #include "system/failure.hpp"
@@ -109,8 +110,13 @@ bool splitQuadFromFirst(const Mesh& mesh, const std::int64_t* nodes) {
 }
 
 // The triangles of the faces. Where quads were split, the elements bear the numbers of their faces.
-void addTriangles(const Faces& faces, Mesh& mesh) {
-  std::int64_t quads = 0, face = 0;
+void addTriangles(Faces& faces, Mesh& mesh) {
+  const std::int64_t quads = std::count(faces.count.begin(), faces.count.end(), 4);
+  if (quads == 0) {
+    mesh.corners = std::move(faces.nodes);
+    return;
+  }
+  std::int64_t face = 0;
   const std::int64_t* node = faces.nodes.data();
   std::vector<std::int64_t> numbers;
   for (const std::uint8_t corners : faces.count) {
@@ -118,7 +124,6 @@ void addTriangles(const Faces& faces, Mesh& mesh) {
     if (corners == 3) {
       mesh.corners.insert(mesh.corners.end(), node, node + 3);
     } else {
-      ++quads;
       numbers.push_back(face);
       const bool first = splitQuadFromFirst(mesh, node);
       mesh.corners.insert(mesh.corners.end(), {node[0], node[1], first ? node[2] : node[3]});
@@ -126,7 +131,6 @@ void addTriangles(const Faces& faces, Mesh& mesh) {
     }
     node += corners;
   }
-  if (quads == 0) return;
   mesh.ids.element = numbers;
   mesh.remarks.push_back("split " + counted(quads, "quad") + " over the shorter diagonal");
 }
@@ -136,7 +140,7 @@ void addTriangles(const Faces& faces, Mesh& mesh) {
 Mesh readObj(const std::string& content, const std::string& file) {
   Mesh mesh;
   mesh.file = file;
-  const Faces faces = readLines(content, mesh);
+  Faces faces = readLines(content, mesh);
   if (faces.count.empty()) throw Failure(file + ": no face (f line) in the file");
   addTriangles(faces, mesh);
   return mesh;

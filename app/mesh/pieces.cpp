@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <numeric>
 
-#include "mesh/edges.hpp"
-
 namespace host {
 
 namespace {
@@ -22,10 +20,9 @@ std::int32_t pieceOf(std::vector<std::int32_t>& parent, std::int32_t element) {
 
 }  // namespace
 
-std::vector<std::int32_t> findPieces(const std::vector<std::int32_t>& corners) {
-  std::vector<std::int32_t> parent(corners.size() / 3);
+std::vector<std::int32_t> findPieces(const std::vector<Side>& sides) {
+  std::vector<std::int32_t> parent(sides.size() / 3);
   std::iota(parent.begin(), parent.end(), 0);
-  const std::vector<Side> sides = sortedSides(corners);
   forEachEdge(sides, [&](const Side* first, const Side* last) {
     for (const Side* side = first + 1; side != last; ++side) {
       const std::int32_t a = pieceOf(parent, first->element - 1), b = pieceOf(parent, side->element - 1);

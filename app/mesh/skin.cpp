@@ -51,10 +51,6 @@ double enclosedVolume(const Mesh& mesh) {
   return sum / 6.0;
 }
 
-std::vector<Side> sidesOf(const Mesh& mesh) {
-  return sortedSides({mesh.corners.begin(), mesh.corners.end()});
-}
-
 // Per triangle (from 0) the smallest triangle of its region.
 std::vector<std::size_t> growRegions(const std::vector<Side>& sides, const std::vector<Vector>& areas) {
   std::vector<std::size_t> parent(areas.size());
@@ -111,7 +107,7 @@ Skins largestRegions(const Mesh& mesh, const std::vector<Side>& sides, const std
 
 bool isSolid(const Mesh& mesh) {
   bool closed = mesh.elements() > 0;
-  forEachEdge(sidesOf(mesh), [&](const Side* first, const Side* last) {
+  forEachEdge(sidesOf(mesh)->sides, [&](const Side* first, const Side* last) {
     closed = closed && last - first == 2 && first[0].rising != first[1].rising;
   });
   return closed;
@@ -123,7 +119,8 @@ void takeSkin(const ReadOptions& options, Mesh& mesh) {
     for (std::size_t k = 0; k < mesh.corners.size(); k += 3)
       std::swap(mesh.corners[k + 1], mesh.corners[k + 2]);
   volume = std::fabs(volume);
-  const std::vector<Side> sides = sidesOf(mesh);
+  const std::shared_ptr<const SortedSides> kept = sidesOf(mesh);
+  const std::vector<Side>& sides = kept->sides;
   const std::vector<Vector> areas = areaVectors(mesh);
   const std::vector<std::size_t> region = growRegions(sides, areas);
   const Skins skins = largestRegions(mesh, sides, areas, region);

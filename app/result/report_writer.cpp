@@ -130,22 +130,22 @@ std::string reportJson(const ReportData& report, const PackedMesh& mesh) {
   return safe;
 }
 
-void writeReport(FileWriter& file, const ReportData& report) {
+std::string reportPage(const ReportData& report) {
   const PackedMesh mesh = packMesh(report);
   const std::pair<std::string_view, std::string> fillings[] = {
       {"@@TITLE@@", escaped(asUtf8(report.part)) + " - tornwalzen"},
       {"@@DATA@@", reportJson(report, mesh)},
       {"@@MESH@@", base64(mesh.bytes)}};
   const std::string page = reportTemplate();
+  std::string filled;
   std::size_t at = 0;
   for (const auto& [mark, filling] : fillings) {
     const std::size_t place = page.find(mark, at);
     if (place == std::string::npos) throw Failure("the page's template has lost " + std::string(mark));
-    file.write(std::string_view(page).substr(at, place - at));
-    file.write(filling);
+    filled.append(page, at, place - at).append(filling);
     at = place + mark.size();
   }
-  file.write(std::string_view(page).substr(at));
+  return filled.append(page, at);
 }
 
 }  // namespace host

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "result/report_data.hpp"
-#include "result/result_files.hpp"
 
 namespace host {
 
@@ -14,7 +13,7 @@ struct PackedMesh;
 // replacement characters, numbers that are not finite become null.
 std::string reportJson(const ReportData& report, const PackedMesh& mesh);
 
-// Throws Failure where the data do not fit each other (report_pack.hpp) or cannot be written.
-void writeReport(FileWriter& file, const ReportData& report);
+// The whole page. Throws Failure where the data do not fit each other (report_pack.hpp).
+std::string reportPage(const ReportData& report);
 
 }  // namespace host

@@ -4,7 +4,9 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 
+#include "system/background.hpp"
 #include "system/failure.hpp"
 #include "system/file.hpp"
 #include "system/path.hpp"
@@ -56,6 +58,7 @@ void FileWriter::fail(int error) const {
 }
 
 ResultFiles::~ResultFiles() {
+  finishing_.clear();  // a system may not remove a file that is open
   for (const Entry& entry : entries_) {
     removeFile(entry.unfinished);
     keepOnSignal(entry.unfinished);
@@ -72,9 +75,9 @@ void ResultFiles::add(const std::string& name, const std::function<void(FileWrit
     unfinished = beside + "." + std::to_string(k) + ".unfinished";
   if (!removeOnSignal(unfinished)) throw Failure("cannot write " + place + ": the path is too long");
   entries_.push_back({unfinished, place});
-  FileWriter writer(unfinished, place);
-  content(writer);
-  writer.finish();
+  const auto writer = std::make_shared<FileWriter>(unfinished, place);
+  content(*writer);
+  finishing_.push_back(inBackground([writer] { writer->finish(); }));  // waits for the disk
 }
 
 void ResultFiles::withdraw(const std::string& name) {
@@ -82,6 +85,7 @@ void ResultFiles::withdraw(const std::string& name) {
 }
 
 void ResultFiles::putIntoPlace() {
+  for (std::future<void>& file : finishing_) file.get();
   const SignalsHeldBack heldBack;
   for (const std::string& place : withdrawn_)
     if (!removeFile(place) && errno != ENOENT)

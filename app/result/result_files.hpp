@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <future>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,13 +42,15 @@ class ResultFiles {
   ResultFiles(const ResultFiles&) = delete;
   ResultFiles& operator=(const ResultFiles&) = delete;
 
-  // Writes folder/name beside its place with the bytes that `content` hands to the writer.
+  // Writes folder/name beside its place with the bytes that `content` hands to the writer; they reach the disk while the
+  // caller goes on.
   void add(const std::string& name, const std::function<void(FileWriter&)>& content);
 
   // A result that an earlier run may have left and this one does not have: it goes as the files come into place.
   void withdraw(const std::string& name);
 
-  // Removes what was withdrawn, then renames all files into place; signals wait meanwhile.
+  // When all files are on the disk, removes what was withdrawn and renames them into place; signals wait meanwhile.
+  // Throws Failure, as add does, of the first that could not be written.
   void putIntoPlace();
 
  private:
@@ -56,7 +59,8 @@ class ResultFiles {
   };
   std::string folder_;
   std::vector<Entry> entries_;
-  std::vector<std::string> withdrawn_;  // places
+  std::vector<std::future<void>> finishing_;  // those on their way onto the disk
+  std::vector<std::string> withdrawn_;        // places
 };
 
 // Makes the folder, and those above it, where absent. Throws Failure: not a folder, not permitted, ...

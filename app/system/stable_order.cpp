@@ -2,7 +2,6 @@
 #include "system/stable_order.hpp"
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <utility>
 
@@ -42,12 +41,6 @@ std::vector<std::int32_t> stableOrder(const std::vector<std::uint64_t>& keys) {
   order.reserve(sorted.size());
   for (const Keyed& item : sorted) order.push_back(item.index);
   return order;
-}
-
-std::uint64_t orderKey(double value) {
-  constexpr std::uint64_t sign = std::uint64_t{1} << 63;
-  const auto bits = std::bit_cast<std::uint64_t>(value + 0.0);  // + 0.0 turns -0 into 0
-  return bits & sign ? ~bits : bits | sign;
 }
 
 }  // namespace host

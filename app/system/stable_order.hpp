@@ -10,7 +10,4 @@ namespace host {
 // Source: H. Hollerith's sorting by digits, the least first; D. E. Knuth, The Art of Computer Programming 3, 5.2.5.
 std::vector<std::int32_t> stableOrder(const std::vector<std::uint64_t>& keys);
 
-// A key that orders as `value` does; no NaN. Zeros of both signs are equal.
-std::uint64_t orderKey(double value);
-
 }  // namespace host

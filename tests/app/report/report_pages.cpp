@@ -48,7 +48,7 @@ ReportData fullReport() {
 void write(const std::string& folder, const std::string& name, const ReportData& report) {
   std::remove((folder + "/" + name).c_str());
   ResultFiles files(folder);
-  files.add(name, [&](FileWriter& file) { writeReport(file, report); });
+  files.add(name, [&](FileWriter& file) { file.write(reportPage(report)); });
   files.putIntoPlace();
 }
 

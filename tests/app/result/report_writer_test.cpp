@@ -9,7 +9,7 @@
 #include "app/refusal.hpp"
 #include "app/result/sample_report.hpp"
 #include "app/run/sample_run.hpp"
-#include "app/scratch_folder.hpp"
+#include "result/base64.hpp"
 #include "result/convergence_history.hpp"
 #include "result/report_content.hpp"
 #include "result/report_pack.hpp"
@@ -23,14 +23,6 @@ using testing::IsEmpty;
 using testing::Not;
 
 namespace {
-
-std::string pageOf(const ReportData& report) {
-  const ScratchFolder folder;
-  ResultFiles files(folder.path());
-  files.add("page", [&](FileWriter& file) { writeReport(file, report); });
-  files.putIntoPlace();
-  return folder.read("page");
-}
 
 // What stands between a tag that carries `id` and its end.
 std::string elementOf(const std::string& page, const std::string& id) {
@@ -74,7 +66,7 @@ TEST(ReportTemplate, HasEachMarkOnceAndInOrder) {
 
 TEST(ReportWriter, ThePageCarriesDataAndMesh) {
   const ReportData report = sampleReport(4);
-  const std::string page = pageOf(report);
+  const std::string page = reportPage(report);
   EXPECT_THAT(page, HasSubstr("<title>dome.obj - tornwalzen</title>"));
   EXPECT_EQ(elementOf(page, "report-data"), reportJson(report, packMesh(report)));
   EXPECT_EQ(elementOf(page, "report-mesh"), base64(packMesh(report).bytes));
@@ -88,7 +80,7 @@ TEST(ReportWriter, TextFromFilesStaysText) {
   report.places = {{evil, 2}};
   report.figures = report.settings = report.strip.figures = {{evil, evil}};
   report.trust.findings = {{ReportLevel::bad, evil}};
-  const std::string page = pageOf(report), data = elementOf(page, "report-data");
+  const std::string page = reportPage(report), data = elementOf(page, "report-data");
   EXPECT_THAT(page, HasSubstr("<title>&lt;/title&gt;&lt;/script&gt;&lt;script&gt;hacked=1"));
   EXPECT_THAT(page, Not(HasSubstr("<script>hacked")));
   EXPECT_THAT(data, Not(HasSubstr("<")));
@@ -107,16 +99,10 @@ TEST(ReportWriter, WhatIsNotThereIsEmpty) {
   EXPECT_EQ(json["mesh"]["triangles"], 0);
 }
 
-TEST(ReportWriter, AMisfitLeavesNoFile) {
+TEST(ReportWriter, AMisfitIsRefused) {
   ReportData report = sampleReport(4);
   report.number.pop_back();
-  const ScratchFolder folder;
-  {
-    ResultFiles files(folder.path());
-    EXPECT_THAT(refusal([&] { files.add("page", [&](FileWriter& file) { writeReport(file, report); }); }),
-                HasSubstr("do not fit"));
-  }
-  EXPECT_THAT(folder.names(), IsEmpty());
+  EXPECT_THAT(refusal([&] { reportPage(report); }), HasSubstr("do not fit"));
 }
 
 TEST(ConvergenceHistory, FollowsTheMessagesOfARun) {
