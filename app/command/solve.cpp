@@ -147,9 +147,10 @@ RunOutput runUntilConverged(const Part& part, const Hold& hold, const Talk& talk
 
 void writeResults(const RunReport& report, const ConvergenceHistory& history, const SolveOptions& options) {
   // The page takes the longest: where there are threads, it is made while the others are written.
+  const bool threads = options.threads != 1;
   std::future<std::string> page;
   if (options.report)
-    page = inBackgroundIf(options.threads != 1, [&] { return reportPage(reportDataOf(report, history)); });
+    page = inBackgroundIf(threads, [&] { return reportPage(reportDataOf(report, history), threads); });
   ResultFiles files(report.folder);
   files.add("blank.obj", [&](FileWriter& file) { writeBlankObj(file, report); });
   files.add("part.vtu", [&](FileWriter& file) { writeVtu(file, report, Shape::part, options.compress); });

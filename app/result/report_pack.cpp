@@ -1,14 +1,16 @@
 // Packs the mesh of a report; see the header.
 #include "result/report_pack.hpp"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cmath>
+#include <future>
 #include <limits>
 #include <numeric>
 #include <utility>
 
+#include "result/byte_planes.hpp"
+#include "result/deflater.hpp"
+#include "system/background.hpp"
 #include "system/failure.hpp"
 #include "system/stable_order.hpp"
 
@@ -21,69 +23,16 @@ using Whole = std::vector<std::int64_t>;
 constexpr double finest = 65535.0;  // steps along the longest side
 constexpr int deflateLevel = 4;     // 9 takes eight times as long for six percent
 
-// Streams as they are stored: differences with their signs folded, their bytes in planes, lowest first.
-class Planes {
- public:
-  // The numbers number(0), ..., number(count - 1).
-  template <class Number>
-  void add(std::size_t count, Number number) {
-    folded_.resize(count);
-    std::uint64_t all = 0;
-    for (std::size_t k = 0; k < count; ++k) {
-      const auto bits = static_cast<std::uint64_t>(number(k));
-      folded_[k] = bits >> 63 != 0 ? ~(bits << 1) : bits << 1;
-      all |= folded_[k];
-    }
-    int width = 0;
-    for (; all != 0; all >>= 8) ++width;
-    widths.push_back(width);
-    for (int plane = 0; plane < width; ++plane) {
-      const std::size_t begin = bytes.size();
-      bytes.resize(begin + count);
-      for (std::size_t k = 0; k < count; ++k)
-        bytes[begin + k] = static_cast<char>(folded_[k] >> (8 * plane) & 255u);
-      begins_.push_back(begin);
-    }
-  }
-
-  // The differences of those numbers, each less the one before it.
-  template <class Number>
-  void addDifferences(std::size_t count, Number number) {
-    std::int64_t before = 0;
-    add(count, [&](std::size_t k) {
-      const std::int64_t now = number(k);
-      return now - std::exchange(before, now);
-    });
-  }
-
-  // About the bits that they need when each byte gets a code of its own: the entropy of each plane (C. E. Shannon,
-  // 1948). Every seventh byte tells it well enough.
-  double bits() const {
-    constexpr std::size_t every = 7;
-    double sum = 0.0;
-    for (std::size_t plane = 0; plane < begins_.size(); ++plane) {
-      const std::size_t end = plane + 1 < begins_.size() ? begins_[plane + 1] : bytes.size();
-      std::array<std::size_t, 256> times{};
-      for (std::size_t k = begins_[plane]; k < end; k += every) ++times[static_cast<unsigned char>(bytes[k])];
-      const auto all = static_cast<double>((end - begins_[plane] + every - 1) / every);
-      for (const std::size_t n : times)
-        if (n > 0) sum += static_cast<double>(every * n) * std::log2(all / static_cast<double>(n));
-    }
-    return sum;
-  }
-
-  std::string bytes;
-  std::vector<int> widths;  // bytes per number, of each stream
-
- private:
-  std::vector<std::size_t> begins_;  // of each plane
-  std::vector<std::uint64_t> folded_;
-};
-
 // Nodes and triangles in an order, from 0.
 struct Order {
   std::vector<std::int32_t> nodes, triangles;
   std::vector<std::array<std::int64_t, 3>> corners;  // of each triangle, as places among the nodes
+};
+
+// What is stored of part and blank in an order.
+struct Candidate {
+  Order order;
+  BytePlanes planes;
 };
 
 void check(const ReportData& report) {
@@ -264,8 +213,8 @@ Order orderOf(const ReportData& report, const std::vector<std::int32_t>& used, c
 }
 
 // Nodes and triangles in the order. axes: the whole coordinates of part and blank, per node.
-Planes shapePlanes(const ReportData& report, const Order& order, const std::vector<const Whole*>& axes) {
-  Planes planes;
+BytePlanes shapePlanes(const ReportData& report, const Order& order, const std::vector<const Whole*>& axes) {
+  BytePlanes planes;
   const std::size_t triangles = order.triangles.size();
   const auto triangle = [&](std::size_t k) { return static_cast<std::size_t>(order.triangles[k]); };
   for (const Whole* axis : axes)
@@ -285,8 +234,9 @@ Planes shapePlanes(const ReportData& report, const Order& order, const std::vect
 }
 
 // Two streams per field: where it has no value, and its values.
-void addFields(const ReportData& report, const PackedMesh& mesh, const std::vector<std::int32_t>& triangles,
-               Planes& planes) {
+BytePlanes fieldPlanes(const ReportData& report, const PackedMesh& mesh,
+                       const std::vector<std::int32_t>& triangles) {
+  BytePlanes planes;
   std::vector<Whole> values;
   for (std::size_t f = 0; f < report.fields.size(); ++f)
     values.push_back(wholeValues(report.fields[f], triangles, std::pow(10.0, mesh.fields[f].power)));
@@ -305,17 +255,7 @@ void addFields(const ReportData& report, const PackedMesh& mesh, const std::vect
     planes.addDifferences(triangles.size(),
                           [&](std::size_t k) { return values[f][static_cast<std::size_t>(along[k])]; });
   }
-}
-
-std::string deflated(const std::string& planes) {
-  uLongf length = compressBound(static_cast<uLong>(planes.size()));
-  std::string bytes(length, '\0');
-  if (compress2(reinterpret_cast<Bytef*>(bytes.data()), &length,
-                reinterpret_cast<const Bytef*>(planes.data()), static_cast<uLong>(planes.size()),
-                deflateLevel) != Z_OK)
-    throw Failure("not enough memory to pack the report");
-  bytes.resize(length);
-  return bytes;
+  return planes;
 }
 
 }  // namespace
@@ -338,7 +278,7 @@ PackedField stepsOf(const ReportField& field) {
   return packed;
 }
 
-PackedMesh packMesh(const ReportData& report) {
+PackedMesh packMesh(const ReportData& report, bool threads) {
   check(report);
   PackedMesh mesh;
   const std::vector<std::int32_t> used = usedNodes(report);
@@ -354,17 +294,23 @@ PackedMesh packMesh(const ReportData& report) {
     for (std::size_t f = 0; f < report.fields.size(); ++f)
       if (report.fields[f].key.empty() != keyed) mesh.fieldOrder.push_back(static_cast<int>(f));
   const std::vector<const Whole*> axes{&part[0], &part[1], &part[2], &blank[0], &blank[1]};
-  Order order = orderOf(report, used, part, false);
-  Planes planes = shapePlanes(report, order, axes);
-  Order morton = orderOf(report, used, part, true);
-  Planes mortonPlanes = shapePlanes(report, morton, axes);
-  if (mortonPlanes.bits() < planes.bits()) {
-    std::swap(order, morton);
-    std::swap(planes, mortonPlanes);
-  }
-  addFields(report, mesh, order.triangles, planes);
-  mesh.bytes = deflated(planes.bytes);
-  mesh.widths = std::move(planes.widths);
+  const auto inOrder = [&](bool morton) {
+    Candidate candidate{orderOf(report, used, part, morton), {}};
+    candidate.planes = shapePlanes(report, candidate.order, axes);
+    return candidate;
+  };
+  std::future<Candidate> morton = inBackgroundIf(threads, [&] { return inOrder(true); });
+  Candidate best = inOrder(false);
+  if (Candidate other = morton.get(); other.planes.bits() < best.planes.bits()) best = std::move(other);
+  std::future<BytePlanes> fields =
+      inBackgroundIf(threads, [&] { return fieldPlanes(report, mesh, best.order.triangles); });
+  Deflater deflater(deflateLevel);
+  deflater.add(best.planes.bytes);
+  const BytePlanes ofFields = fields.get();
+  deflater.add(ofFields.bytes);
+  mesh.bytes = deflater.finish();
+  mesh.widths = std::move(best.planes.widths);
+  mesh.widths.insert(mesh.widths.end(), ofFields.widths.begin(), ofFields.widths.end());
   return mesh;
 }
 

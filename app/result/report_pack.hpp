@@ -39,8 +39,9 @@ struct PackedMesh {
 
 // Throws Failure where a count does not fit the triangles, a corner is no node, a value is no class of
 // its field, a key refers to what is not stored
-// before it, a coordinate is not finite, or memory runs out. Triangles without number count from 1.
-PackedMesh packMesh(const ReportData& report);
+// before it, a coordinate is not finite, or memory runs out. Triangles without number count from 1. threads: where they
+// are wanted, more than one at a time; the bytes are the same.
+PackedMesh packMesh(const ReportData& report, bool threads = false);
 
 // The largest power of ten that divides the values' range (of the finite ones) into a thousand or more steps, and
 // is no finer than a millionth of the largest value or so. 0 for classes and where all values are zero.

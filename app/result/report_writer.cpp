@@ -130,8 +130,8 @@ std::string reportJson(const ReportData& report, const PackedMesh& mesh) {
   return safe;
 }
 
-std::string reportPage(const ReportData& report) {
-  const PackedMesh mesh = packMesh(report);
+std::string reportPage(const ReportData& report, bool threads) {
+  const PackedMesh mesh = packMesh(report, threads);
   const std::pair<std::string_view, std::string> fillings[] = {
       {"@@TITLE@@", escaped(asUtf8(report.part)) + " - tornwalzen"},
       {"@@DATA@@", reportJson(report, mesh)},

@@ -13,7 +13,7 @@ struct PackedMesh;
 // replacement characters, numbers that are not finite become null.
 std::string reportJson(const ReportData& report, const PackedMesh& mesh);
 
-// The whole page. Throws Failure where the data do not fit each other (report_pack.hpp).
-std::string reportPage(const ReportData& report);
+// The whole page. Throws Failure, and works in threads, as packMesh does (report_pack.hpp).
+std::string reportPage(const ReportData& report, bool threads = false);
 
 }  // namespace host

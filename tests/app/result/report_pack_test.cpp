@@ -9,6 +9,8 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <random>
+#include <utility>
 
 #include "app/refusal.hpp"
 #include "app/result/sample_report.hpp"
@@ -158,6 +160,17 @@ TEST(ReportPack, ValuesAlongTheirKeyNeedHardlyAnyRoom) {
   for (ReportField& field : report.fields) field.key.clear();
   const std::size_t without = packMesh(report).bytes.size();
   EXPECT_LT(static_cast<double>(with), 0.8 * static_cast<double>(without));
+}
+
+TEST(ReportPack, InThreadsTheBytesAreTheSame) {
+  ReportData report = sampleReport(60);
+  EXPECT_EQ(packMesh(report, true).bytes, packMesh(report).bytes);
+  std::mt19937 random(3);  // an order that the Morton curve beats
+  for (std::size_t e = report.corners.size() / 3; e-- > 1;)
+    for (std::size_t k = 0, other = random() % (e + 1); k < 3; ++k)
+      std::swap(report.corners[3 * e + k], report.corners[3 * other + k]);
+  EXPECT_EQ(packMesh(report, true).bytes, packMesh(report).bytes);
+  EXPECT_EQ(packMesh(report, true).widths, packMesh(report).widths);
 }
 
 TEST(ReportPack, TrianglesWithoutAValueAreNamed) {
