@@ -234,7 +234,8 @@ CLI::App* describeSolve(CLI::App& app, SolveOptions& options) {
                   "write the blank as eben.t51 too, in mm (up to 99999 nodes and triangles)");
   solve->add_flag("--eben-start", options.ebenStart, "write the starting blank as eben_start.t51 too, in mm");
   describeShop(solve, options.shop);
-  CLI::Option* verbose = solve->add_flag("--verbose", options.verbose, "show the library's messages");
+  CLI::Option* verbose =
+      solve->add_flag("--verbose", options.verbose, "show the library's messages, and where the time went");
   solve->add_flag("--quiet", options.quiet, "print nothing but refusals and failures")->excludes(verbose);
   solve->add_flag("--json", options.json, "print the summary as one JSON object in place of the table");
   solve->footer(solveExamples);

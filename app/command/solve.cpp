@@ -38,6 +38,7 @@
 #include "system/path.hpp"
 #include "system/process.hpp"
 #include "system/same_file.hpp"
+#include "system/stopwatch.hpp"
 #include "system/text.hpp"
 #include "system/unit.hpp"
 
@@ -177,19 +178,31 @@ void tellAboutMaterial(const SolveOptions& options, const ShopOptions& shop, con
 void finishShop(ShopReport& shop, const Part& part, const RunOutput& run, const Results& results,
                 double millimetres) {
   constexpr double none = std::numeric_limits<double>::quiet_NaN();
+  shop.major.reserve(run.strains.size());
+  shop.minor.reserve(run.strains.size());
   for (const TornwalzenElementStrain& strain : run.strains) {
     shop.major.push_back(results.developed ? strain.major : none);
     shop.minor.push_back(results.developed ? strain.minor : none);
   }
   std::vector<double> area;
+  area.reserve(results.partArea.size());
   for (const double inUnit : results.partArea) area.push_back(inUnit * millimetres * millimetres);
   addBlank(shop, {run.corners, run.RX, part.points, area, part.size});
+}
+
+// Where the wall time of a command went (s).
+void tellTimes(double reading, double run, double results, double writing, const Talk& talk) {
+  if (!talk.verbose) return;
+  const auto seconds = [](double time) { return fixedDecimal(time, 3) + " s"; };
+  talk.say("wall time: reading and checking " + seconds(reading) + ", the run " + seconds(run) +
+           ", its results " + seconds(results) + ", writing " + seconds(writing));
 }
 
 }  // namespace
 
 int solve(const SolveOptions& options) {
   const Talk talk{options.quiet, options.json, options.verbose};
+  Stopwatch watch;
   const Material material = chosenMaterial(options);
   RunSettings settings = settingsOf(options, material, std::nullopt);
   ShopOptions shopOptions = options.shop;
@@ -198,6 +211,7 @@ int solve(const SolveOptions& options) {
   const Unit unit = unitOf(options.unit);
   const Part part = readPart(options.part, options.reading, options.largest,
                              [&](const std::string& sentence) { talk.say(sentence); });
+  const double reading = watch.lap();
   tellAboutMesh(part, talk);
   const double measured = part.thickness * unit.millimetres;  // 0: the file holds no thickness
   takeThickness(options, material, measured, settings);
@@ -219,6 +233,7 @@ int solve(const SolveOptions& options) {
   SecondStart second;
   const RunOutput run =
       runUntilConverged(inMillimetres(part, unit), hold, talk, log, history, settings, runs, second);
+  const double running = watch.lap();
   Verdict verdict = judge(part, run);
   noteSecondStart(second, verdict);
   if (run.report.reason == TORNWALZEN_NOT_DEVELOPED)
@@ -234,7 +249,9 @@ int solve(const SolveOptions& options) {
   const std::string noDrawing = whyNoDrawing(report);
   if (!noDrawing.empty()) talk.say("warning: no drawing of the blank was written: " + noDrawing);
   checkResultPlaces(part, options, folder);  // another run may have filled the folder meanwhile
+  const double resulting = watch.lap();
   writeResults(report, history, options);
+  tellTimes(reading, running, resulting, watch.lap(), talk);
   talk.result(summaryTable(report), talk.json ? summaryJson(report) : "");
   if (!log.problem().empty()) throw Failure(log.problem());
   return verdict.status;

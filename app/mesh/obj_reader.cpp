@@ -85,6 +85,9 @@ bool nextObjLine(std::string_view content, std::size_t& position, std::string_vi
 
 Faces readLines(std::string_view content, Mesh& mesh) {
   Faces faces;
+  mesh.points.reserve(content.size() / 24);  // as many as such a file mostly has: what was read need not move
+  faces.nodes.reserve(content.size() / 14);
+  faces.count.reserve(content.size() / 42);
   std::size_t position = 0, lineNumber = 0;
   std::string_view line;
   while (nextObjLine(content, position, line)) {

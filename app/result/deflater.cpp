@@ -11,8 +11,10 @@
 
 namespace host {
 
-Deflater::Deflater(int level) : stream_(std::make_unique<z_stream>()) {
-  if (deflateInit(stream_.get(), level) != Z_OK) throw Failure("not enough memory to compress");
+Deflater::Deflater(int level, int memoryLevel) : stream_(std::make_unique<z_stream>()) {
+  constexpr int windowBits = 15;
+  if (deflateInit2(stream_.get(), level, Z_DEFLATED, windowBits, memoryLevel, Z_DEFAULT_STRATEGY) != Z_OK)
+    throw Failure("not enough memory to compress");
 }
 
 Deflater::~Deflater() {

@@ -11,8 +11,9 @@ namespace host {
 
 class Deflater {
  public:
-  // level: 1, quick, to 9, short. Throws Failure where there is no memory.
-  explicit Deflater(int level);
+  // level: 1, quick, to 9, short. memoryLevel: 1 to 9; the lower, the shorter the blocks that get codes of their own.
+  // Throws Failure where there is no memory.
+  explicit Deflater(int level, int memoryLevel = 8);
   ~Deflater();
   Deflater(const Deflater&) = delete;
   Deflater& operator=(const Deflater&) = delete;

@@ -19,8 +19,10 @@ void addMesh(const RunReport& report, ReportData& data) {
   data.unit = report.unit.name;
   data.partPoints = report.part.points;
   const std::vector<double>& blank = report.results.blankPoints;
+  data.blankPoints.reserve(blank.size() / 3 * 2);
   for (std::size_t k = 0; k + 2 < blank.size(); k += 3)
     data.blankPoints.insert(data.blankPoints.end(), {blank[k], blank[k + 1]});
+  data.corners.reserve(report.run.corners.size());
   for (const std::int32_t node : report.run.corners) data.corners.push_back(node - 1);
   data.number = report.part.fileElement;
 }

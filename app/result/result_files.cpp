@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "system/background.hpp"
 #include "system/failure.hpp"
@@ -76,8 +77,17 @@ void ResultFiles::add(const std::string& name, const std::function<void(FileWrit
   if (!removeOnSignal(unfinished)) throw Failure("cannot write " + place + ": the path is too long");
   entries_.push_back({unfinished, place});
   const auto writer = std::make_shared<FileWriter>(unfinished, place);
-  content(*writer);
+  try {
+    content(*writer);
+  } catch (const Failure&) {
+    awaitDisk();  // an earlier file that failed is named first
+    throw;
+  }
   finishing_.push_back(inBackground([writer] { writer->finish(); }));  // waits for the disk
+}
+
+void ResultFiles::awaitDisk() {
+  for (std::future<void>& file : std::exchange(finishing_, {})) file.get();
 }
 
 void ResultFiles::withdraw(const std::string& name) {
@@ -85,7 +95,7 @@ void ResultFiles::withdraw(const std::string& name) {
 }
 
 void ResultFiles::putIntoPlace() {
-  for (std::future<void>& file : finishing_) file.get();
+  awaitDisk();
   const SignalsHeldBack heldBack;
   for (const std::string& place : withdrawn_)
     if (!removeFile(place) && errno != ENOENT)

@@ -54,6 +54,7 @@ class ResultFiles {
   void putIntoPlace();
 
  private:
+  void awaitDisk();  // throws of the first file that could not be brought there
   struct Entry {
     std::string unfinished, place;
   };

@@ -23,6 +23,10 @@ Vector difference(const std::vector<double>& points, std::int32_t to, std::int32
 
 void computeElements(const RunOutput& run, const std::vector<double>& partPoints, Results& results) {
   const std::size_t elements = run.corners.size() / 3;
+  for (auto* values :
+       {&results.partArea, &results.blankArea, &results.thicknessRatio, &results.thicknessStrain,
+        &results.minusTraceE, &results.density, &results.smallestAngle})
+    values->reserve(elements);
   for (std::size_t e = 0; e < elements; ++e) {
     const std::int32_t i = run.corners[3 * e], j = run.corners[3 * e + 1], k = run.corners[3 * e + 2];
     const Vector normal = cross(difference(partPoints, j, i), difference(partPoints, k, i));
@@ -67,6 +71,7 @@ void computeNodes(const PartData& part, const RunOutput& run, Results& results) 
   for (std::size_t n = 0; n < nodes; ++n)
     results.nodeThicknessStrain[n] =
         weight[n] > 0.0 ? results.nodeThicknessStrain[n] / weight[n] : notANumber;
+  results.displacement.reserve(results.blankPoints.size());
   for (std::size_t k = 0; k < results.blankPoints.size(); ++k)
     results.displacement.push_back(part.points[k] - results.blankPoints[k]);
 }
@@ -103,6 +108,7 @@ bool blankIsFinite(const RunOutput& run) {
 Results computeResults(const PartData& part, const RunOutput& run, const Unit& unit) {
   Results results;
   results.developed = hasBlank(run.report.reason);
+  results.blankPoints.reserve(run.RX.size() / 2 * 3);
   for (std::size_t n = 0; n < run.RX.size(); n += 2)
     results.blankPoints.insert(results.blankPoints.end(),
                                {run.RX[n] / unit.millimetres, run.RX[n + 1] / unit.millimetres, 0.0});

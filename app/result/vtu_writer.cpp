@@ -29,6 +29,8 @@ TornwalzenElementStrain noStrain() {
 // written.
 void addStrains(VtuFile& file, const RunReport& report, Shape shape) {
   std::vector<double> major, minor, equivalent, stress, direction;
+  for (auto* values : {&major, &minor, &equivalent, &stress}) values->reserve(report.run.strains.size());
+  direction.reserve(3 * report.run.strains.size());
   for (TornwalzenElementStrain strain : report.run.strains) {
     if (!report.results.developed) strain = noStrain();
     major.push_back(strain.major);

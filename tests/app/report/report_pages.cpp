@@ -9,6 +9,7 @@
 #include "app/result/sample_report.hpp"
 #include "result/report_pack.hpp"
 #include "result/report_writer.hpp"
+#include "result/result_files.hpp"
 #include "system/failure.hpp"
 
 using namespace host;
