@@ -1,6 +1,6 @@
 // The benchmarks' program: solver phases against peers, the other phases per element and node, whole runs.
 // usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [peers] [phases] [runs] [sure]
-//        [threads] [flatten]
+//        [threads] [program] [flatten]
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,6 +11,7 @@
 #include "kernels.hpp"
 #include "machine.hpp"
 #include "phases.hpp"
+#include "program_runs.hpp"
 #include "race.hpp"
 #include "race_mumps.hpp"
 #include "race_threaded.hpp"
@@ -41,16 +42,16 @@ Options readOptions(int argc, char** argv) {
     else if (word == "--csv" && k + 1 < argc)
       o.csv = argv[++k];
     else if (word == "kernels" || word == "solver" || word == "peers" || word == "phases" || word == "runs" ||
-             word == "sure" || word == "threads" || word == "flatten")
+             word == "sure" || word == "threads" || word == "program" || word == "flatten")
       o.parts.insert(word);
     else
       throw std::invalid_argument(
           "usage: tornwalzen_bench [--quick | --huge] [--csv FILE] [kernels] [solver] [peers] [phases] "
           "[runs] "
-          "[sure] [threads] [flatten]");
+          "[sure] [threads] [program] [flatten]");
   }
   if (o.parts.empty())
-    o.parts = {"kernels", "solver", "peers", "phases", "runs", "sure", "threads", "flatten"};
+    o.parts = {"kernels", "solver", "peers", "phases", "runs", "sure", "threads", "program", "flatten"};
   return o;
 }
 
@@ -142,6 +143,7 @@ int main(int argc, char** argv) try {
   if (options.parts.count("runs")) runSamples(options, machine, report);
   if (options.parts.count("sure")) runSure(options, report);
   if (options.parts.count("threads")) runThreads(options, report);
+  if (options.parts.count("program")) bench::timeProgram(200000, report);
   if (options.parts.count("flatten")) bench::raceFlatteners("../shared/parts", report);
   std::printf("\n");
   report.printRatios();

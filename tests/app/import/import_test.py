@@ -310,6 +310,19 @@ class Formats(Case):
     def test_results_come_in_again(self):
         self.check_same('tray.obj_out/part.vtu')
 
+    def test_compressed_results_hold_the_same_in_less_room(self):
+        place = self.path('tray.obj_out/part.vtu')
+        plain, size = meshio.read(place), os.path.getsize(place)
+        self.solve('tray.obj', '--compress')
+        self.assertLess(os.path.getsize(place), 0.8 * size)
+        packed = meshio.read(place)
+        for a, b in ((plain.point_data, packed.point_data), (plain.cell_data, packed.cell_data)):
+            self.assertEqual(sorted(a), sorted(b))
+            for name in a:
+                np.testing.assert_array_equal(a[name], b[name], name)
+        np.testing.assert_array_equal(plain.points, packed.points)
+        np.testing.assert_array_equal(plain.cells[0].data, packed.cells[0].data)
+
     def test_fixed_fields_and_abaqus_that_meshio_writes(self):
         rounded = meshio.Mesh(np.round(self.points, 3), [('triangle', self.triangles)])
         self.write('r.obj', ''.join('v %r %r %r\n' % tuple(p) for p in rounded.points.tolist()) +

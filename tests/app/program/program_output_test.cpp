@@ -24,6 +24,16 @@ TEST(ProgramOutput, JsonOfARunIsTheSummaryAndNothingElse) {
   EXPECT_THAT(tornwalzen(folder, "solve pipe.obj --out r --json --verbose").err, HasSubstr("beginn loeini"));
 }
 
+TEST(ProgramOutput, AVerboseRunTellsWhereItsTimeWent) {
+  const ScratchFolder folder;
+  folder.write("pipe.obj", halfPipeObj(20, 8));
+  EXPECT_THAT(
+      tornwalzen(folder, "solve pipe.obj --out r --verbose").err,
+      testing::ContainsRegex("\nwall time: reading and checking [0-9.]+ s, the run [0-9.]+ s, its results "
+                             "[0-9.]+ s, writing [0-9.]+ s\n$"));
+  EXPECT_THAT(tornwalzen(folder, "solve pipe.obj --out r").err, Not(HasSubstr("wall time")));
+}
+
 TEST(ProgramOutput, AQuietRunPrintsNothingButRefusals) {
   const ScratchFolder folder;
   folder.write("pipe.obj", halfPipeObj(20, 8));
