@@ -155,8 +155,18 @@ Neighbours findNeighbours(std::size_t elements, const std::vector<Side>& sides) 
   return neighbours;
 }
 
+// Whether two triangles at a common edge are turned against each other.
+bool anyOpposed(const std::vector<Side>& sides) {
+  bool any = false;
+  forEachEdge(sides, [&](const Side* first, const Side* last) {
+    any = any || (last - first == 2 && first[0].rising == first[1].rising);
+  });
+  return any;
+}
+
 // Turns triangles to the orientation that most of them have.
 void turnToOneOrientation(const Mesh& mesh, Part& part, const std::vector<Side>& sides) {
+  if (!anyOpposed(sides)) return;
   const auto elements = static_cast<std::size_t>(part.elements());
   const Neighbours neighbours = findNeighbours(elements, sides);
   std::vector<signed char> turn(elements, -1);  // -1 not reached yet, else whether to turn it
