@@ -136,16 +136,20 @@ std::vector<std::array<std::int64_t, 3>> placedCorners(const ReportData& report,
 // The triangles by a key, equal ones in their order. values: per field, in the order of storage.
 std::vector<std::int32_t> alongKey(const std::vector<KeyTerm>& terms, const std::vector<Whole>& values,
                                    std::size_t triangles) {
-  std::vector<double> key(triangles, 0.0);  // whole numbers
-  for (const KeyTerm& term : terms) {
-    const Whole& first = values[static_cast<std::size_t>(term.first)];
-    for (std::size_t e = 0; e < triangles; ++e) {
-      double product = term.factor * static_cast<double>(first[e]);
-      if (term.second >= 0) product *= static_cast<double>(values[static_cast<std::size_t>(term.second)][e]);
-      key[e] += product;
+  std::vector<double> key(triangles);  // whole numbers
+  double least = std::numeric_limits<double>::infinity();
+  for (std::size_t e = 0; e < triangles; ++e) {
+    double sum = 0.0;
+    for (const KeyTerm& term : terms) {
+      const double product =
+          term.factor * static_cast<double>(values[static_cast<std::size_t>(term.first)][e]);
+      sum += term.second < 0
+                 ? product
+                 : product * static_cast<double>(values[static_cast<std::size_t>(term.second)][e]);
     }
+    key[e] = sum;
+    least = std::min(least, sum);
   }
-  const double least = key.empty() ? 0.0 : *std::min_element(key.begin(), key.end());
   std::vector<std::uint64_t> keys;
   keys.reserve(triangles);
   for (const double k : key) keys.push_back(static_cast<std::uint64_t>(k - least));
@@ -168,10 +172,7 @@ std::vector<KeyTerm> wholeKey(const ReportData& report, const std::vector<Packed
       if (index < 0) continue;
       const auto other = static_cast<std::size_t>(index);
       term.factor *= std::pow(10.0, fields[other].power - finestPower);
-      double most = 0.0;
-      for (const double value : report.fields[other].values)
-        if (std::isfinite(value)) most = std::max(most, std::abs(value));
-      size *= most / std::pow(10.0, fields[other].power) + 1.0;
+      size *= fields[other].largest / std::pow(10.0, fields[other].power) + 1.0;
     }
     largest += std::abs(term.factor) * size;
   }
@@ -273,9 +274,9 @@ PackedField stepsOf(const ReportField& field) {
     low = std::min(low, value);
     high = std::max(high, value);
   }
-  const double largest = std::max(std::abs(low), std::abs(high));
-  if (!field.classes.empty() || !(low <= high) || largest == 0.0) return packed;
-  const double wanted = std::max((high - low) / 1e3, largest / 1e6);
+  if (low <= high) packed.largest = std::max(std::abs(low), std::abs(high));
+  if (!field.classes.empty() || packed.largest == 0.0) return packed;
+  const double wanted = std::max((high - low) / 1e3, packed.largest / 1e6);
   packed.power = static_cast<int>(std::floor(std::log10(wanted)));
   return packed;
 }

@@ -20,6 +20,7 @@ namespace host {
 struct PackedField {
   int power = 0;
   std::int64_t none = 0;  // triangles without a value
+  double largest = 0.0;   // of the finite values, by magnitude
   std::vector<KeyTerm>
       key;  // as given, its factors for the whole numbers of the fields instead of their values
 };
