@@ -89,7 +89,7 @@ void timeProgram(std::int32_t triangles, Report& report) {
     report.figure("program", size, who, "results", s.results, "s");
     report.figure("program", size, who, "writing", s.writing, "s");
     report.figure("program", size, who, "whole", s.whole, "s");
-    report.ratio("read+write/whole", size + " t" + who, s.share());
+    report.ratio("program-share-on-" + who, size, s.share());
   }
 }
 

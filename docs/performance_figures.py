@@ -146,6 +146,17 @@ def peers(f):
     return table(["processor times, ms", "analyse", "repeat", "solve"], rows)
 
 
+def program(f):
+    rows = []
+    for size in f.subjects("program"):
+        for n in f.who("program", size):
+            stages = [f.value("program", size, n, q) for q in ("reading", "run", "results", "writing", "whole")]
+            rows.append([f"{n} threads" if n != "1" else "1 thread"] + [shown(v, "{:.3f}") for v in stages] +
+                        [shown((stages[0] + stages[3]) / stages[4], "{:.1f} %", 1e2)])
+    return table(["wall times, s", "reading, checking", "run", "its results", "writing", "process",
+                  "reading and writing of it"], rows)
+
+
 def threads_picture(f, path):
     import matplotlib
     matplotlib.use("Agg")
@@ -186,6 +197,8 @@ def main():
     if threaded(f) and f.subjects("thread-memory"):
         text = replaced(text, "threads", threads(f))
         threads_picture(f, HERE / "threads.png")
+    if f.subjects("program"):
+        text = replaced(text, "program", program(f))
     page.write_text(text)
     if f.subjects("kernel"):
         picture(f, HERE / "roofline.png")

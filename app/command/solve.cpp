@@ -209,7 +209,9 @@ int solve(const SolveOptions& options) {
   shopOptions.thickness = sheetThickness(options.press.thickness);
   checkShopOptions(shopOptions);
   const Unit unit = unitOf(options.unit);
-  const Part part = readPart(options.part, options.reading, options.largest,
+  ReadOptions readOptions = options.reading;
+  readOptions.threads = options.threads != 1;
+  const Part part = readPart(options.part, readOptions, options.largest,
                              [&](const std::string& sentence) { talk.say(sentence); });
   const double reading = watch.lap();
   tellAboutMesh(part, talk);

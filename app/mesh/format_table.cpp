@@ -68,6 +68,10 @@ Mesh plainly(const std::string& content, const std::string& file, const ReadOpti
   return Read(content, file);
 }
 
+Mesh obj(const std::string& content, const std::string& file, const ReadOptions& options) {
+  return readObj(content, file, options.threads);
+}
+
 template <Mesh (*Read)(const std::string&, const std::string&, const std::vector<std::string>&)>
 Mesh byParts(const std::string& content, const std::string& file, const ReadOptions& options) {
   return Read(content, file, options.parts);
@@ -121,7 +125,7 @@ const std::vector<Format>& formatTable() {
       {"Nastran bulk data", {".bdf", ".nas"}, true, byText<looksLikeNastran>, byParts<readNastran>},
       // A deck's keywords are free: all that tells it is a count in its fourth line.
       {"mesh deck", {".t51"}, false, byContent<looksLikeDeck>, plainly<readDeck>},
-      {"Wavefront OBJ", {".obj"}, false, byText<looksLikeObj>, plainly<readObj>},
+      {"Wavefront OBJ", {".obj"}, false, byText<looksLikeObj>, obj},
   };
   return table;
 }

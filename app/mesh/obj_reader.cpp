@@ -3,15 +3,19 @@
 
 #include <algorithm>
 #include <array>
+#include <future>
 #include <utility>
 
 #include "mesh/shell_mesh.hpp"
+#include "system/background.hpp"
 #include "system/failure.hpp"
 #include "system/text.hpp"
 
 namespace host {
 
 namespace {
+
+constexpr std::size_t largeContent = std::size_t{1} << 20;  // bytes, from which on a thread pays
 
 [[noreturn]] void refuse(const std::string& file, std::size_t lineNumber, const std::string& what) {
   throw Failure(file + ", line " + std::to_string(lineNumber) + ": " + what);
@@ -51,6 +55,7 @@ bool readCorner(std::string_view word, std::int64_t& number) {
 struct Faces {
   std::vector<std::int64_t> nodes;
   std::vector<std::uint8_t> count;
+  bool relative = false;  // whether a node was counted back
 };
 
 // A negative number counts back from the nodes read so far.
@@ -63,6 +68,7 @@ void readFaceLine(const Mesh& mesh, std::string_view line, std::size_t lineNumbe
   for (std::string_view word = nextWord(line, position); !word.empty(); word = nextWord(line, position)) {
     std::int64_t number = 0;
     if (!readCorner(word, number)) refuseFace(": \"" + shown(word) + "\" is not a node number");
+    faces.relative = faces.relative || number < 0;
     faces.nodes.push_back(number < 0 ? nodesSoFar + 1 + number : number);
     ++corners;
   }
@@ -98,6 +104,26 @@ Faces readLines(std::string_view content, Mesh& mesh) {
     if (line[0] == 'f') readFaceLine(mesh, line, lineNumber, faces);
   }
   return faces;
+}
+
+// The two halves of the lines at once. False where that does not do: where the second half has to know of the first, to
+// count nodes back or to name a line.
+bool readHalves(std::string_view content, Mesh& mesh, Faces& faces) {
+  const std::size_t middle = content.find('\n', content.size() / 2);
+  if (middle == std::string_view::npos) return false;
+  Mesh rest;
+  std::future<Faces> second = inBackground([&] { return readLines(content.substr(middle + 1), rest); });
+  try {
+    faces = readLines(content.substr(0, middle + 1), mesh);
+    const Faces others = second.get();
+    if (others.relative) return false;
+    faces.nodes.insert(faces.nodes.end(), others.nodes.begin(), others.nodes.end());
+    faces.count.insert(faces.count.end(), others.count.begin(), others.count.end());
+  } catch (const Failure&) {
+    return false;
+  }
+  mesh.points.insert(mesh.points.end(), rest.points.begin(), rest.points.end());
+  return true;
 }
 
 // Whether the quad with these nodes is split from its first corner; nodes that are not there the check of the mesh
@@ -140,10 +166,14 @@ void addTriangles(Faces& faces, Mesh& mesh) {
 
 }  // namespace
 
-Mesh readObj(const std::string& content, const std::string& file) {
+Mesh readObj(const std::string& content, const std::string& file, bool threads) {
   Mesh mesh;
   mesh.file = file;
-  Faces faces = readLines(content, mesh);
+  Faces faces;
+  if (!threads || content.size() < largeContent || !readHalves(content, mesh, faces)) {
+    mesh.points.clear();
+    faces = readLines(content, mesh);
+  }
   if (faces.count.empty()) throw Failure(file + ": no face (f line) in the file");
   addTriangles(faces, mesh);
   return mesh;

@@ -15,6 +15,7 @@ struct ReadOptions {
   double weld = 0.0;           // border nodes closer than this become one, in the part's unit; 0: none
   double remesh = 0.0;         // mesh anew with edges of this length, in the part's unit; 0: no
   double importLimit = 300.0;  // seconds that the helper program may take
+  bool threads = false;        // read in more than one; the mesh is the same
 };
 
 }  // namespace host

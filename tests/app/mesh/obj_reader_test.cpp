@@ -116,6 +116,44 @@ TEST(ObjReader, LeavesANodeNumberBeyond32BitsToTheMeshCheckUnwrapped) {
               ElementsAre(4294967297, 2, -4294967293));
 }
 
+namespace {
+
+// More than a mebibyte: a strip of pairs of nodes, its faces behind them.
+std::string longStrip(const std::string& before, const std::string& face) {
+  std::string content = before;
+  constexpr int pairs = 30000;
+  for (int k = 0; k < pairs; ++k)
+    content += "v " + std::to_string(k / 7.0) + " 0 0\nv " + std::to_string(k / 7.0) + " 1 0\n";
+  for (int k = 1; k < pairs; ++k)
+    content += "f " + std::to_string(2 * k - 1) + " " + std::to_string(2 * k) + " " +
+               std::to_string(2 * k + 1) + "\n";
+  return content + face;
+}
+
+}  // namespace
+
+TEST(ObjReader, InTwoThreadsTheMeshIsTheSame) {
+  for (const std::string face : {"", "f -3 -2 -1\n", "f 1 2 4 3\n"}) {
+    const std::string content = longStrip("# strip\n", face);
+    ASSERT_GT(content.size(), std::size_t{1} << 20);
+    const Mesh one = readObj(content, "part.obj"), two = readObj(content, "part.obj", true);
+    EXPECT_TRUE(one.points == two.points) << face;
+    EXPECT_TRUE(one.corners == two.corners) << face;
+    EXPECT_EQ(one.ids.element, two.ids.element) << face;
+    EXPECT_EQ(one.remarks, two.remarks) << face;
+  }
+}
+
+TEST(ObjReader, InTwoThreadsARefusalNamesTheSameLine) {
+  for (const std::string before : {"", "v 0 0\n"}) {
+    const std::string content = longStrip(before, "f 1 2 x\n");
+    const std::string one = refused(content);
+    EXPECT_EQ(one, before.empty() ? "part.obj, line 90000: element 30000: \"x\" is not a node number"
+                                  : "part.obj, line 1: node 1 has fewer than three coordinates");
+    EXPECT_EQ(refusal([&] { readObj(content, "part.obj", true); }), one);
+  }
+}
+
 TEST(ObjReader, RefusesAFileWithoutFaces) {
   EXPECT_EQ(refused(threeNodes), "part.obj: no face (f line) in the file");
 }
