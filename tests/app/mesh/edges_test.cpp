@@ -59,6 +59,18 @@ TEST(SortedSides, OfNoTriangleAreNone) {
   EXPECT_TRUE(found({}).empty());
 }
 
+TEST(SidesOf, AreSortedAnewWhenTheCornersHaveChanged) {
+  Mesh mesh;
+  mesh.corners = {1, 2, 3};
+  const auto first = sidesOf(mesh);
+  EXPECT_EQ(sidesOf(mesh), first);  // kept
+  mesh.corners = {1, 3, 4};
+  EXPECT_EQ(sidesOf(mesh)->sides[1].high, 4);
+  EXPECT_EQ(first->sides[1].high, 3);  // what somebody holds stays
+  const Mesh copy = mesh;
+  EXPECT_EQ(sidesOf(copy)->sides[1].high, 4);
+}
+
 TEST(ForEachEdge, VisitsEachEdgeOnceInOrderWithItsTriangles) {
   std::vector<std::array<std::int32_t, 3>> edges;  // low, high, triangles
   const std::vector<Side> sides = sortedSides({1, 2, 3, 3, 2, 4, 2, 3, 5});

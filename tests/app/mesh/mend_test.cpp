@@ -3,6 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <random>
+#include <set>
+
 #include "mesh/submesh.hpp"
 
 using namespace host;
@@ -43,6 +49,45 @@ TEST(Mend, LeavesOutDuplicateTrianglesAndTells) {
   EXPECT_THAT(mesh.ids.part, ElementsAre(1, 1));
   EXPECT_THAT(mesh.remarks,
               ElementsAre("left out 2 triangles with the three nodes of another (elements 13, 14)"));
+}
+
+// Against a set of the nodes; some triangles name a node twice or thrice.
+TEST(Mend, LeavesOutAllButTheFirstOfEqualTriangles) {
+  std::mt19937 random(13);
+  Mesh mesh = makeMesh(std::vector<double>(3 * 9, 0.0), {});
+  for (int c = 0; c < 3 * 400; ++c) mesh.corners.push_back(1 + static_cast<std::int64_t>(random() % 9));
+  std::set<std::array<std::int64_t, 3>> seen;
+  std::vector<std::int64_t> kept;
+  for (std::size_t c = 0; c < mesh.corners.size(); c += 3) {
+    std::array<std::int64_t, 3> nodes{mesh.corners[c], mesh.corners[c + 1], mesh.corners[c + 2]};
+    std::sort(nodes.begin(), nodes.end());
+    if (seen.insert(nodes).second) kept.insert(kept.end(), &mesh.corners[c], &mesh.corners[c] + 3);
+  }
+  mendMesh({}, mesh);
+  EXPECT_LT(kept.size(), 3 * 400u);
+  EXPECT_EQ(mesh.corners, kept);
+}
+
+TEST(Mend, FindsTheNeedlesThatTheAnglesTell) {
+  std::mt19937 random(17);
+  std::uniform_real_distribution<double> degrees(4.5, 5.5), side(0.3, 3.0);
+  for (const double scale : {1e-140, 1e-3, 1.0, 1e6, 1e140}) {
+    Mesh mesh = makeMesh({}, {});
+    for (int e = 0; e < 500; ++e) {  // an angle about the limit between sides of any ratio, turned at will
+      const double angle = degrees(random) * std::acos(-1.0) / 180.0, a = scale * side(random),
+                   b = scale * side(random);
+      const double turn = side(random);
+      mesh.points.insert(mesh.points.end(), {0.0, 0.0, 0.0, a * std::cos(turn), a * std::sin(turn), 0.0,
+                                             b * std::cos(turn + angle), b * std::sin(turn + angle), 0.0});
+      for (int k = 1; k <= 3; ++k) mesh.corners.push_back(3 * e + k);
+    }
+    std::vector<std::size_t> needles;
+    for (std::size_t e = 0; e < mesh.elements(); ++e)
+      if (smallestAngle(mesh, e) < 5.0) needles.push_back(e);
+    EXPECT_GT(needles.size(), 100u) << scale;
+    EXPECT_LT(needles.size(), 450u) << scale;
+    EXPECT_EQ(needlesOf(mesh), needles) << scale;
+  }
 }
 
 TEST(Mend, ProposesAWeldWithItsValueWhereSeamsLieClose) {

@@ -99,6 +99,35 @@ TEST(ResultFiles, AFullDiskLeavesTheOldFilesAndNothingElse) {
   EXPECT_THAT(folder.names(), ElementsAre("large.txt", "small.txt"));
 }
 
+// They go onto the disk while others are made.
+TEST(ResultFiles, WhatFailsAtTheEndOfAFileIsToldBeforeAnyIsPutIntoPlace) {
+  const ScratchFolder folder;
+  folder.write("first.txt", "old first");
+  const std::string said = refusal([&] {
+    const FileSizeLimit limit(100);
+    ResultFiles files(folder.path());
+    files.add("first.txt", [](FileWriter& file) { file.write("new"); });
+    files.add("second.txt", [](FileWriter& file) { file.write(std::string(1000, 'x')); });
+    files.add("third.txt", [](FileWriter& file) { file.write(std::string(1000, 'x')); });
+    files.putIntoPlace();
+  });
+  EXPECT_EQ(said, "cannot write " + folder.file("second.txt") + ": File too large");
+  EXPECT_EQ(folder.read("first.txt"), "old first");
+  EXPECT_THAT(folder.names(), ElementsAre("first.txt"));
+}
+
+TEST(ResultFiles, TheFileThatFailedFirstIsNamed) {
+  const ScratchFolder folder;
+  const std::string said = refusal([&] {
+    const FileSizeLimit limit(100);
+    ResultFiles files(folder.path());
+    files.add("small.txt", [](FileWriter& file) { file.write(std::string(1000, 'x')); });  // fails at its end
+    files.add("large.txt", [](FileWriter& file) { file.write(std::string(100000, 'x')); });  // at once
+  });
+  EXPECT_EQ(said, "cannot write " + folder.file("small.txt") + ": File too large");
+  EXPECT_THAT(folder.names(), testing::IsEmpty());
+}
+
 TEST(ResultFiles, NameTheFileInAFolderThatIsGone) {
   ResultFiles files("/nonexistent/folder");
   EXPECT_EQ(refusal([&] { files.add("a.txt", [](FileWriter&) {}); }),
