@@ -3,8 +3,8 @@
 // Positions become whole numbers of steps of 1/65535 of the longest side, values whole numbers of a decimal step of
 // at most a thousandth of their range: these are the digits that the page shows. Nodes run along the Morton curve
 // (G. M. Morton, IBM 1966) of their place on the part and triangles by their first node, or both in the file's order,
-// whichever has less entropy by byte: meshers mostly number well. What is stored are the differences from one to the next, signs
-// folded to the lowest bit (0, -1, 1, -2, ... to 0, 1, 2, 3, ...), their bytes sorted into planes, and all deflated.
+// whichever has less entropy by byte: meshers mostly number well. What is stored are the differences from one to the
+// next as byte planes (byte_planes.hpp), all deflated.
 #pragma once
 
 #include <array>
