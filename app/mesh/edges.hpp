@@ -25,8 +25,8 @@ struct SortedSides {
   std::vector<Side> sides;
 };
 
-// The same of a mesh whose corners are in range; kept with it, and only sorted anew when its corners have changed. Not for
-// several threads at once.
+// The same of a mesh whose corners are in range; kept with it, and only sorted anew when its corners have changed. Not
+// for several threads at once.
 std::shared_ptr<const SortedSides> sidesOf(const Mesh& mesh);
 
 // Calls visit(first, last) with the range of sides of each edge, in ascending order of the edges.

@@ -33,8 +33,8 @@ struct Mesh {
   double thickness = 0.0;             // file's unit: measured on a thin solid; 0: the file holds none
   std::vector<std::string> remarks;   // what the user is to be told about the reading, sentence by sentence
 
-  mutable std::shared_ptr<const SortedSides>
-      sides;  // for sidesOf alone: of the corners when it was last asked
+  // for sidesOf alone: those of the corners when it was last asked
+  mutable std::shared_ptr<const SortedSides> sides;
 
   std::size_t nodes() const { return points.size() / 3; }
   std::size_t elements() const { return corners.size() / 3; }

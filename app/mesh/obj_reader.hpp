@@ -10,11 +10,11 @@
 
 namespace host {
 
-// content: the file's bytes, lines ended by line feed, carriage return or both; file: its name for messages. Negative (relative) node numbers are resolved. A quad
-// is split over its shorter diagonal; the elements then bear the numbers of their faces, and a remark tells.
-// Throws Failure, naming line, node or element: a word that is not a number, fewer than three coordinates, a
-// face that is neither triangle nor quad, no face at all. threads: the lines of a large file in two at once, to the same
-// mesh.
+// content: the file's bytes, lines ended by line feed, carriage return or both; file: its name for messages. Negative
+// (relative) node numbers are resolved. A quad is split over its shorter diagonal; the elements then bear the numbers of
+// their faces, and a remark tells. threads: the lines of a large file in two at once, to the same mesh.
+// Throws Failure, naming line, node or element: a word that is not a number, fewer than three coordinates, a face that
+// is neither triangle nor quad, no face at all.
 Mesh readObj(const std::string& content, const std::string& file, bool threads = false);
 
 }  // namespace host

@@ -11,8 +11,8 @@
 
 namespace host {
 
-// Streams of whole numbers: signs folded to the lowest bit (0, -1, 1, -2, ... to 0, 1, 2, 3, ...), the bytes of each stream in
-// planes, lowest first.
+// Streams of whole numbers: signs folded to the lowest bit (0, -1, 1, -2, ... to 0, 1, 2, 3, ...), the bytes of each
+// stream in planes, lowest first.
 class BytePlanes {
  public:
   // The numbers number(0), ..., number(count - 1).
