@@ -36,9 +36,12 @@ struct Stages {
 };
 
 Stages runOnce(const fs::path& folder, int threads) {
-  const std::string command = std::string(BENCH_PROGRAM) + " solve " + (folder / "part.obj").string() +
+  const auto quoted = [](const fs::path& path) {
+    return "'" + path.string() + "'";
+  };  // blanks, in a checkout's path
+  const std::string command = quoted(BENCH_PROGRAM) + " solve " + quoted(folder / "part.obj") +
                               " --hold x0,y0 --verbose --threads " + std::to_string(threads) + " --out " +
-                              (folder / "results").string() + " 2>&1 >/dev/null";
+                              quoted(folder / "results") + " 2>&1 >/dev/null";
   Stages stages;
   int found = 0;
   const Seconds time = timed([&] {
