@@ -36,9 +36,10 @@ struct Stages {
 };
 
 Stages runOnce(const fs::path& folder, int threads) {
+  // a checkout's path may hold blanks
   const auto quoted = [](const fs::path& path) {
-    return "'" + path.string() + "'";
-  };  // blanks, in a checkout's path
+    return std::string(1, '\'').append(path.string()).append("'");
+  };
   const std::string command = quoted(BENCH_PROGRAM) + " solve " + quoted(folder / "part.obj") +
                               " --hold x0,y0 --verbose --threads " + std::to_string(threads) + " --out " +
                               quoted(folder / "results") + " 2>&1 >/dev/null";
