@@ -54,29 +54,16 @@ bool carryRotations(const PartMesh& M, Vector<const Int> TWIN, Table<const doubl
   const Int elements = M.nele;
   OwnArray<Waiting> heap("HEAP");
   OwnArray<double> cost("COST");
-  OwnArray<Int> from("FROM");  // the half edge that a triangle hangs on, 0 where its angle is given
-  if (!heap.allocate(4 * Int64{elements}) || !cost.allocate(elements) || !from.allocate(elements))
+  OwnArray<Int> from("FROM");  // the half edge that a triangle hangs on, where its angle is not given
+  if (!heap.allocate(3 * Int64{elements}) || !cost.allocate(elements) || !from.allocate(elements))
     return false;
   Waiting* const first = heap.data();
   Waiting* last = first;
   const Vector<double> COST = cost.vector();
   const Vector<Int> FROM = from.vector();
-  for (Int e = 1; e <= elements; ++e) {
-    FROM(e) = 0;
+  for (Int e = 1; e <= elements; ++e)
     COST(e) = KNOWN(e) != 0 ? 0.0 : std::numeric_limits<double>::infinity();
-    if (KNOWN(e) == 0) continue;
-    *last++ = {0.0, e};
-    KNOWN(e) = 0;  // until it leaves the heap
-  }
-  std::make_heap(first, last, later);
-  while (last > first) {
-    std::pop_heap(first, last, later);
-    const Int e = (--last)->e;
-    if (KNOWN(e) != 0) continue;
-    KNOWN(e) = 1;
-    if (const Int h = FROM(e); h != 0)
-      ANGLE(e) =
-          ANGLE(halfEdgeTriangle(TWIN(h))) + sideDirection(M, TWIN(h)) + halfTurn - sideDirection(M, h);
+  const auto reachNeighbours = [&](Int e) {
     for (Int h = 3 * e - 2; h <= 3 * e; ++h) {
       if (TWIN(h) == 0) continue;
       const Int f = halfEdgeTriangle(TWIN(h));
@@ -88,6 +75,18 @@ bool carryRotations(const PartMesh& M, Vector<const Int> TWIN, Table<const doubl
       *last++ = {reached, f};
       std::push_heap(first, last, later);
     }
+  };
+  for (Int e = 1; e <= elements; ++e)
+    if (KNOWN(e) != 0) reachNeighbours(e);
+  while (last > first) {
+    std::pop_heap(first, last, later);
+    const Int e = (--last)->e;
+    if (KNOWN(e) != 0) continue;
+    KNOWN(e) = 1;
+    const Int h = FROM(e);
+    ANGLE(e) =
+        ANGLE(halfEdgeTriangle(TWIN(h))) + sideDirection(M, TWIN(h)) + halfTurn - sideDirection(M, h);
+    reachNeighbours(e);
   }
   return true;
 }

@@ -19,11 +19,10 @@ class OwnArray {
   /// Room for `length` elements, their values undefined; what was held is given back first. length: in, >= 0.
   /// False without memory: the array is then empty.
   [[nodiscard]] bool allocate(Int64 length) {
-    first_.reset();
-    length_ = 0;
+    release();
     if (length > static_cast<Int64>(PTRDIFF_MAX / sizeof(T))) return false;  // what `new` would throw at
     first_.reset(new (std::nothrow) T[static_cast<std::size_t>(std::max<Int64>(length, 1))]);
-    if (first_) length_ = length;
+    if (first_) length_ = room_ = length;
     return first_ != nullptr;
   }
   /// The same, with every element `value`.
@@ -32,18 +31,23 @@ class OwnArray {
     fill(value);
     return true;
   }
-  /// Changes the length and keeps what both have. False without memory: the array is then as it was.
+  /// Changes the length and keeps what both have. What was had for a greater length before stays with the array, so that
+  /// only growth beyond that can fail. False without memory: the array is then as it was.
   [[nodiscard]] bool resize(Int64 length) {
+    if (first_ && length <= room_) {
+      length_ = length;
+      return true;
+    }
     std::unique_ptr<T[]> other(new (std::nothrow) T[static_cast<std::size_t>(std::max<Int64>(length, 1))]);
     if (!other) return false;
     std::copy(first_.get(), first_.get() + std::min(length, length_), other.get());
     first_ = std::move(other);
-    length_ = length;
+    length_ = room_ = length;
     return true;
   }
   void release() {
     first_.reset();
-    length_ = 0;
+    length_ = room_ = 0;
   }
   void fill(T value) { std::fill(first_.get(), first_.get() + length_, value); }
 
@@ -58,7 +62,7 @@ class OwnArray {
  private:
   const char* name_;
   std::unique_ptr<T[]> first_;
-  Int64 length_ = 0;
+  Int64 length_ = 0, room_ = 0;
 };
 
 }  // namespace tornwalzen

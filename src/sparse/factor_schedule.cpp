@@ -22,12 +22,12 @@ constexpr Int fineness = 8;          // divisions that are tried, each with half
 struct Tree {
   const FactorStructure& f;
   Int m;
-  Vector<double> TOTAL;  // work of each supernode with its descendants
+  Vector<double> OWN;    // work of each supernode,
+  Vector<double> TOTAL;  // and with its descendants
 
   Int64 rows(Int k) const { return f.XLINDX(k + 1) - f.XLINDX(k); }
   Int64 pivots(Int k) const { return f.XSUP(k + 1) - f.XSUP(k); }
   Int64 updateRows(Int k) const { return rows(k) - pivots(k); }
-  double own(Int k) const { return frontWork(rows(k), pivots(k)); }
 };
 
 /// Calls onRange(first, last, work) and onTop(k) in ascending order: the supernodes with more than `limit` work below
@@ -49,7 +49,7 @@ void divide(const Tree& t, double limit, OnRange onRange, OnTop onTop) {
       first = k + 1;
       continue;
     }
-    work += t.own(k);
+    work += t.OWN(k);
     const Int parent = t.f.PARENT(k);
     if ((parent == 0 || isTop(parent)) && work > 0.5 * limit) close(k);
   }
@@ -74,7 +74,7 @@ Counts count(const Tree& t, double limit) {
 /// What a front takes of the time of all threads together when they share it; they meet thrice in a panel.
 double sharedWork(const Tree& t, Int k, Int threads) {
   const double panels = static_cast<double>((t.pivots(k) + panelWidth - 1) / panelWidth);
-  return t.own(k) / threads + (3.0 * panels + 4.0) * workOfMeeting;
+  return t.OWN(k) / threads + (3.0 * panels + 4.0) * workOfMeeting;
 }
 
 /// When the last thread ends its ranges. LOADS: in, falling works of the ranges.
@@ -84,17 +84,15 @@ double lastEnd(Vector<const double> LOADS, Int threads) {
   return *std::max_element(end, end + threads);
 }
 
-/// Predicted time of the division; negative without memory.
-double predict(const Tree& t, double limit, Int threads) {
-  OwnArray<double> LOADS("LOADS");
-  if (!LOADS.allocate(count(t, limit).ranges)) return -1.0;
+/// Predicted time of the division. LOADS: scratch, m.
+double predict(const Tree& t, double limit, Int threads, Vector<double> LOADS) {
   Int64 ranges = 0;
   double top = workOfJob;
   divide(
-      t, limit, [&](Int, Int, double work) { LOADS.vector()(++ranges) = work; },
-      [&](Int k) { top += std::min(t.own(k), sharedWork(t, k, threads)); });
+      t, limit, [&](Int, Int, double work) { LOADS(++ranges) = work; },
+      [&](Int k) { top += std::min(t.OWN(k), sharedWork(t, k, threads)); });
   std::sort(LOADS.data(), LOADS.data() + ranges, std::greater<>());
-  return top + lastEnd(LOADS.vector(), threads);
+  return top + lastEnd({"LOADS", LOADS.data(), ranges}, threads);
 }
 
 /// Doubles for the fronts and the stack of a range. left: out, those of its roots' update matrices, which lie elsewhere.
@@ -205,7 +203,7 @@ bool layTop(const Tree& t, Int threads, FactorSchedule& s) {
     used += updateDoubles(t.updateRows(top.supernode));
     most = std::max(most, used);
     if (t.f.PARENT(top.supernode) > 0) waiting.push(top.supernode, top.update);
-    top.shared = sharedWork(t, top.supernode, threads) < t.own(top.supernode);
+    top.shared = sharedWork(t, top.supernode, threads) < t.OWN(top.supernode);
   }
   s.topSpace = stack + most;
   return true;
@@ -250,23 +248,21 @@ Int64 FactorSchedule::bytes() const {
 
 bool makeSchedule(const FactorStructure& f, Int m, Int threads, FactorSchedule& s) {
   s = FactorSchedule{};
-  OwnArray<double> TOTAL("TOTAL");
-  if (!TOTAL.allocate(m)) return false;
-  const Tree t{f, m, TOTAL.vector()};
-  TOTAL.fill(0.0);
+  OwnArray<double> OWN("OWN"), TOTAL("TOTAL"), LOADS("LOADS");
+  if (!OWN.allocate(m) || !TOTAL.allocate(m, 0.0) || !LOADS.allocate(m)) return false;
+  const Tree t{f, m, OWN.vector(), TOTAL.vector()};
   double all = 0.0;
   for (Int k = 1; k <= m; ++k) {
-    const double own = t.own(k);
-    all += own;
-    t.TOTAL(k) += own;
+    t.OWN(k) = frontWork(t.rows(k), t.pivots(k));
+    all += t.OWN(k);
+    t.TOTAL(k) += t.OWN(k);
     if (f.PARENT(k) > 0) t.TOTAL(f.PARENT(k)) += t.TOTAL(k);
     s.largestFront = std::max(s.largestFront, t.rows(k));
   }
 
   double best = all, limit = 0.0, tried = all / threads;
   for (Int step = 0; step < fineness; ++step, tried *= 0.5) {
-    const double time = predict(t, tried, threads);
-    if (time < 0.0) return false;
+    const double time = predict(t, tried, threads, LOADS.vector());
     if (time < best) {
       best = time;
       limit = tried;

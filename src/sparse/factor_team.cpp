@@ -13,9 +13,12 @@ void listCrossingRows(const FactorStructure& f, FactorTeam& team) {
   Int64 count = 0;
   for (Int64 i = 1; i <= team.schedule.RANGES.length(); ++i) {
     const SubtreeRange& r = team.schedule.RANGES.vector()(i);
-    for (Int k = r.first; k <= r.last; ++k)
-      for (Int64 t = f.XLINDX(k); t < f.XLINDX(k + 1); ++t)
-        if (f.LINDX(t) >= f.XSUP(r.last + 1)) CROSSROWS(++count) = f.LINDX(t);
+    const Int behind = f.XSUP(r.last + 1);
+    for (Int k = r.first; k <= r.last; ++k) {
+      Int64 t = f.XLINDX(k + 1);
+      while (t > f.XLINDX(k) && f.LINDX(t - 1) >= behind) --t;  // they rise
+      for (; t < f.XLINDX(k + 1); ++t) CROSSROWS(++count) = f.LINDX(t);
+    }
   }
 }
 

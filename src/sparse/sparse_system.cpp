@@ -60,12 +60,16 @@ bool SparseSystem::prepareNodes(Vector<const Int> COLS, Vector<const Int> ROWI, 
 /// Order and layout from those of `pairs`. False: they cannot be had there, and nothing has changed but WORK.
 bool SparseSystem::halve(const SparseSystem& pairs) {
   ThreadPool* const pool = run_.pool.get();
-  if (!structureStands(pairs.state_->protocol, pairs.WORK_, pool) ||
-      !work_.allocate(halvedLength(pairs.WORK_)))
-    return false;
+  const Vector<Int> PAIRS = pairs.WORK_;
+  if (!structureStands(pairs.state_->protocol, PAIRS, pool)) return false;
+  // what the numeric phase needs is no more than with the fronts of the pairs: enlarge() has it then without a copy
+  const Int64 length = halvedLength(PAIRS);
+  const Int64 most = numericLength(length, PAIRS(header::largestFront), PAIRS(header::largestUpdate), 0,
+                                   ownState_.nsysm, PAIRS(header::realGrowth));
+  if (!work_.allocate(std::max(length, most)) || !work_.resize(length)) return false;
   const Vector<Int> WORK = work_.vector();
   Int f1, f2, g, IERR;
-  halveStructure(pairs.WORK_, WORK, f1, f2, g, IERR);
+  halveStructure(PAIRS, WORK, f1, f2, g, IERR);
   if (IERR != ierr::ok) return false;
   const Int64 NEQ = ownState_.neq, m = WORK(header::supernodes), s = WORK(header::subscripts);
   const Int64 P = partialLength(NEQ, m, s);
