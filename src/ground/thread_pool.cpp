@@ -83,7 +83,7 @@ void ThreadPool::perform() {
 }
 
 void ThreadPool::call(Int number) {
-  Worker worker(*this, number, takenBefore_);
+  Worker worker(*this, number, threads_, takenBefore_);
   call_(job_, worker);
   meet();
 }

@@ -36,15 +36,22 @@ class ThreadPool {
   /// One worker's part in a job. All workers of a job must come to the same meetings and shares in the same order.
   class Worker {
    public:
-    Worker(ThreadPool& pool, Int number, Int64 taken) : pool_(pool), number_(number), shares_(taken) {}
+    Worker(ThreadPool& pool, Int number, Int count, Int64 taken)
+        : pool_(pool), number_(number), count_(count), shares_(taken) {}
     /// 0 on the thread that called run, else 1..threads-1.
     Int number() const { return number_; }
-    Int count() const { return pool_.threads_; }
+    Int count() const { return count_; }
     /// Returns when all workers have come here; what each did before is then seen by all.
-    void meet() { pool_.meet(); }
+    void meet() {
+      if (count_ > 1) pool_.meet();
+    }
     /// Calls use(i) for those i in 0..items-1 that no other worker takes, in rising order; ends with a meeting.
     template <class Use>
     void share(Int64 items, Use use) {
+      if (count_ == 1) {
+        for (Int64 i = 0; i < items; ++i) use(i);
+        return;
+      }
       for (;;) {
         const Int64 i = pool_.taken_.fetch_add(1, std::memory_order_relaxed) - shares_;
         if (i >= items) break;
@@ -56,7 +63,7 @@ class ThreadPool {
 
    private:
     ThreadPool& pool_;
-    const Int number_;
+    const Int number_, count_;
     Int64 shares_;  // numbers handed out before this share
   };
 
@@ -65,12 +72,33 @@ class ThreadPool {
   /// calling thread alone, that thread is the only worker.
   template <class Job>
   void run(const Job& job) {
+    if (apart_) {
+      Worker alone(*this, 0, 1, 0);
+      job(alone);
+    } else {
+      runOnAll(job);
+    }
+  }
+
+  /// Calls here() on the calling thread and beside() on another one at the same time. Either may call run, and is the
+  /// only worker then; neither may ask for scratch().
+  template <class Here, class Beside>
+  void runBoth(const Here& here, const Beside& beside) {
+    apart_ = true;
+    runOnAll([&](Worker& worker) {
+      if (worker.number() == 0) here();
+      if (worker.number() == worker.count() - 1) beside();
+    });
+    apart_ = false;
+  }
+
+ private:
+  template <class Job>
+  void runOnAll(const Job& job) {
     job_ = &job;
     call_ = [](const void* its, Worker& worker) { (*static_cast<const Job*>(its))(worker); };
     perform();
   }
-
- private:
   explicit ThreadPool(Int threads);
   void startHelpers();
   void serve(Int number);
@@ -82,6 +110,7 @@ class ThreadPool {
   void forgetLostHelpers();
 
   Int threads_;
+  bool apart_ = false;  // within runBoth: every worker on its own
   std::vector<std::thread> helpers_;
   const long process_;
   OwnArray<double> scratch_{"scratch"};
@@ -110,6 +139,14 @@ void inRanges(ThreadPool* pool, Int64 length, Int64 least, Work work) {
   pool->run([&](ThreadPool::Worker& worker) {
     worker.share(ranges, [&](Int64 i) { work(length * i / ranges + 1, length * (i + 1) / ranges); });
   });
+}
+
+/// here() and beside() as runBoth calls them, or, where `pool` is null, one after the other.
+template <class Here, class Beside>
+void bothSteps(ThreadPool* pool, const Here& here, const Beside& beside) {
+  if (pool != nullptr) return pool->runBoth(here, beside);
+  here();
+  beside();
 }
 
 /// Σ term(i) over 1..length, the same to the bit for every pool: the sums of fixed parts, added in their order.

@@ -80,7 +80,8 @@ bool OwnAnalysis::supplyWork() {
   return true;
 }
 
-/// Pattern, ordering, layout of the factor. False: no memory, or `ierrso` is set, or the host asked for the end.
+/// Pattern, ordering, layout of the factor, and, beside the ordering, the arrays of the run. False: no memory, or `ierrso`
+/// is set, or the host asked for the end.
 bool OwnAnalysis::setUp() {
   SolverState& system = run.solver;
   if (!goesOn(RunPhase::structure)) return false;
@@ -98,12 +99,14 @@ bool OwnAnalysis::setUp() {
     if (failed(run.ierrso) || !supplyWork()) return false;
   }
   if (!goesOn(RunPhase::ordering)) return false;
-  {
+  const auto order = [&] {
     const ProcessorTime time(run.setUpTimes.ordering);
     solverStep(run, system, SolverStep::ordering, COLS_.vector(), ROWI_.vector(), WORK_.vector(),
                RWORK_.vector());
-    if (failed(run.ierrso) || !supplyWork()) return false;
-  }
+  };
+  bool supplied = false;
+  bothSteps(run.pool.get(), order, [&] { supplied = supplyRunArrays(); });
+  if (failed(run.ierrso) || !supplied || !supplyWork()) return false;
   if (!goesOn(RunPhase::symbolic)) return false;
   const ProcessorTime time(run.setUpTimes.symbolic);
   solverStep(run, system, SolverStep::symbolic, COLS_.vector(), ROWI_.vector(), WORK_.vector(),
@@ -200,13 +203,14 @@ Int OwnAnalysis::analyse() {
     if (const Int code = refuseTopology(run, INTA_.table(3), KNG_.table(3)); code != TORNWALZEN_OK)
       return code;
   }
-  if (!structureStands_ && !setUp()) {
+  if (structureStands_) {
+    if (!supplyRunArrays()) return TORNWALZEN_NO_MEMORY;
+  } else if (!setUp()) {
     if (failed(run.ierrso)) return TORNWALZEN_SETUP_FAILED;
     if (!run.progress.stopAsked) return TORNWALZEN_NO_MEMORY;
     run.record.end = RunEnd::stoppedByHost;
     return TORNWALZEN_OK;
   }
-  if (!supplyRunArrays()) return TORNWALZEN_NO_MEMORY;
   selectMaterial(run, selector);
   runAnalysis(run, arrays(), EVAL_.vector(), pressArrays());
   if (failed(run.ierrso)) run.record.end = RunEnd::solverFailed;

@@ -115,6 +115,47 @@ TEST(ThreadPoolInThreads, ScratchIsAlignedAndGrows) {
   EXPECT_EQ(pool->scratchBytes(), 0);
 }
 
+// One thread takes a step each; what a step divides, it does alone.
+TEST(ThreadPoolInThreads, TwoStepsAreTakenAtTheSameTime) {
+  for (const Int threads : counts) {
+    const auto pool = ThreadPool::start(threads);
+    ASSERT_TRUE(pool);
+    for (int repeat = 0; repeat < 50; ++repeat) {
+      std::atomic<Int> begun{0};
+      const auto begin = [&] {  // ends when the other has begun
+        for (begun += 1; begun < 2;) std::this_thread::yield();
+      };
+      Int64 here = 0, beside = 0;
+      std::thread::id hereOn, besideOn;
+      const auto step = [&](Int64& sum, std::thread::id& on) {
+        begin();
+        on = std::this_thread::get_id();
+        inRanges(pool.get(), 1000, 1, [&](Int64 first, Int64 last) { sum += last - first + 1; });
+        pool->run([&](ThreadPool::Worker& me) {
+          EXPECT_EQ(me.number(), 0);
+          EXPECT_EQ(me.count(), 1);
+          me.meet();
+          ++sum;
+        });
+      };
+      bothSteps(
+          pool.get(), [&] { step(here, hereOn); }, [&] { step(beside, besideOn); });
+      EXPECT_EQ(here, 1001);
+      EXPECT_EQ(beside, 1001);
+      EXPECT_EQ(hereOn, std::this_thread::get_id());
+      EXPECT_NE(besideOn, hereOn);
+    }
+    Int64 sum = 0;
+    mergeRanges(
+        pool.get(), 1000, 1, [](Int64 a, Int64 b) { return b - a + 1; }, [&](Int64 n) { sum += n; });
+    EXPECT_EQ(sum, 1000);  // and then all work together again
+  }
+  std::vector<int> order;
+  bothSteps(
+      nullptr, [&] { order.push_back(1); }, [&] { order.push_back(2); });
+  EXPECT_EQ(order, (std::vector<int>{1, 2}));
+}
+
 #ifdef __unix__
 // A forked process has the calling thread alone and must neither wait for the others nor end them.
 TEST(ThreadPool, AForkedProcessWorksAlone) {
@@ -125,8 +166,10 @@ TEST(ThreadPool, AForkedProcessWorksAlone) {
     Int64 sum = 0;
     mergeRanges(
         pool.get(), 1000, 1, [](Int64 a, Int64 b) { return b - a + 1; }, [&](Int64 n) { sum += n; });
+    bothSteps(
+        pool.get(), [&] { sum += 1; }, [&] { sum += 1; });
     keepCounts();
-    _exit(sum == 1000 && pool->threads() == 1 ? 0 : 1);
+    _exit(sum == 1002 && pool->threads() == 1 ? 0 : 1);
   }
   int status = -1;
   ASSERT_EQ(waitpid(child, &status, 0), child);
