@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ground/thread_pool.hpp"
 #include "tornwalzen_ext.h"
 
 namespace tornwalzen {
@@ -53,19 +54,24 @@ void checkEdges(const PartMesh& M, Vector<const Int> ORDER, Vector<Int> TWIN, Pa
   if (mixedAt != 0) fault(T, TORNWALZEN_MIXED_ORIENTATION, ends(mixedAt).first, ends(mixedAt).second);
 }
 
-/// Pieces and loose nodes, by a forest over the nodes. PARENT, SIZE: scratch, nkno, zero on entry.
-void checkPieces(const PartMesh& M, Vector<Int> PARENT, Vector<Int> SIZE, PartTopology& T) {
-  const auto root = [PARENT](Int n) {
-    while (PARENT(n) != n) n = PARENT(n) = PARENT(PARENT(n));
-    return n;
-  };
+Int rootOf(Vector<Int> PARENT, Int n) {
+  while (PARENT(n) != n) n = PARENT(n) = PARENT(PARENT(n));
+  return n;
+}
+
+/// A forest over the nodes, one tree for each piece. PARENT: inout, nkno, zero on entry; it stays so at loose nodes.
+void joinPieces(const PartMesh& M, Vector<Int> PARENT) {
   for (Int e = 1; e <= M.nele; ++e)
     for (Int c = 1; c <= 3; ++c) PARENT(M.INTA(e, c)) = M.INTA(e, c);
   for (Int e = 1; e <= M.nele; ++e)
     for (Int c = 2; c <= 3; ++c) {
-      const Int i = root(M.INTA(e, 1)), j = root(M.INTA(e, c));
+      const Int i = rootOf(PARENT, M.INTA(e, 1)), j = rootOf(PARENT, M.INTA(e, c));
       PARENT(std::max(i, j)) = std::min(i, j);
     }
+}
+
+/// Pieces and loose nodes. PARENT: inout, of joinPieces. SIZE: scratch, nkno, zero on entry.
+void checkPieces(const PartMesh& M, Vector<Int> PARENT, Vector<Int> SIZE, PartTopology& T) {
   for (Int n = 1; n <= M.nkno; ++n) {
     if (PARENT(n) == n) ++T.pieces;
     if (PARENT(n) != 0)
@@ -76,11 +82,11 @@ void checkPieces(const PartMesh& M, Vector<Int> PARENT, Vector<Int> SIZE, PartTo
   T.euler = T.usedNodes - T.edges + M.nele;
   if (T.pieces <= 1) return;
   Int largest = 0;
-  for (Int e = 1; e <= M.nele; ++e) ++SIZE(root(M.INTA(e, 1)));
+  for (Int e = 1; e <= M.nele; ++e) ++SIZE(rootOf(PARENT, M.INTA(e, 1)));
   for (Int n = 1; n <= M.nkno; ++n)
     if (SIZE(n) > 0 && (largest == 0 || SIZE(n) > SIZE(largest))) largest = n;
   Int outside = 1;
-  while (root(M.INTA(outside, 1)) == largest) ++outside;
+  while (rootOf(PARENT, M.INTA(outside, 1)) == largest) ++outside;
   fault(T, TORNWALZEN_SEVERAL_PIECES, outside, T.pieces);
 }
 
@@ -164,20 +170,25 @@ void checkGenus(const PartMesh& M, PartTopology& T) {
 
 }  // namespace
 
-bool findPartTopology(const PartMesh& M, PartTopology& T) {
+bool findPartTopology(const PartMesh& M, PartTopology& T, ThreadPool* pool) {
   T = {};
   checkTriangles(M, T);
   OwnArray<Int> order("ORDER"), parent("PARENT"), size("SIZE"), fans("FANS"), seen("SEEN");
   const Int64 nh = 3 * Int64{M.nele};
-  if (!T.TWIN.allocate(nh, 0) || !sortHalfEdges(M, order)) return false;
+  if (!T.TWIN.allocate(nh, 0) || !parent.allocate(M.nkno, 0)) return false;
+  bool sorted = false, traced = false;
+  bothSteps(
+      pool, [&] { sorted = sortHalfEdges(M, order); }, [&] { joinPieces(M, parent.vector()); });
+  if (!sorted || !size.allocate(M.nkno, 0)) return false;
   checkEdges(M, order.vector(), T.TWIN.vector(), T);
-  if (!parent.allocate(M.nkno, 0) || !size.allocate(M.nkno, 0)) return false;
   checkPieces(M, parent.vector(), size.vector(), T);
   T.edgesClean = M.nele > 0 && T.repeatedNodes == 0 && T.edgesOfThree == 0 && T.mixedEdges == 0;
   if (!T.edgesClean) return true;
   if (!fans.allocate(M.nkno, 0) || !seen.allocate(nh, 0)) return false;
-  checkFans(M, T.TWIN.vector(), fans.vector(), seen.vector(), T);
-  if (!traceLoops(M, T)) return false;
+  bothSteps(
+      pool, [&] { checkFans(M, T.TWIN.vector(), fans.vector(), seen.vector(), T); },
+      [&] { traced = traceLoops(M, T); });
+  if (!traced) return false;
   checkGenus(M, T);
   return true;
 }

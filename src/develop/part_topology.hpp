@@ -10,6 +10,8 @@
 
 namespace tornwalzen {
 
+class ThreadPool;
+
 /// What a part is made of. The arrays belong to this object.
 struct PartTopology {
   // The first of the checks below, in this order, that the part fails, as for refuse(): code, index and value.
@@ -48,7 +50,7 @@ struct PartTopology {
 };
 
 /// M: in; its coordinates serve the order of the loops alone. T: out, whatever it held before. Cost linear in nodes
-/// and triangles. False where there is no memory; T is then not to be used.
-bool findPartTopology(const PartMesh& M, PartTopology& T);
+/// and triangles. pool: in, null for one thread. False where there is no memory; T is then not to be used.
+bool findPartTopology(const PartMesh& M, PartTopology& T, ThreadPool* pool = nullptr);
 
 }  // namespace tornwalzen

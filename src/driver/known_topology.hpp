@@ -11,7 +11,7 @@ namespace tornwalzen {
 inline const PartTopology* topologyOf(Analysis& run, const PartMesh& mesh) {
   if (run.topology) return run.topology.get();
   TopologyPointer found(new (std::nothrow) PartTopology, [](PartTopology* topology) { delete topology; });
-  if (!found || !findPartTopology(mesh, *found)) return nullptr;
+  if (!found || !findPartTopology(mesh, *found, run.pool.get())) return nullptr;
   run.topology = std::move(found);
   return run.topology.get();
 }

@@ -3,28 +3,29 @@
 
 namespace tornwalzen {
 
-Joiner MapJoiner::prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                          Vector<const Int> FREE, const SparseSystem* pairs) {
+bool MapJoiner::arrange(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+                        Vector<const Int> FREE, const SparseSystem* pairs) {
   const Int64 nodes = FREE.length() / 2;
-  if (!load_.allocate(nodes) || !move_.allocate(nodes)) return Joiner::noMemory;
+  if (!load_.allocate(nodes) || !move_.allocate(nodes)) return false;
   shared_ = true;
   for (Int64 n = 1; n <= nodes; ++n) shared_ = shared_ && FREE(2 * n - 1) == FREE(2 * n);
-  for (Int axis = 0; axis < (shared_ ? 1 : 2); ++axis)
-    if (const Joiner one = prepareOne(mesh, COLS, ROWI, FREE, pairs, axis); one != Joiner::ready) return one;
-  return Joiner::ready;
+  for (Int axis = 0; axis < (shared_ ? 1 : 2); ++axis) {
+    SparseSystem& system = system_[axis];
+    if (!free_[axis].allocate(nodes) || !system.prepareNodes(COLS, ROWI, pairs)) return false;
+    const Vector<Int> flags = free_[axis].vector();
+    for (Int64 n = 1; n <= nodes; ++n) flags(n) = FREE(2 * n - 1 + axis);
+    laplacian(mesh, system.COLS(), system.ROWI(), system.SYSM());
+    system.hold(flags);
+  }
+  return true;
 }
 
-Joiner MapJoiner::prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                             Vector<const Int> FREE, const SparseSystem* pairs, Int axis) {
-  SparseSystem& system = system_[axis];
-  const Int64 nodes = FREE.length() / 2;
-  if (!free_[axis].allocate(nodes) || !system.prepareNodes(COLS, ROWI, pairs)) return Joiner::noMemory;
-  const Vector<Int> flags = free_[axis].vector();
-  for (Int64 n = 1; n <= nodes; ++n) flags(n) = FREE(2 * n - 1 + axis);
-  laplacian(mesh, system.COLS(), system.ROWI(), system.SYSM());
-  system.hold(flags);
-  ++factorizations_;
-  return system.factorize() ? Joiner::ready : Joiner::singular;
+bool MapJoiner::factorize() {
+  for (Int axis = 0; axis < (shared_ ? 1 : 2); ++axis) {
+    ++factorizations_;
+    if (!system_[axis].factorize()) return false;
+  }
+  return true;
 }
 
 void MapJoiner::join(Vector<const double> LOADS, Vector<double> DX) {

@@ -7,19 +7,18 @@
 
 namespace tornwalzen {
 
-/// How the preparation of a joiner ended.
-enum class Joiner { ready, noMemory, singular };
-
 class MapJoiner {
  public:
   explicit MapJoiner(Analysis& run) : system_{SparseSystem(run), SparseSystem(run)} {}
 
-  /// COLS, ROWI: in, the host's pattern of two equations per node. FREE: in, neq, 0 for unknowns that stand still;
-  /// at least one along u and one along v. Where both directions hold the same nodes, as where the blank moves
-  /// freely, one factor serves both. singular: a pivot is zero, as where a piece of the mesh holds nothing.
-  /// pairs: the host's system, whose order serves; null: a new one is found.
-  Joiner prepare(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                 Vector<const Int> FREE, const SparseSystem* pairs = nullptr);
+  /// The systems to be factorized, one thread's work. COLS, ROWI: in, the host's pattern of two equations per node.
+  /// FREE: in, neq, 0 for unknowns that stand still; at least one along u and one along v. Where both directions hold the
+  /// same nodes, as where the blank moves freely, one factor serves both. pairs: the host's system, whose order serves;
+  /// null: a new one is found. False: no memory, or the solver failed.
+  bool arrange(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
+               Vector<const Int> FREE, const SparseSystem* pairs = nullptr);
+  /// After arrange(), before join(). False: a pivot is zero, as where a piece of the mesh holds nothing.
+  bool factorize();
 
   /// DX: out, neq (mm): the move that answers the LOADS of map_joining.hpp (mm), 0 for what stands still.
   void join(Vector<const double> LOADS, Vector<double> DX);
@@ -28,9 +27,6 @@ class MapJoiner {
   Int solves() const { return solves_; }
 
  private:
-  Joiner prepareOne(const PotentialMesh& mesh, Vector<const Int> COLS, Vector<const Int> ROWI,
-                    Vector<const Int> FREE, const SparseSystem* pairs, Int axis);
-
   SparseSystem system_[2];
   OwnArray<Int> free_[2]{OwnArray<Int>("FREE"), OwnArray<Int>("FREE")};
   OwnArray<double> load_{"LOAD"}, move_{"MOVE"};

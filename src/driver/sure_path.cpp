@@ -20,6 +20,7 @@
 #include "element/lanes/lane_pass.hpp"
 #include "ground/messages.hpp"
 #include "ground/progress.hpp"
+#include "ground/thread_pool.hpp"
 #include "sparse/factor_statistics.hpp"
 #include "tornwalzen_ext.h"
 
@@ -129,12 +130,20 @@ class SurePath {
   /// The starting blank, in RX and KNA.
   bool start() {
     const ProcessorTime time(run_.record.development);
-    const StartOutcome seen = start_.rotate(mesh(), a_.KNG, a_.RX);
-    if (!seen.memory) return noMemory();
-    if (!joinStart()) return false;
+    start_.project(mesh(), a_.KNG, a_.RX);
+    if (!holds_.free()) holds_.place(HOST_, a_.RX);
+    StartOutcome seen{};
+    bool arranged = false;
+    bothSteps(
+        run_.pool.get(), [&] { arranged = arrangeJoiner(); }, [&] { seen = start_.hinge(mesh(), a_.KNG); });
+    if (!seen.memory || !arranged) return noMemory();
+    if (!factorizeJoiner()) return false;
+    start_.join(mesh(), joiner_, a_.RX, a_.TEMP);
     if (!holds_.place(HOST_, a_.RX)) {
       holds_.pin();  // the two nodes of a hold lie nearer in the blank than their projections
-      if (!joinStart()) return false;
+      holds_.place(HOST_, a_.RX);
+      if (!prepareJoiner()) return false;
+      start_.join(mesh(), joiner_, a_.RX, a_.TEMP);
     }
     if (holds_.free() && !turnable()) {  // a turn afterwards would change the energy
       holds_.pin();
@@ -158,25 +167,17 @@ class SurePath {
     return true;
   }
 
-  /// Joins the rotations to a blank under the holds as they are.
-  bool joinStart() {
-    if (!holds_.free()) holds_.place(HOST_, a_.RX);
-    if (!prepareJoiner()) return false;
-    start_.join(mesh(), joiner_, a_.RX, a_.TEMP);
-    return true;
+  /// The systems that join maps to a blank, under the holds as they are.
+  bool prepareJoiner() { return arrangeJoiner() ? factorizeJoiner() : noMemory(); }
+
+  bool arrangeJoiner() {
+    holds_.standingShift(a_.RX, free_.vector());
+    return joiner_.arrange(mesh(), a_.COLS, a_.ROWI, free_.vector(), &tangent_);
   }
 
-  bool prepareJoiner() {
-    holds_.standingShift(a_.RX, free_.vector());
-    switch (joiner_.prepare(mesh(), a_.COLS, a_.ROWI, free_.vector(), &tangent_)) {
-      case Joiner::ready:
-        return true;
-      case Joiner::noMemory:
-        return noMemory();
-      case Joiner::singular:
-        break;
-    }
-    return giveUp(" SICHERER WEG: ELEMENTE ZU SCHMAL FUER DEN START");  // the mesh hangs together: isSheet
+  /// The mesh hangs together, as isSheet() found.
+  bool factorizeJoiner() {
+    return joiner_.factorize() || giveUp(" SICHERER WEG: ELEMENTE ZU SCHMAL FUER DEN START");
   }
 
   /// Newton's method, over the part and then over the blank if that is the reference, and the place of the blank.

@@ -62,15 +62,17 @@ bool SureStart::look(StartKind kind, Table<Int> INTA, Table<const double> KNG, V
   return true;
 }
 
-StartOutcome SureStart::rotate(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX) {
-  const Int elements = static_cast<Int>(mesh.FRAMES.columns());
-  const Table<double> NORMALS = normals_.table(elements);
-  const Vector<Int> KNOWN = known_.vector();
+void SureStart::project(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX) {
   for (Int n = 1; n <= KNG.rows(); ++n)
     for (Int i = 0; i < 2; ++i)
       RX(2 * n - 1 + i) = axes_[i][0] * KNG(n, 1) + axes_[i][1] * KNG(n, 2) + axes_[i][2] * KNG(n, 3);
   closestRotations(mesh, RX, angle_.vector());
+}
 
+StartOutcome SureStart::hinge(const PotentialMesh& mesh, Table<const double> KNG) {
+  const Int elements = static_cast<Int>(mesh.FRAMES.columns());
+  const Table<double> NORMALS = normals_.table(elements);
+  const Vector<Int> KNOWN = known_.vector();
   StartOutcome outcome{true, flatPatch_, elements};
   for (Int e = 1; e <= elements; ++e) {
     const double x = NORMALS(1, e), y = NORMALS(2, e), z = NORMALS(3, e);

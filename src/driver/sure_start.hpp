@@ -27,8 +27,10 @@ class SureStart {
   /// Did look() exchange the columns?
   bool turnedOver() const { return turnedOver_; }
 
-  /// RX: out (mm): the part seen along its mean normal. ANGLE of the triangles: from there and over hinges.
-  StartOutcome rotate(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX);
+  /// RX: out (mm): the part seen along its mean normal. The rotations of the triangles: from there,
+  void project(const PotentialMesh& mesh, Table<const double> KNG, Vector<double> RX);
+  /// and over hinges where that tells little: one thread's work.
+  StartOutcome hinge(const PotentialMesh& mesh, Table<const double> KNG);
 
   /// Rows x, y, z: the axes in which the part is seen.
   const double (&axes() const)[3][3] { return axes_; }
@@ -40,7 +42,7 @@ class SureStart {
   /// LOADS: scratch, neq.
   void join(const PotentialMesh& mesh, MapJoiner& joiner, Vector<double> RX, Vector<double> LOADS);
 
-  /// Gives back what only rotate() and join() read.
+  /// Gives back what only project(), hinge() and join() read.
   void forgetRotations();
 
  private:

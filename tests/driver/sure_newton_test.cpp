@@ -47,10 +47,11 @@ struct Prepared {
     shift[0] = shift[1] = 0;
     EXPECT_TRUE(start.look(StartKind::projection, part.arrays().INTA, part.arrays().KNG));
     EXPECT_EQ(measurePartFrames(part.arrays().INTA, part.arrays().KNG, frames()), 0);
-    EXPECT_EQ(
-        joiner.prepare(mesh(), part.arrays().COLS, part.arrays().ROWI, {"FREE", shift.data(), part.neq}),
-        Joiner::ready);
-    EXPECT_TRUE(start.rotate(mesh(), part.arrays().KNG, part.arrays().RX).memory);
+    EXPECT_TRUE(
+        joiner.arrange(mesh(), part.arrays().COLS, part.arrays().ROWI, {"FREE", shift.data(), part.neq}));
+    EXPECT_TRUE(joiner.factorize());
+    start.project(mesh(), part.arrays().KNG, part.arrays().RX);
+    EXPECT_TRUE(start.hinge(mesh(), part.arrays().KNG).memory);
     start.join(mesh(), joiner, part.arrays().RX, part.arrays().TEMP);
   }
   static TestPart ready(TestPart p, Int curve) {
@@ -108,13 +109,12 @@ TEST(MapJoiner, APieceThatHoldsNothingIsSingular) {
   std::vector<Int> FREE(12, 1);
   FREE[0] = FREE[1] = 0;
   MapJoiner joiner(run);
-  EXPECT_EQ(joiner.prepare({two.arrays().INTA, frames}, two.arrays().COLS, two.arrays().ROWI,
-                           {"FREE", FREE.data(), 12}),
-            Joiner::singular);
+  const PotentialMesh mesh{two.arrays().INTA, frames};
+  ASSERT_TRUE(joiner.arrange(mesh, two.arrays().COLS, two.arrays().ROWI, {"FREE", FREE.data(), 12}));
+  EXPECT_FALSE(joiner.factorize());
   FREE[6] = FREE[7] = 0;
-  EXPECT_EQ(joiner.prepare({two.arrays().INTA, frames}, two.arrays().COLS, two.arrays().ROWI,
-                           {"FREE", FREE.data(), 12}),
-            Joiner::ready);
+  ASSERT_TRUE(joiner.arrange(mesh, two.arrays().COLS, two.arrays().ROWI, {"FREE", FREE.data(), 12}));
+  EXPECT_TRUE(joiner.factorize());
 }
 
 TEST(MapJoiner, HoldsOfOneDirectionNeedAFactorForEach) {
@@ -122,9 +122,9 @@ TEST(MapJoiner, HoldsOfOneDirectionNeedAFactorForEach) {
   const Int before = plate.joiner.factorizations();
   std::vector<Int> FREE(plate.part.ARFA.size(), 1);
   FREE[0] = FREE[1] = FREE[9] = 0;
-  ASSERT_EQ(plate.joiner.prepare(plate.mesh(), plate.part.arrays().COLS, plate.part.arrays().ROWI,
-                                 {"FREE", FREE.data(), plate.part.neq}),
-            Joiner::ready);
+  ASSERT_TRUE(plate.joiner.arrange(plate.mesh(), plate.part.arrays().COLS, plate.part.arrays().ROWI,
+                                   {"FREE", FREE.data(), plate.part.neq}));
+  ASSERT_TRUE(plate.joiner.factorize());
   EXPECT_EQ(plate.joiner.factorizations(), before + 2);
   std::vector<double> loads(FREE.size(), 1.0), move(FREE.size(), 7.0);
   plate.joiner.join({"LOADS", loads.data(), plate.part.neq}, {"DX", move.data(), plate.part.neq});
