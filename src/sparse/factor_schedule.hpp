@@ -1,4 +1,4 @@
-// How the fronts and the solves are divided among threads: the bottom of the elimination tree in ranges of whole
+// How the fronts are divided among threads: the bottom of the elimination tree in ranges of whole
 // subtrees, which know nothing of each other, the top front by front, each divided among all. Made once for a
 // structure and a number of threads, from the sizes alone; it decides where things lie and who works on them, and no
 // sum depends on it.
@@ -13,10 +13,8 @@ namespace tornwalzen {
 /// Consecutive supernodes; with each, all its descendants.
 struct SubtreeRange {
   Int first, last;
-  Int parent;        // in TOP, of the last root: those of the others are above it; 0 for none
   double work;       // as frontWork counts
   Int64 updatesEnd;  // place behind its roots' update matrices, which wait for the top: the last root's first
-  Int64 crossing;    // place of what its forward substitution adds to rows behind it
 };
 
 /// A front of the top.
@@ -25,7 +23,6 @@ struct TopFront {
   bool shared;       // divided among all threads; else one thread does it
   Int64 firstChild;  // in CHILDREN, NCHILD of them
   Int64 update;      // place of its update matrix
-  Int parent;        // in TOP, 0 for a root
 };
 
 /// A child of a front of the top; they stand in the order in which they are added.
@@ -39,16 +36,13 @@ struct FactorSchedule {
   OwnArray<SubtreeRange> RANGES{"RANGES"};  // ascending
   OwnArray<Int> ORDER{"ORDER"};             // the ranges by falling work: the order in which they are begun
   OwnArray<TopFront> TOP{"TOP"};            // ascending
-  OwnArray<Int> DOWNWARDS{"DOWNWARDS"};  // the top by falling work of the subtrees, parents before children
   OwnArray<TopChild> CHILDREN{"CHILDREN"};
-  Int64 rangeSpace = 0;    // doubles that the front, the stack and the packing of a range take at most
-  Int64 topPacking = 0;    // what the top's fronts take at most: the packing lies behind it,
-  Int64 topScaled = 0;     // that of all threads first, then that of each
-  Int64 topSpace = 0;      // front, packing and update matrices of the top
-  Int64 updates = 0;       // update matrices that the ranges leave
-  Int64 crossing = 0;      // doubles of the forward substitutions
-  Int64 largestFront = 0;  // rows
-  bool divides = false;    // false: one thread is as fast, nothing else is set
+  Int64 rangeSpace = 0;  // doubles that the front, the stack and the packing of a range take at most
+  Int64 topPacking = 0;  // what the top's fronts take at most: the packing lies behind it,
+  Int64 topScaled = 0;   // that of all threads first, then that of each
+  Int64 topSpace = 0;    // front, packing and update matrices of the top
+  Int64 updates = 0;     // update matrices that the ranges leave
+  bool divides = false;  // false: one thread is as fast, nothing else is set
 
   /// Place behind the ranges' update matrices: of the ranges' fronts and stacks, and, when those have ended, of the top's.
   Int64 space() const { return linesOf(updates); }

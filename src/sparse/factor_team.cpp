@@ -7,32 +7,16 @@ namespace tornwalzen {
 
 namespace {
 
-/// CROSSROWS: the rows behind each range in the lists of its supernodes.
-void listCrossingRows(const FactorStructure& f, FactorTeam& team) {
-  const Vector<Int> CROSSROWS = team.CROSSROWS.vector();
-  Int64 count = 0;
-  for (Int64 i = 1; i <= team.schedule.RANGES.length(); ++i) {
-    const SubtreeRange& r = team.schedule.RANGES.vector()(i);
-    const Int behind = f.XSUP(r.last + 1);
-    for (Int k = r.first; k <= r.last; ++k) {
-      Int64 t = f.XLINDX(k + 1);
-      while (t > f.XLINDX(k) && f.LINDX(t - 1) >= behind) --t;  // they rise
-      for (; t < f.XLINDX(k + 1); ++t) CROSSROWS(++count) = f.LINDX(t);
-    }
-  }
-}
-
 bool allocate(FactorTeam& team, Vector<Int> WORK) {
   const Int64 NEQ = WORK(header::equations), m = WORK(header::supernodes), others = team.threads - 1;
   const FactorSchedule& s = team.schedule;
   const Int64 space = std::max(team.threads * s.rangeSpace, s.topSpace);
   if (!team.DOUBLES.allocate(s.space() + space + frontAlignment) ||
-      !team.INTEGERS.allocate(others * (NEQ + m)) || !team.CROSSING.allocate(s.crossing) ||
-      !team.CROSSROWS.allocate(s.crossing) || !team.ROWS.allocate(team.threads * team.rowsOfWorker()) ||
-      !team.ENDED.allocate(s.TOP.length()))
+      !team.INTEGERS.allocate(others * (NEQ + m)) || !team.CROSSING.allocate(team.solve.CROSSROWS.length()) ||
+      !team.ROWS.allocate(team.threads * team.rowsOfWorker()) ||
+      !team.ENDED.allocate(team.solve.TOP.length()))
     return false;
   team.INTEGERS.fill(0);
-  listCrossingRows(factorStructure(WORK), team);
   return true;
 }
 
@@ -40,8 +24,8 @@ bool allocate(FactorTeam& team, Vector<Int> WORK) {
 
 Int64 FactorTeam::bytes() const {
   return static_cast<Int64>(sizeof(double)) * (DOUBLES.length() + CROSSING.length() + ROWS.length()) +
-         static_cast<Int64>(sizeof(Int)) * (INTEGERS.length() + CROSSROWS.length() + ENDED.length()) +
-         schedule.bytes();
+         static_cast<Int64>(sizeof(Int)) * (INTEGERS.length() + ENDED.length()) + schedule.bytes() +
+         solve.bytes();
 }
 
 FactorTeam* teamOf(Analysis& run, SolverProtocol& protocol, Vector<Int> WORK) {
@@ -56,9 +40,11 @@ FactorTeam* teamOf(Analysis& run, SolverProtocol& protocol, Vector<Int> WORK) {
     if (!team) return nullptr;
     team->structure = structure;
     team->threads = pool->threads();
-    const bool made =
-        makeSchedule(factorStructure(WORK), WORK(header::supernodes), team->threads, team->schedule) &&
-        (!team->schedule.divides || allocate(*team, WORK));
+    const FactorStructure f = factorStructure(WORK);
+    const Int m = WORK(header::supernodes);
+    const bool made = makeSchedule(f, m, team->threads, team->schedule) &&
+                      (!team->schedule.divides ||
+                       (makeSolveSchedule(f, m, team->threads, team->solve) && allocate(*team, WORK)));
     if (!made) {
       team.reset();
       return nullptr;

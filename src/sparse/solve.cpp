@@ -20,7 +20,7 @@ void triangularSolve(const DenseKernels& kernels, FactorTeam* team, Vector<doubl
   }
   IERR = ierr::ok;
   const FactorStructure f = factorStructure(WORK);
-  if (team != nullptr) return solveInTeam(kernels, f, *team, RWORK, WRHS, SOLUTION);
+  if (team != nullptr && team->solve.divides) return solveInTeam(kernels, f, *team, RWORK, WRHS, SOLUTION);
   const double* const D = RWORK.data();
   const double* const L = D + NEQ;
   double* const y =

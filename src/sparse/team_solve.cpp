@@ -15,9 +15,8 @@ namespace {
 
 using Worker = ThreadPool::Worker;
 
-constexpr Int64 sharedEntries = 30000;  // of L, from which on the front is divided: 40 µs of one thread
-constexpr Int64 leastRows = 128;        // of a share
-constexpr Int64 permuted = 4096;        // entries of a share of the permutation
+constexpr Int64 leastRows = 128;  // of a share
+constexpr Int64 permuted = 4096;  // entries of a share of the permutation
 
 class TeamSolve {
  public:
@@ -25,12 +24,12 @@ class TeamSolve {
             Vector<const double> RWORK, Vector<double> WRHS, Vector<double> SOLUTION)
       : kernels_(kernels),
         f_(f),
-        RANGES_(team.schedule.RANGES.vector()),
-        ORDER_(team.schedule.ORDER.vector()),
-        DOWNWARDS_(team.schedule.DOWNWARDS.vector()),
-        TOP_(team.schedule.TOP.vector()),
+        RANGES_(team.solve.RANGES.vector()),
+        ORDER_(team.solve.ORDER.vector()),
+        DOWNWARDS_(team.solve.DOWNWARDS.vector()),
+        TOP_(team.solve.TOP.vector()),
         ENDED_(team.ENDED.vector()),
-        CROSSROWS_(team.CROSSROWS.vector()),
+        CROSSROWS_(team.solve.CROSSROWS.vector()),
         crossing_(team.CROSSING.data()),
         rows_(team.ROWS.data()),
         rowsOfWorker_(team.rowsOfWorker()),
@@ -52,7 +51,7 @@ class TeamSolve {
     me.meet();
     me.share(TOP_.length() + RANGES_.length(), [&](Int64 i) {
       if (i < TOP_.length()) return backwardFront(rowsOf(me), DOWNWARDS_(i + 1));
-      const SubtreeRange& r = RANGES_(ORDER_(i - TOP_.length() + 1));
+      const SolveRange& r = RANGES_(ORDER_(i - TOP_.length() + 1));
       await(r.parent);
       for (Int k = r.last; k >= r.first; --k) backward(rowsOf(me), k);
     });
@@ -75,7 +74,7 @@ class TeamSolve {
     for (Int64 i = 0; i < r.w; ++i) WRHS_(r.first + i) = y[i];
   }
 
-  void forwardRange(double* y, const SubtreeRange& range) {
+  void forwardRange(double* y, const SolveRange& range) {
     double* waiting = crossing_ + range.crossing;
     const Int behind = f_.XSUP(range.last + 1);
     for (Int k = range.first; k <= range.last; ++k) {
@@ -107,7 +106,7 @@ class TeamSolve {
     for (Int64 i = 1; i <= TOP_.length(); ++i) {
       const Int k = TOP_(i).supernode;
       const Rows r = rows(k);
-      const bool shared = trapezoidEntries(r.w, r.c) >= sharedEntries;
+      const bool shared = TOP_(i).shared;
       while (range <= RANGES_.length() && RANGES_(range).last < k) ++range;
       const Int64 end = range <= RANGES_.length() ? RANGES_(range).crossing : CROSSROWS_.length();
       if (me.number() == 0) addWaiting(added, end);
@@ -158,9 +157,9 @@ class TeamSolve {
 
   const DenseKernels& kernels_;
   const FactorStructure& f_;
-  const Vector<const SubtreeRange> RANGES_;
+  const Vector<const SolveRange> RANGES_;
   const Vector<const Int> ORDER_, DOWNWARDS_;
-  const Vector<const TopFront> TOP_;
+  const Vector<const SolveFront> TOP_;
   const Vector<std::atomic<Int>> ENDED_;
   const Vector<const Int> CROSSROWS_;
   double *const crossing_, *const rows_;
