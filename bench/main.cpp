@@ -101,6 +101,7 @@ void runSure(const Options& o, bench::Report& report) {
 }
 
 void runThreads(const Options& o, bench::Report& report) {
+  bench::memoryOverThreads(200000, report);  // first: what other parts leave to the heap would count
   std::printf(
       "\nwall times on one thread and on two in turns, medians of those that no other work disturbed, their "
       "ratio, and "
@@ -110,7 +111,6 @@ void runThreads(const Options& o, bench::Report& report) {
   bench::raceThreadedBlas(100000, report);
   bench::threadsOfElements(100000, report);
   bench::threadsOfSureRun(200000, report);
-  bench::memoryOverThreads(200000, report);
 }
 
 void runPeers(const Options& o, bench::Report& report) {

@@ -207,7 +207,7 @@ void threadsOfSureRun(std::int32_t triangles, Report& report) {
 void memoryOverThreads(std::int32_t triangles, Report& report) {
   const AllCores cores;
   SureRun run(triangles);
-  std::printf("  memory of that run over threads:");
+  std::printf("\npeak memory of sure %s over threads:", sizeName(triangles).c_str());
   for (const std::int32_t threads : {1, 2, 4, 8}) {
     WallTimes times;
     peakSinceLast();
