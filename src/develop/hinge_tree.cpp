@@ -61,8 +61,7 @@ bool carryRotations(const PartMesh& M, Vector<const Int> TWIN, Table<const doubl
   Waiting* last = first;
   const Vector<double> COST = cost.vector();
   const Vector<Int> FROM = from.vector();
-  for (Int e = 1; e <= elements; ++e)
-    COST(e) = KNOWN(e) != 0 ? 0.0 : std::numeric_limits<double>::infinity();
+  for (Int e = 1; e <= elements; ++e) COST(e) = KNOWN(e) != 0 ? 0.0 : std::numeric_limits<double>::infinity();
   const auto reachNeighbours = [&](Int e) {
     for (Int h = 3 * e - 2; h <= 3 * e; ++h) {
       if (TWIN(h) == 0) continue;
@@ -84,8 +83,7 @@ bool carryRotations(const PartMesh& M, Vector<const Int> TWIN, Table<const doubl
     if (KNOWN(e) != 0) continue;
     KNOWN(e) = 1;
     const Int h = FROM(e);
-    ANGLE(e) =
-        ANGLE(halfEdgeTriangle(TWIN(h))) + sideDirection(M, TWIN(h)) + halfTurn - sideDirection(M, h);
+    ANGLE(e) = ANGLE(halfEdgeTriangle(TWIN(h))) + sideDirection(M, TWIN(h)) + halfTurn - sideDirection(M, h);
     reachNeighbours(e);
   }
   return true;
