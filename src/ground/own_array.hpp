@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "ground/array_view.hpp"
 
@@ -15,6 +16,15 @@ template <class T>
 class OwnArray {
  public:
   explicit OwnArray(const char* name) : name_(name) {}
+  /// The other array is empty then.
+  OwnArray(OwnArray&& other) noexcept : OwnArray(other.name_) { *this = std::move(other); }
+  OwnArray& operator=(OwnArray&& other) noexcept {
+    name_ = other.name_;
+    first_ = std::move(other.first_);
+    length_ = std::exchange(other.length_, 0);
+    room_ = std::exchange(other.room_, 0);
+    return *this;
+  }
 
   /// Room for `length` elements, their values undefined; what was held is given back first. length: in, >= 0.
   /// False without memory: the array is then empty.

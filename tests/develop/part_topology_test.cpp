@@ -9,6 +9,7 @@
 #include <set>
 
 #include "develop/check_meshes.hpp"
+#include "ground/thread_pool.hpp"
 #include "tornwalzen_ext.h"
 
 using namespace tornwalzen;
@@ -16,9 +17,31 @@ using namespace tornwalzen::test;
 
 namespace {
 
+std::vector<Int> listed(const OwnArray<Int>& array) {
+  return {array.data(), array.data() + array.length()};
+}
+
+/// Two threads must find what one finds, and of several faults the same one first.
+void expectSame(const PartTopology& a, const PartTopology& b) {
+  const auto counts = [](const PartTopology& T) {
+    return std::vector<Int>{
+        T.code,         T.index,          T.edges,      T.pieces,       T.usedNodes,
+        T.looseNodes,   T.firstLooseNode, T.mixedEdges, T.edgesOfThree, T.repeatedNodes,
+        T.pinchedNodes, T.euler,          T.handles,    T.loops,        T.edgesClean ? 1 : 0};
+  };
+  EXPECT_EQ(counts(a), counts(b));
+  EXPECT_EQ(a.value, b.value);
+  EXPECT_EQ(listed(a.TWIN), listed(b.TWIN));
+  EXPECT_EQ(listed(a.LOOPNODE), listed(b.LOOPNODE));
+  EXPECT_EQ(listed(a.LOOPSTART), listed(b.LOOPSTART));
+}
+
 PartTopology topologyOf(CheckMesh& mesh) {
-  PartTopology T;
+  static const std::unique_ptr<ThreadPool> pool = ThreadPool::start(2);
+  PartTopology T, inThreads;
   EXPECT_TRUE(findPartTopology(mesh.mesh(), T));
+  EXPECT_TRUE(findPartTopology(mesh.mesh(), inThreads, pool.get()));
+  expectSame(T, inThreads);
   return T;
 }
 
